@@ -1,0 +1,31 @@
+# Warnings, sanitizers and compiler cache for everything that is ours.
+
+add_library(kx_compiler INTERFACE)
+target_compile_options(kx_compiler INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wunused
+    -Wnull-dereference -Wdouble-promotion -Wformat=2 -Werror)
+target_compile_definitions(kx_compiler INTERFACE QT_NO_CAST_FROM_BYTEARRAY QT_DEPRECATED_WARNINGS)
+
+set(KX_SANITIZE "" CACHE STRING "Sanitizers, as given to -fsanitize=")
+if(KX_SANITIZE)
+    add_compile_options(-fsanitize=${KX_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+    add_link_options(-fsanitize=${KX_SANITIZE})
+    # The optimiser of this compiler reports false null dereferences once the checks are woven in.
+    target_compile_options(kx_compiler INTERFACE -Wno-null-dereference -Wno-maybe-uninitialized)
+endif()
+
+if(NOT CMAKE_BUILD_TYPE)
+    set(CMAKE_BUILD_TYPE Release CACHE STRING "" FORCE)
+endif()
+
+find_program(CCACHE ccache)
+if(CCACHE)
+    set(CMAKE_CXX_COMPILER_LAUNCHER
+        ${CMAKE_COMMAND} -E env CCACHE_BASEDIR=${PROJECT_SOURCE_DIR} CCACHE_NOHASHDIR=1
+        CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${CCACHE})
+endif()
+
+find_program(LLD ld.lld)
+if(LLD)
+    add_link_options(-fuse-ld=lld)
+endif()

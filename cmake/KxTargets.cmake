@@ -1,0 +1,38 @@
+# One OBJECT library a subsystem; tests link what they test, the shared library is assembled from all of them.
+
+# kx_subsystem(NAME SOURCES file... LINK target...)
+function(kx_subsystem name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+    add_library(${name} OBJECT ${ARG_SOURCES})
+    target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
+    target_link_libraries(${name} PUBLIC view3d_boundary ${ARG_LINK} PRIVATE kx_compiler)
+    target_compile_definitions(${name} PRIVATE KXVIEW3D_LIBRARY)
+    set_target_properties(${name} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+    if(NOT KX_SANITIZE AND EXISTS ${PROJECT_SOURCE_DIR}/cmake/qt3d_pch.h)
+        target_precompile_headers(${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/qt3d_pch.h)
+    endif()
+endfunction()
+
+# kx_test(NAME SOURCES file... LINK target... [WINDOW])
+# A test program. WINDOW marks one that renders: it runs on an X server; the others need none.
+function(kx_test name)
+    cmake_parse_arguments(ARG "WINDOW" "" "SOURCES;LINK" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE ${ARG_LINK} Qt5::Test kx_compiler)
+    target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/tests)
+    target_compile_definitions(${name} PRIVATE KX_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+    add_test(NAME ${name} COMMAND ${name})
+    set(environment "QT_LOGGING_RULES=*.debug=false;QT3D_SCENE3D_STOP_RENDER_HIDDEN=1;QML_NO_TOUCH_COMPRESSION=1")
+    if(ARG_WINDOW)
+        list(APPEND environment "QT_QPA_PLATFORM=xcb" "LIBGL_ALWAYS_SOFTWARE=1")
+        set_tests_properties(${name} PROPERTIES LABELS window)
+    else()
+        list(APPEND environment "QT_QPA_PLATFORM=offscreen")
+    endif()
+    if(KX_SANITIZE)
+        list(APPEND environment
+            "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/lsan.supp:print_suppressions=0"
+            "ASAN_OPTIONS=detect_leaks=1" "UBSAN_OPTIONS=print_stacktrace=1")
+    endif()
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT "${environment}" TIMEOUT 300)
+endfunction()
