@@ -1,0 +1,114 @@
+#include "scene/Debounce.h"
+
+#include <QBasicTimer>
+#include <QElapsedTimer>
+#include <QObject>
+#include <QTimerEvent>
+
+#include <algorithm>
+#include <map>
+
+namespace Torvik::View3d {
+
+namespace {
+
+/** Longest stretch of actions in one turn of the event loop: a frame must find room between two stretches. */
+constexpr long long stretchMs = 8;
+
+} // namespace
+
+/** Those that wait, the next due first: with one interval and a clock that only advances, the last started goes last.
+ */
+class DebounceQueue : public QObject {
+public:
+    explicit DebounceQueue(int intervalMs)
+        : m_intervalMs(intervalMs)
+    {
+        m_clock.start();
+    }
+
+    static DebounceQueue& forInterval(int intervalMs)
+    {
+        // Never destroyed: objects of static storage may stop their wait after any static of ours is gone.
+        static auto* const queues = new std::map<int, DebounceQueue*>;
+        auto& queue = (*queues)[intervalMs];
+        if (!queue)
+            queue = new DebounceQueue(intervalMs);
+        return *queue;
+    }
+
+    void start(Debounce& debounce)
+    {
+        if (debounce.m_active) {
+            m_waiting.splice(m_waiting.end(), m_waiting, debounce.m_place);
+        } else {
+            debounce.m_place = m_waiting.insert(m_waiting.end(), &debounce);
+            debounce.m_active = true;
+        }
+        debounce.m_dueMs = m_clock.elapsed() + m_intervalMs;
+        if (!m_timer.isActive())
+            arm();
+    }
+
+    void stop(Debounce& debounce)
+    {
+        if (!debounce.m_active)
+            return;
+        m_waiting.erase(debounce.m_place);
+        debounce.m_active = false;
+    }
+
+protected:
+    void timerEvent(QTimerEvent*) override
+    {
+        m_timer.stop();
+        const auto begin = m_clock.elapsed();
+        while (!m_waiting.empty() && m_waiting.front()->m_dueMs <= begin) {
+            Debounce& due = *m_waiting.front();
+            stop(due);
+            // A copy, as the action may delete its owner.
+            const auto action = due.m_action;
+            action();
+            if (m_clock.elapsed() - begin > stretchMs)
+                break;
+        }
+        arm();
+    }
+
+private:
+    void arm()
+    {
+        if (m_waiting.empty())
+            return;
+        const auto wait = std::max(0LL, m_waiting.front()->m_dueMs - m_clock.elapsed());
+        m_timer.start(static_cast<int>(wait), Qt::PreciseTimer, this);
+    }
+
+    int m_intervalMs;
+    QElapsedTimer m_clock;
+    QBasicTimer m_timer;
+    std::list<Debounce*> m_waiting;
+};
+
+Debounce::Debounce(int intervalMs, std::function<void()> action)
+    : m_queue(DebounceQueue::forInterval(intervalMs))
+    , m_action(std::move(action))
+{
+}
+
+Debounce::~Debounce()
+{
+    stop();
+}
+
+void Debounce::start()
+{
+    m_queue.start(*this);
+}
+
+void Debounce::stop()
+{
+    m_queue.stop(*this);
+}
+
+} // namespace Torvik::View3d
