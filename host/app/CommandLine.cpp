@@ -1,0 +1,271 @@
+#include "host/app/CommandLine.h"
+
+#include <QMap>
+#include <QRegularExpression>
+
+#include <cmath>
+
+namespace Torvik::Viewer {
+
+namespace {
+
+constexpr int smallestPicture = 16;
+constexpr int largestPicture = 16384;
+
+/** The arguments sorted into words and options, before anyone asks what they mean. */
+struct Sorted {
+    QStringList words;
+    QStringList flags;
+    QMap<QString, QStringList> values;
+    QString error;
+
+    bool has(const QString& option) const { return flags.contains(option) || values.contains(option); }
+    QString value(const QString& option) const { return values.value(option).value(0); }
+};
+
+const QStringList flagNames {QStringLiteral("--help"), QStringLiteral("--version"), QStringLiteral("--fit"),
+                             QStringLiteral("--json")};
+const QStringList valueNames {QStringLiteral("--crs"),        QStringLiteral("--mapping"), QStringLiteral("--with"),
+                              QStringLiteral("--report"),     QStringLiteral("--size"),    QStringLiteral("--view"),
+                              QStringLiteral("--screenshot"), QStringLiteral("--dump"),    QStringLiteral("--distance"),
+                              QStringLiteral("--go-to")};
+const QString repeatable = QStringLiteral("--with");
+
+QString takeOption(const QStringList& arguments, int& index, Sorted& sorted)
+{
+    QString name = arguments[index];
+    if (name == QLatin1String("-h"))
+        name = QStringLiteral("--help");
+    const int equals = name.indexOf(QLatin1Char('='));
+    const bool inlineValue = equals > 0;
+    const QString inlined = inlineValue ? name.mid(equals + 1) : QString();
+    if (inlineValue)
+        name.truncate(equals);
+
+    if (sorted.has(name) && name != repeatable)
+        return QStringLiteral("%1 is given twice").arg(name);
+    if (flagNames.contains(name)) {
+        if (inlineValue)
+            return QStringLiteral("%1 takes no value").arg(name);
+        sorted.flags << name;
+        return {};
+    }
+    if (!valueNames.contains(name))
+        return QStringLiteral("unknown option %1").arg(name);
+    const bool hasNext = index + 1 < arguments.size() && !arguments[index + 1].startsWith(QLatin1String("--"));
+    const QString value = inlineValue ? inlined : hasNext ? arguments[++index] : QString();
+    if (value.isEmpty())
+        return QStringLiteral("%1 needs a value").arg(name);
+    sorted.values[name] << value;
+    return {};
+}
+
+Sorted sort(const QStringList& arguments)
+{
+    Sorted sorted;
+    bool onlyWords = false;
+    for (int i = 0; i < arguments.size() && sorted.error.isEmpty(); ++i) {
+        const QString& argument = arguments[i];
+        if (!onlyWords && argument == QLatin1String("--"))
+            onlyWords = true;
+        else if (!onlyWords && argument.size() > 1 && argument.startsWith(QLatin1Char('-')))
+            sorted.error = takeOption(arguments, i, sorted);
+        else if (argument.isEmpty())
+            sorted.error = QStringLiteral("an argument is empty");
+        else
+            sorted.words << argument;
+    }
+    return sorted;
+}
+
+/** Names the first option that the command does not know. */
+QString foreignOption(const Sorted& sorted, const QStringList& known, const QString& command)
+{
+    for (const QString& option : sorted.flags + sorted.values.keys()) {
+        if (!known.contains(option))
+            return QStringLiteral("%1 does not go with %2").arg(option, command);
+    }
+    return {};
+}
+
+QString readSize(const QString& text, QSize& size)
+{
+    static const QRegularExpression form(QStringLiteral("^(\\d{1,6})[xX](\\d{1,6})$"));
+    const auto match = form.match(text);
+    const QSize read(match.captured(1).toInt(), match.captured(2).toInt());
+    const auto fits = [](int length) { return length >= smallestPicture && length <= largestPicture; };
+    if (!match.hasMatch() || !fits(read.width()) || !fits(read.height()))
+        return QStringLiteral("--size takes WIDTHxHEIGHT in pixels, %1 to %2 each, not \"%3\"")
+            .arg(smallestPicture)
+            .arg(largestPicture)
+            .arg(text);
+    size = read;
+    return {};
+}
+
+QString readView(const QString& text, StandardView& view)
+{
+    if (text == QLatin1String("top"))
+        view = StandardView::Top;
+    else if (text == QLatin1String("3d"))
+        view = StandardView::Perspective;
+    else if (text == QLatin1String("front"))
+        view = StandardView::Front;
+    else
+        return QStringLiteral("--view is top, 3d or front, not \"%1\"").arg(text);
+    return {};
+}
+
+QString readDistance(const QString& text, std::optional<double>& distance)
+{
+    bool isNumber = false;
+    const double read = text.toDouble(&isNumber);
+    if (!isNumber || !std::isfinite(read) || read <= 0)
+        return QStringLiteral("--distance takes a positive number of metres, not \"%1\"").arg(text);
+    distance = read;
+    return {};
+}
+
+QString readViewOptions(const Sorted& sorted, Options& options)
+{
+    QString error;
+    if (sorted.has(QStringLiteral("--size")))
+        error = readSize(sorted.value(QStringLiteral("--size")), options.size);
+    if (error.isEmpty() && sorted.has(QStringLiteral("--view")))
+        error = readView(sorted.value(QStringLiteral("--view")), options.view);
+    if (error.isEmpty() && sorted.has(QStringLiteral("--distance")))
+        error = readDistance(sorted.value(QStringLiteral("--distance")), options.distance);
+    options.goToKey = sorted.value(QStringLiteral("--go-to"));
+    options.fit = sorted.has(QStringLiteral("--fit"));
+    if (error.isEmpty() && options.fit && !options.goToKey.isEmpty())
+        error = QStringLiteral("--fit and --go-to exclude each other");
+    return error;
+}
+
+QString readImport(const Sorted& sorted, Options& options)
+{
+    static const QRegularExpression crsForm(QStringLiteral("^EPSG:(\\d{1,6})$"),
+                                            QRegularExpression::CaseInsensitiveOption);
+    const QStringList known {QStringLiteral("--crs"), QStringLiteral("--mapping"), QStringLiteral("--with"),
+                             QStringLiteral("--report")};
+    const QString foreign = foreignOption(sorted, known, QStringLiteral("import"));
+    if (!foreign.isEmpty())
+        return foreign;
+    if (sorted.words.size() != 3)
+        return QStringLiteral("import needs a SOURCE and a PROJECT");
+    options.command = Command::Import;
+    options.source = sorted.words[1];
+    options.project = sorted.words[2];
+    options.crs = sorted.value(QStringLiteral("--crs")).toUpper();
+    options.mappingFile = sorted.value(QStringLiteral("--mapping"));
+    options.furtherSources = sorted.values.value(QStringLiteral("--with"));
+    options.reportFile = sorted.value(QStringLiteral("--report"));
+    if (!options.crs.isEmpty() && !crsForm.match(options.crs).hasMatch())
+        return QStringLiteral("--crs takes EPSG:NUMBER, not \"%1\"").arg(sorted.value(QStringLiteral("--crs")));
+    return {};
+}
+
+QString readInfo(const Sorted& sorted, Options& options)
+{
+    const QString foreign = foreignOption(sorted, {QStringLiteral("--json")}, QStringLiteral("info"));
+    if (!foreign.isEmpty())
+        return foreign;
+    if (sorted.words.size() != 2)
+        return QStringLiteral("info needs one PROJECT");
+    options.command = Command::Info;
+    options.project = sorted.words[1];
+    options.infoAsJson = sorted.has(QStringLiteral("--json"));
+    return {};
+}
+
+QString readProject(const Sorted& sorted, Options& options)
+{
+    if (sorted.words.size() > 1)
+        return QStringLiteral("one PROJECT at a time, and \"%1\" is a second one").arg(sorted.words[1]);
+    options.project = sorted.words.value(0);
+    const bool dump = sorted.has(QStringLiteral("--dump"));
+    QStringList known {QStringLiteral("--dump")};
+    if (!dump)
+        known = QStringList {QStringLiteral("--screenshot"), QStringLiteral("--size"), QStringLiteral("--view"),
+                             QStringLiteral("--distance"),   QStringLiteral("--fit"),  QStringLiteral("--go-to")};
+    const QString foreign = foreignOption(sorted, known, dump ? QStringLiteral("--dump") : QStringLiteral("a project"));
+    if (!foreign.isEmpty())
+        return foreign;
+    if (dump) {
+        options.command = Command::Dump;
+        options.outputFile = sorted.value(QStringLiteral("--dump"));
+        return {};
+    }
+    if (sorted.has(QStringLiteral("--screenshot"))) {
+        options.command = Command::Screenshot;
+        options.outputFile = sorted.value(QStringLiteral("--screenshot"));
+    }
+    return readViewOptions(sorted, options);
+}
+
+} // namespace
+
+ParsedArguments parseArguments(const QStringList& arguments)
+{
+    const Sorted sorted = sort(arguments);
+    if (!sorted.error.isEmpty())
+        return {std::nullopt, sorted.error};
+    Options options;
+    if (sorted.has(QStringLiteral("--help")) || sorted.has(QStringLiteral("--version"))) {
+        options.command = sorted.has(QStringLiteral("--help")) ? Command::Help : Command::Version;
+        return {options, {}};
+    }
+    const QString first = sorted.words.value(0);
+    const bool named = !arguments.isEmpty() && arguments.first() == first;
+    QString error;
+    if (named && first == QLatin1String("import"))
+        error = readImport(sorted, options);
+    else if (named && first == QLatin1String("info"))
+        error = readInfo(sorted, options);
+    else
+        error = readProject(sorted, options);
+    if (!error.isEmpty())
+        return {std::nullopt, error};
+    return {options, {}};
+}
+
+QString helpText()
+{
+    return QStringLiteral(
+        R"(kxviewer shows sewer networks in 3D.
+
+  kxviewer [PROJECT] [VIEW]                   opens a project in a window; without one, the sample
+  kxviewer [PROJECT] --screenshot FILE [VIEW] paints a project into a picture and ends
+  kxviewer import SOURCE PROJECT [...]        makes a project from an open format
+  kxviewer info PROJECT [--json]              prints what a project holds
+  kxviewer [PROJECT] --dump FILE              writes the scene as JSON
+
+PROJECT is the folder of a project. A folder called "import" or "info" is written ./import or ./info.
+
+VIEW, for a window or a picture:
+  --view top|3d|front  from where to look; top if not given
+  --fit                the whole project in view, which is also the start
+  --go-to KEY          the node, section or lateral with this key in the middle instead
+  --distance M         metres from the camera to the point it looks at, seen through the lens of 3 degrees:
+                       100 m show 5.2 m from the lower to the upper edge; follows from the object if not given
+  --size WxH           size in pixels; 1280x800 if not given
+
+--screenshot FILE      the ending names the format (png, jpg, bmp, ppm); the picture is taken once the project is
+                       read and painted
+
+import:
+  SOURCE               ISYBAU XML (2013, 2017), EPA SWMM (.inp), or anything that GDAL/OGR opens
+  PROJECT              the folder to make; it must not hold anything yet
+  --crs EPSG:N         coordinate system of the source where the source does not tell
+  --mapping FILE       names the layers and columns of a GDAL/OGR source
+  --with FILE          a further file of the same network, such as its inspections; may be repeated
+  --report FILE        writes the account of the import as JSON
+
+--dump FILE            projector, nodes and sections, sorted, with all digits of the numbers
+--help, --version      this text, the version
+
+Exit status: 0 done, 1 a project or file could not be opened or written, 2 wrong arguments.
+)");
+}
+
+} // namespace Torvik::Viewer

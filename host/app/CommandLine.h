@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QSize>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace Torvik::Viewer {
+
+enum class Command { Window, Screenshot, Dump, Import, Info, Help, Version };
+enum class StandardView { Top, Perspective, Front };
+
+/** What one call of the program is to do. */
+struct Options {
+    Command command = Command::Window;
+    /** Folder of the project; empty means the sample. */
+    QString project;
+
+    /** Import. */
+    QString source;
+    /** "EPSG:N", or empty. */
+    QString crs;
+    QString mappingFile;
+    QStringList furtherSources;
+    QString reportFile;
+
+    /** The picture's or the dump's file. */
+    QString outputFile;
+    /** Of the picture or of the window's scene, in pixels. */
+    QSize size {1280, 800};
+    StandardView view = StandardView::Top;
+    /** From the camera to the point it looks at, in metres, through the view's lens of 3 degrees; without it the
+     *  distance follows from what is to be seen. */
+    std::optional<double> distance;
+    /** Key of the object to look at; empty means the whole project. */
+    QString goToKey;
+    /** The user has asked for the whole project, which is also what happens without a wish. */
+    bool fit = false;
+
+    bool infoAsJson = false;
+};
+
+/** Either the options or one line that says what is wrong with the arguments. */
+struct ParsedArguments {
+    std::optional<Options> options;
+    QString error;
+};
+
+/** Reads the arguments behind the program's name. Both "--size 800x600" and "--size=800x600" are understood; what
+ * follows
+ *  "--" is never an option. Touches no files. */
+ParsedArguments parseArguments(const QStringList& arguments);
+
+/** The text of --help. */
+QString helpText();
+
+} // namespace Torvik::Viewer

@@ -1,0 +1,225 @@
+#include "host/app/CommandLine.h"
+
+#include <QtTest>
+
+using namespace Torvik::Viewer;
+
+namespace {
+
+QStringList words(const QString& line)
+{
+    return line.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
+Options understood(const char* line)
+{
+    const ParsedArguments parsed = parseArguments(words(QString::fromLatin1(line)));
+    if (parsed.options)
+        return *parsed.options;
+    qWarning("refused: %s", qPrintable(parsed.error));
+    Options none;
+    none.project = parsed.error;
+    none.command = Command::Version;
+    return none;
+}
+
+} // namespace
+
+class tst_CommandLine : public QObject {
+    Q_OBJECT
+
+private slots:
+    void nothingOpensTheSampleInAWindow();
+    void aBareWordIsTheProject();
+    void aPictureTakesSizeViewDistanceAndObject();
+    void aPictureOfTheSampleNeedsNoProject();
+    void theValueMayStandBehindAnEqualsSign();
+    void importTakesSeveralFiles();
+    void infoTakesJson();
+    void dumpTakesAFile();
+    void helpWinsOverEverythingElse();
+    void wordsBehindTwoDashesAreNoOptions();
+    void aFolderNamedLikeACommandIsReachable();
+    void wrongArgumentsGiveOneLine_data();
+    void wrongArgumentsGiveOneLine();
+    void helpTellsEveryOption_data();
+    void helpTellsEveryOption();
+};
+
+void tst_CommandLine::nothingOpensTheSampleInAWindow()
+{
+    const Options options = understood("");
+
+    QCOMPARE(options.command, Command::Window);
+    QVERIFY(options.project.isEmpty());
+    QCOMPARE(options.size, QSize(1280, 800));
+    QCOMPARE(options.view, StandardView::Top);
+    QVERIFY(!options.distance);
+}
+
+void tst_CommandLine::aBareWordIsTheProject()
+{
+    const Options options = understood("some/where");
+
+    QCOMPARE(options.command, Command::Window);
+    QCOMPARE(options.project, QStringLiteral("some/where"));
+}
+
+void tst_CommandLine::aPictureTakesSizeViewDistanceAndObject()
+{
+    const Options options =
+        understood("town --screenshot out.png --size 640x480 --view 3d --distance 120.5 --go-to 4711-a");
+
+    QCOMPARE(options.command, Command::Screenshot);
+    QCOMPARE(options.outputFile, QStringLiteral("out.png"));
+    QCOMPARE(options.size, QSize(640, 480));
+    QCOMPARE(options.view, StandardView::Perspective);
+    QCOMPARE(options.distance.value(), 120.5);
+    QCOMPARE(options.goToKey, QStringLiteral("4711-a"));
+    QVERIFY(!options.fit);
+}
+
+void tst_CommandLine::aPictureOfTheSampleNeedsNoProject()
+{
+    const Options options = understood("--screenshot out.png --view front --fit");
+
+    QCOMPARE(options.command, Command::Screenshot);
+    QVERIFY(options.project.isEmpty());
+    QCOMPARE(options.view, StandardView::Front);
+    QVERIFY(options.fit);
+}
+
+void tst_CommandLine::theValueMayStandBehindAnEqualsSign()
+{
+    const Options options = understood("town --screenshot=a=b.png --go-to=--odd");
+
+    QCOMPARE(options.outputFile, QStringLiteral("a=b.png"));
+    QCOMPARE(options.goToKey, QStringLiteral("--odd"));
+}
+
+void tst_CommandLine::importTakesSeveralFiles()
+{
+    const Options options = understood(
+        "import net.xml town --crs epsg:25832 --mapping m.json --with one.xml --with two.xml --report r.json");
+
+    QCOMPARE(options.command, Command::Import);
+    QCOMPARE(options.source, QStringLiteral("net.xml"));
+    QCOMPARE(options.project, QStringLiteral("town"));
+    QCOMPARE(options.crs, QStringLiteral("EPSG:25832"));
+    QCOMPARE(options.mappingFile, QStringLiteral("m.json"));
+    QCOMPARE(options.furtherSources, QStringList({QStringLiteral("one.xml"), QStringLiteral("two.xml")}));
+    QCOMPARE(options.reportFile, QStringLiteral("r.json"));
+}
+
+void tst_CommandLine::infoTakesJson()
+{
+    QVERIFY(!understood("info town").infoAsJson);
+
+    const Options options = understood("info town --json");
+
+    QCOMPARE(options.command, Command::Info);
+    QCOMPARE(options.project, QStringLiteral("town"));
+    QVERIFY(options.infoAsJson);
+}
+
+void tst_CommandLine::dumpTakesAFile()
+{
+    const Options options = understood("town --dump scene.json");
+
+    QCOMPARE(options.command, Command::Dump);
+    QCOMPARE(options.project, QStringLiteral("town"));
+    QCOMPARE(options.outputFile, QStringLiteral("scene.json"));
+}
+
+void tst_CommandLine::helpWinsOverEverythingElse()
+{
+    QCOMPARE(understood("--help").command, Command::Help);
+    QCOMPARE(understood("-h").command, Command::Help);
+    QCOMPARE(understood("import --help").command, Command::Help);
+    QCOMPARE(understood("--version").command, Command::Version);
+}
+
+void tst_CommandLine::wordsBehindTwoDashesAreNoOptions()
+{
+    QCOMPARE(understood("-- --fit").project, QStringLiteral("--fit"));
+}
+
+void tst_CommandLine::aFolderNamedLikeACommandIsReachable()
+{
+    QCOMPARE(understood("./import").command, Command::Window);
+    QCOMPARE(understood("-- import").command, Command::Window);
+    QCOMPARE(understood("-- info").project, QStringLiteral("info"));
+}
+
+void tst_CommandLine::wrongArgumentsGiveOneLine_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<QString>("named");
+    const auto row = [](const char* line, const char* named) {
+        QTest::newRow(line) << QString::fromLatin1(line) << QString::fromLatin1(named);
+    };
+    row("--nonsense", "--nonsense");
+    row("-x", "-x");
+    row("one two", "two");
+    row("import", "SOURCE");
+    row("import net.xml", "PROJECT");
+    row("import net.xml a b", "PROJECT");
+    row("import net.xml a --fit", "--fit");
+    row("import net.xml a --crs 25832", "25832");
+    row("import net.xml a --crs EPSG:", "EPSG:");
+    row("info", "PROJECT");
+    row("info a b", "PROJECT");
+    row("info a --fit", "--fit");
+    row("town --json", "--json");
+    row("town --crs EPSG:25832", "--crs");
+    row("town --screenshot", "--screenshot");
+    row("town --screenshot --fit", "--screenshot");
+    row("town --screenshot= --fit", "--screenshot");
+    row("town --screenshot a.png --screenshot b.png", "twice");
+    row("town --screenshot a.png --dump b.json", "--screenshot");
+    row("town --dump b.json --view top", "--view");
+    row("town --view side", "side");
+    row("town --size 800", "800");
+    row("town --size 0x600", "0x600");
+    row("town --size 99999x600", "99999x600");
+    row("town --size 800x600x2", "800x600x2");
+    row("town --distance 0", "\"0\"");
+    row("town --distance -5", "\"-5\"");
+    row("town --distance nan", "nan");
+    row("town --distance inf", "inf");
+    row("town --distance far", "far");
+    row("town --fit --go-to a", "--go-to");
+    row("town --fit=yes", "--fit");
+}
+
+void tst_CommandLine::wrongArgumentsGiveOneLine()
+{
+    QFETCH(QString, line);
+    QFETCH(QString, named);
+
+    const ParsedArguments parsed = parseArguments(words(line));
+
+    QVERIFY(!parsed.options);
+    QVERIFY(!parsed.error.isEmpty());
+    QVERIFY(!parsed.error.contains(QLatin1Char('\n')));
+    QVERIFY2(parsed.error.contains(named), qPrintable(parsed.error));
+}
+
+void tst_CommandLine::helpTellsEveryOption_data()
+{
+    QTest::addColumn<QString>("option");
+    for (const char* option :
+         {"import", "info", "--crs", "--mapping", "--with", "--report", "--screenshot", "--size", "--view",
+          "top|3d|front", "--distance", "--fit", "--go-to", "--json", "--dump", "--help"})
+        QTest::newRow(option) << QString::fromLatin1(option);
+}
+
+void tst_CommandLine::helpTellsEveryOption()
+{
+    QFETCH(QString, option);
+
+    QVERIFY(helpText().contains(option));
+}
+
+QTEST_APPLESS_MAIN(tst_CommandLine)
+#include "tst_CommandLine.moc"
