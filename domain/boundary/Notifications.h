@@ -48,6 +48,7 @@ public:
 
     /** The column that has changed. */
     QString key() const;
+    /** The value that the column held before: a listener tells by it whether anything has changed at all. */
     QVariant value() const;
     /** The tag that the writer gave to updateObject. */
     int origin() const;
@@ -115,6 +116,7 @@ public:
     QWeakPointer<CDomainObject> domainObject() const;
 
 signals:
+    /** `value` is what the column held before; the object holds the new value already. */
     void objectValueChanged(const QString& key, const QVariant& value, int origin);
 
 protected:
