@@ -1,0 +1,71 @@
+#pragma once
+
+#include "network/LowestCandidates.h"
+#include "scene/KxView3dExport.h"
+
+#include <QObject>
+#include <QPointer>
+
+#include <vector>
+
+namespace Torvik::View3d {
+
+class Node;
+class SceneRoot;
+class Section;
+
+/** Keeps the lowest height that the bottom of a node or an end of a section reaches, so that a background plan can lie
+ *  below everything. Scene metres; never above 0, the ground. A dip in the middle of a pipe does not count.
+ *
+ *  Only children of the scene's root count. An object that is destroyed is missed at the next signal of another one and
+ *  not before. Each update looks at the object that has changed and not at the whole scene. Lives to the end of the
+ *  process; main thread only. */
+class KXVIEW3D_EXPORT LowestManholeTracker : public QObject {
+    Q_OBJECT
+
+public:
+    static LowestManholeTracker* instance();
+
+    /** Follows the object from now on; null does nothing. */
+    void registerNode(Node* node);
+    void registerSection(Section* section);
+    /** Follows it no longer. The height stays as it is until another object changes. */
+    void unregisterNode(Node* node);
+    void unregisterSection(Section* section);
+    /** The object's geometry has changed without a signal that is followed here: looks at it in the next update. */
+    void markStale(QObject* object);
+
+    float getCurrentLowestY() const { return m_lowestY; }
+    /** The largest float where there is none. */
+    float getLowestManholeElevation();
+    float getLowestSectionElevation();
+
+public slots:
+    /** Called by a registered object's signal it looks at that object, otherwise at all. */
+    void updateLowestObject();
+
+signals:
+    void lowestObjectChanged(float y);
+
+private:
+    LowestManholeTracker();
+
+    void add(QObject* object);
+    void remove(QObject* object);
+    void refresh(QObject* object);
+    void refreshAll();
+    void refreshUnfollowed();
+    void catchUp();
+    void publish();
+
+    LowestCandidates<const QObject*> m_nodes;
+    LowestCandidates<const QObject*> m_sections;
+    QSet<QObject*> m_followed;
+    QSet<QObject*> m_stale;
+    // Objects that are followed no longer count as long as they live.
+    std::vector<std::pair<const QObject*, QPointer<QObject>>> m_unfollowed;
+    SceneRoot* m_root = nullptr;
+    float m_lowestY = 0.0F;
+};
+
+} // namespace Torvik::View3d
