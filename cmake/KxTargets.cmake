@@ -14,11 +14,16 @@ function(kx_subsystem name)
 endfunction()
 
 # kx_test(NAME SOURCES file... LINK target... [WINDOW])
-# A test program. WINDOW marks one that renders: it runs on an X server; the others need none.
+# A test program. One that links a subsystem takes the rest of the view from view3d_rest as far as it needs it; one of the
+# library's face links KxView3d instead. WINDOW marks one that renders: it runs on an X server; the others need none.
 function(kx_test name)
     cmake_parse_arguments(ARG "WINDOW" "" "SOURCES;LINK" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
-    target_link_libraries(${name} PRIVATE ${ARG_LINK} Qt5::Test kx_compiler)
+    set(rest)
+    if(ARG_LINK MATCHES "view3d_")
+        set(rest view3d_rest)
+    endif()
+    target_link_libraries(${name} PRIVATE ${ARG_LINK} ${rest} Qt5::Test kx_compiler)
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/tests)
     target_compile_definitions(${name} PRIVATE KX_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
     add_test(NAME ${name} COMMAND ${name})

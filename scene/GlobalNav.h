@@ -1,6 +1,5 @@
 #pragma once
 
-#include "domain/boundary/CQmlDomainObject.h"
 #include "interaction/CameraController.h"
 #include "scene/KxView3dExport.h"
 
@@ -99,8 +98,6 @@ signals:
 
     void axisLockChanged(QVector3D axisLock);
     void entityMoved();
-    /** Never emitted by the view: it carries an object that only the host can name. */
-    void lateralInProximity(Torvik::QmlWrapper::CQmlDomainObject qmlDomainObject, Qt3DCore::QTransform* entity);
     void lateralNotInProximity();
     void shortTap(Qt3DInput::QMouseEvent* mouseEvent);
 
