@@ -1,6 +1,6 @@
 #include "interaction/Utils3d.h"
 
-#include "common/CapturedLog.h"
+#include "common/LogCapture.h"
 
 #include <QMetaMethod>
 #include <QQmlEngine>
@@ -53,7 +53,6 @@ class tst_Utils3d : public QObject {
     Q_OBJECT
 
 private slots:
-    void init() { CapturedLog::take(); }
     void theInvokableOperationsStandInOrder();
     void qmlSeesUndefinedForAHorizontalRay();
     void qmlSeesThePointOfARay();
@@ -136,14 +135,14 @@ void tst_Utils3d::aHorizontalRayGivesTheMarkOfFailureAndOneWarning()
     camera->setViewCenter(QVector3D(0, 5, 0));
     camera->setUpVector(QVector3D(0, 1, 0));
 
+    const Kx::Test::LogCapture log;
+
     // The middle of the picture's middle pixel.
     const QVector3D point = Utils3d::pointScreenToWorldGround(100.0F, 50.0F, camera.get(), 201.0, 101.0);
 
     QCOMPARE(point, QVector3D(0, -1, 0));
-    const auto lines = CapturedLog::take();
-    QCOMPARE(lines.size(), 1);
-    QCOMPARE(lines[0].level, 2);
-    QCOMPARE(lines[0].message, QString("Intersection failed."));
+    QCOMPARE(log.lines().size(), 1);
+    QCOMPARE(log.count(2, "View3d::Utils3d", "Intersection failed."), 1);
 }
 
 void tst_Utils3d::aRayThatPointsAwayFromTheGroundMeetsItBehindTheCamera()
@@ -152,11 +151,12 @@ void tst_Utils3d::aRayThatPointsAwayFromTheGroundMeetsItBehindTheCamera()
     camera->setPosition(QVector3D(0, 5, 0));
     camera->setViewCenter(QVector3D(0, 10, 10));
     camera->setUpVector(QVector3D(0, 1, -0.5F).normalized());
+    const Kx::Test::LogCapture log;
 
     const QVector3D point = Utils3d::pointScreenToWorldGround(100.0F, 50.0F, camera.get(), 201.0, 101.0);
 
     QVERIFY(near(point, QVector3D(0, 0, -10)));
-    QVERIFY(CapturedLog::take().isEmpty());
+    QVERIFY(log.lines().isEmpty());
 }
 
 void tst_Utils3d::aGroundPointComesBackToItsPixel()
@@ -187,8 +187,10 @@ void tst_Utils3d::noCameraGivesTheScreensCorner()
 
 void tst_Utils3d::noCameraGivesNoGroundPoint()
 {
+    const Kx::Test::LogCapture log;
+
     QCOMPARE(Utils3d::pointScreenToWorldGround(1.0F, 1.0F, nullptr, 10.0, 10.0), QVector3D(0, -1, 0));
-    QCOMPARE(CapturedLog::take().size(), 1);
+    QCOMPARE(log.lines().size(), 1);
 }
 
 void tst_Utils3d::horizontalTranslationKeepsTheHeight()
