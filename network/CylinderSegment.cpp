@@ -1,0 +1,146 @@
+#include "network/CylinderSegment.h"
+
+#include <Qt3DCore/QTransform>
+#include <Qt3DExtras/QCylinderMesh>
+#include <Qt3DExtras/QGoochMaterial>
+#include <Qt3DExtras/QSphereMesh>
+
+#include <algorithm>
+
+namespace Torvik::View3d {
+
+namespace {
+
+/** A scale of zero would leave the renderer without normals. */
+constexpr float leastScale = 1e-4F;
+
+GoochLook defaultLook()
+{
+    GoochLook look;
+    look.cool = QColor::fromRgbF(0.0, 0.3, 0.0, 1.0);
+    look.warm = QColor::fromRgbF(0.0, 0.9, 0.0, 1.0);
+    return look;
+}
+
+} // namespace
+
+CylinderSegment::CylinderSegment(Qt3DCore::QNode* parent, EntitySegment* prev, const QVector3D& begin,
+                                 const QVector3D& end)
+    : EntitySegment(parent, prev, begin, end)
+{
+    init();
+    createJoint();
+    transformFromPoints();
+    calcLocalTransform();
+}
+
+void CylinderSegment::init()
+{
+    m_look = defaultLook();
+    m_material = SharedComponents::instance().goochMaterial(m_look);
+    m_meshEntity = new Qt3DCore::QEntity(this);
+    m_meshTransform = new Qt3DCore::QTransform(m_meshEntity);
+    m_meshTransform->setRotation(QQuaternion::fromAxisAndAngle(1.0F, 0.0F, 0.0F, 90.0F));
+    m_segmentTransform = new Qt3DCore::QTransform(this);
+    addComponent(m_segmentTransform);
+    initTransform();
+    m_meshEntity->addComponent(SharedComponents::instance().unitCylinder());
+    m_meshEntity->addComponent(m_material);
+    m_meshEntity->addComponent(m_meshTransform);
+}
+
+void CylinderSegment::initTransform()
+{
+    const float width = std::max(m_radius, leastScale);
+    m_meshTransform->setTranslation(QVector3D(0.0F, 0.0F, m_meshLength / 2.0F));
+    m_meshTransform->setScale3D(QVector3D(width, std::max(m_meshLength, leastScale), width));
+}
+
+CylinderSegment::Ball CylinderSegment::createBall(const QVector3D& position)
+{
+    Ball ball;
+    ball.entity = new Qt3DCore::QEntity(this);
+    ball.transform = new Qt3DCore::QTransform(ball.entity);
+    ball.transform->setTranslation(position);
+    ball.transform->setScale(std::max(m_radius, leastScale));
+    ball.entity->addComponent(SharedComponents::instance().unitSphere());
+    ball.entity->addComponent(m_material);
+    ball.entity->addComponent(ball.transform);
+    return ball;
+}
+
+void CylinderSegment::createJoint()
+{
+    if (m_prev)
+        m_prevJoint = createBall(QVector3D());
+}
+
+void CylinderSegment::createConnectionJoint()
+{
+    removeConnectionJoint();
+    m_joint = createBall(QVector3D(0.0F, 0.0F, m_meshLength));
+}
+
+void CylinderSegment::removeConnectionJoint()
+{
+    if (m_joint.entity)
+        m_joint.entity->deleteLater();
+    m_joint = Ball();
+}
+
+void CylinderSegment::setColor(QColor color)
+{
+    const GoochLook look = SharedComponents::lookFromWarm(color);
+    if (look == m_look)
+        return;
+    m_look = look;
+    replaceMaterial(SharedComponents::instance().goochMaterial(look));
+}
+
+void CylinderSegment::replaceMaterial(Qt3DRender::QMaterial* material)
+{
+    for (Qt3DCore::QEntity* entity : {m_meshEntity, m_prevJoint.entity.data(), m_joint.entity.data()}) {
+        if (!entity)
+            continue;
+        entity->removeComponent(m_material);
+        entity->addComponent(material);
+    }
+    m_material = material;
+}
+
+void CylinderSegment::setRadius(float radius)
+{
+    m_radius = radius;
+    initTransform();
+    for (const Ball& ball : {m_prevJoint, m_joint}) {
+        if (ball.entity)
+            ball.transform->setScale(std::max(radius, leastScale));
+    }
+}
+
+void CylinderSegment::calcMeshLength(float length)
+{
+    m_meshLength = length;
+    initTransform();
+}
+
+void CylinderSegment::calcMeshRotation(const QQuaternion& /*rotation*/)
+{
+    transformFromPoints();
+}
+
+void CylinderSegment::transformFromPoints()
+{
+    m_rotation = QQuaternion::fromDirection(direction(), upDirection());
+    m_origin = beginPoint();
+    setLength(length());
+    calcLocalTransform();
+}
+
+void CylinderSegment::calcLocalTransform()
+{
+    m_segmentTransform->setTranslation(m_origin);
+    m_segmentTransform->setRotation(m_rotation);
+}
+
+} // namespace Torvik::View3d

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "scene/Rounding.h"
+
+#include <QVector3D>
+
+namespace Torvik::View3d {
+
+/** A straight piece of a pipe's course, in the frame of the chain (metres). */
+class PointSegment {
+public:
+    PointSegment() = default;
+    PointSegment(QVector3D begin, QVector3D end, QVector3D up)
+        : m_begin(begin)
+        , m_end(end)
+        , m_up(up)
+    {
+    }
+
+    QVector3D beginPoint() const { return m_begin; }
+    QVector3D endPoint() const { return m_end; }
+    QVector3D upDirection() const { return m_up; }
+    /** Unit length; zero for a piece without length. */
+    QVector3D direction() const { return (m_end - m_begin).normalized(); }
+    /** Length rounded to centimetres. */
+    float distance() const { return roundToCentimetres(m_begin.distanceToPoint(m_end)); }
+
+private:
+    QVector3D m_begin;
+    QVector3D m_end;
+    QVector3D m_up;
+};
+
+} // namespace Torvik::View3d
