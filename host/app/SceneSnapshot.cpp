@@ -1,0 +1,145 @@
+#include "host/app/SceneSnapshot.h"
+
+#include <QJsonArray>
+
+#include <algorithm>
+
+namespace Torvik::Viewer {
+
+namespace {
+
+/** A pipe whose course is not known yet is a stub of one centimetre. */
+constexpr double longestStub = 0.011;
+
+QJsonArray toJson(const View3d::Vector3D<double>& v)
+{
+    return {v.x(), v.y(), v.z()};
+}
+
+QJsonArray toJson(const QVector3D& v)
+{
+    return {double(v.x()), double(v.y()), double(v.z())};
+}
+
+QJsonArray toJson(const Polyline& points)
+{
+    QJsonArray array;
+    for (const QVector3D& point : points)
+        array.append(toJson(point));
+    return array;
+}
+
+QJsonArray projected(const Polyline& points, const SceneSnapshot& snapshot)
+{
+    QJsonArray array;
+    for (const QVector3D& point : points)
+        array.append(toJson(projectedFromScene(point, snapshot)));
+    return array;
+}
+
+QJsonObject toJson(const SceneSnapshot::Node& node)
+{
+    return {{QStringLiteral("key"), node.key},
+            {QStringLiteral("guid"), node.guid},
+            {QStringLiteral("type"), node.type},
+            {QStringLiteral("position"), toJson(node.position)},
+            {QStringLiteral("flags"), node.flags},
+            {QStringLiteral("depth"), double(node.depth)},
+            {QStringLiteral("radius"), double(node.radius)},
+            {QStringLiteral("seaLevel"), double(node.seaLevel)},
+            {QStringLiteral("visible"), node.visible},
+            {QStringLiteral("virtual"), node.isVirtual}};
+}
+
+QJsonObject toJson(const SceneSnapshot::Section& section, const SceneSnapshot& snapshot)
+{
+    QJsonObject object {{QStringLiteral("key"), section.key},
+                        {QStringLiteral("guid"), section.guid},
+                        {QStringLiteral("section"), section.sectionId},
+                        {QStringLiteral("lateral"), section.lateral},
+                        {QStringLiteral("startNode"), section.startNode},
+                        {QStringLiteral("endNode"), section.endNode},
+                        {QStringLiteral("direction"), section.direction},
+                        {QStringLiteral("flags"), section.flags},
+                        {QStringLiteral("radius"), double(section.radius)},
+                        {QStringLiteral("points"), toJson(section.points)},
+                        {QStringLiteral("projectedPoints"), projected(section.points, snapshot)},
+                        {QStringLiteral("length"), section.length}};
+    if (!section.secondPoints.isEmpty()) {
+        object.insert(QStringLiteral("secondPoints"), toJson(section.secondPoints));
+        object.insert(QStringLiteral("secondProjectedPoints"), projected(section.secondPoints, snapshot));
+    }
+    return object;
+}
+
+template <typename Object>
+QVector<Object> sorted(QVector<Object> objects)
+{
+    std::sort(objects.begin(), objects.end(), [](const Object& a, const Object& b) {
+        const int order = a.key.compare(b.key);
+        return order != 0 ? order < 0 : a.guid < b.guid;
+    });
+    return objects;
+}
+
+} // namespace
+
+View3d::Vector3D<double> projectedFromScene(const QVector3D& point, const SceneSnapshot& snapshot)
+{
+    const View3d::Vector3D<double> cartesian = (View3d::Vector3D<double>(point) + snapshot.origin) / snapshot.scale;
+    return {-cartesian.x(), cartesian.z(), cartesian.y()};
+}
+
+QJsonObject toJson(const SceneSnapshot& snapshot)
+{
+    QJsonArray nodes;
+    for (const SceneSnapshot::Node& node : sorted(snapshot.nodes))
+        nodes.append(toJson(node));
+    QJsonArray sections;
+    for (const SceneSnapshot::Section& section : sorted(snapshot.sections))
+        sections.append(toJson(section, snapshot));
+    const QJsonObject projector {{QStringLiteral("origin"), toJson(snapshot.origin)},
+                                 {QStringLiteral("scale"), snapshot.scale},
+                                 {QStringLiteral("projection"), snapshot.projection}};
+    return {{QStringLiteral("projector"), projector},
+            {QStringLiteral("nodes"), nodes},
+            {QStringLiteral("sections"), sections}};
+}
+
+Bounds boundsOf(const SceneSnapshot::Node& node)
+{
+    Bounds bounds;
+    bounds.add(node.position, node.radius);
+    bounds.add(node.position - QVector3D(0, node.depth, 0));
+    return bounds;
+}
+
+Bounds boundsOf(const SceneSnapshot::Section& section)
+{
+    Bounds bounds;
+    for (const QVector3D& point : section.points + section.secondPoints)
+        bounds.add(point, section.radius);
+    return bounds;
+}
+
+Bounds boundsOf(const SceneSnapshot& snapshot)
+{
+    Bounds bounds;
+    const auto takeIn = [&bounds](const Bounds& part) {
+        if (!part.isEmpty()) {
+            bounds.add(part.lowest());
+            bounds.add(part.highest());
+        }
+    };
+    for (const SceneSnapshot::Node& node : snapshot.nodes) {
+        if (node.visible)
+            takeIn(boundsOf(node));
+    }
+    for (const SceneSnapshot::Section& section : snapshot.sections) {
+        if (section.length > longestStub)
+            takeIn(boundsOf(section));
+    }
+    return bounds;
+}
+
+} // namespace Torvik::Viewer

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "domain/boundary/Vector3D.h"
+#include "host/app/CameraPose.h"
+
+#include <QJsonObject>
+#include <QString>
+#include <QVector>
+
+namespace Torvik::Viewer {
+
+using Polyline = QVector<QVector3D>;
+
+/** The scene at one moment, as plain values: what a support case, a check and the camera need to know of it. Positions
+ * are scene coordinates in metres: x west, y up, z north. */
+struct SceneSnapshot {
+    struct Node {
+        QString key;
+        QString guid;
+        QString type;
+        QVector3D position;
+        /** Where the position comes from, TransformFlags. */
+        int flags = 0;
+        float depth = 0;
+        float radius = 0;
+        float seaLevel = 0;
+        bool visible = false;
+        bool isVirtual = false;
+    };
+
+    struct Section {
+        QString key;
+        /** Of the inspection, under which the scene knows the section. */
+        QString guid;
+        QString sectionId;
+        bool lateral = false;
+        /** Guids; empty where there is none. */
+        QString startNode;
+        QString endNode;
+        /** "downstream", "upstream" or "unknown". */
+        QString direction;
+        int flags = 0;
+        float radius = 0;
+        Polyline points;
+        /** Of a second pipe in the same section; mostly empty. */
+        Polyline secondPoints;
+        double length = 0;
+    };
+
+    /** Scene = cartesian * scale - origin, cartesian = (-easting, height, northing). */
+    View3d::Vector3D<double> origin;
+    double scale = 1;
+    QString projection;
+    QVector<Node> nodes;
+    QVector<Section> sections;
+};
+
+/** Sorted by key, then by guid; numbers with as many digits as tell them apart from all others. */
+QJsonObject toJson(const SceneSnapshot& snapshot);
+
+/** What is to be seen of the scene: nodes that show, down to their invert, and pipes longer than the stub that stands
+ * for a course yet unknown. */
+Bounds boundsOf(const SceneSnapshot& snapshot);
+Bounds boundsOf(const SceneSnapshot::Node& node);
+Bounds boundsOf(const SceneSnapshot::Section& section);
+
+/** Easting, northing, height of a scene point. */
+View3d::Vector3D<double> projectedFromScene(const QVector3D& point, const SceneSnapshot& snapshot);
+
+} // namespace Torvik::Viewer

@@ -1,0 +1,164 @@
+#include "host/app/SceneSnapshot.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QtTest>
+
+using namespace Torvik::Viewer;
+
+namespace {
+
+SceneSnapshot town()
+{
+    SceneSnapshot snapshot;
+    snapshot.origin = {-570123.25, 37.5, 5831456.125};
+    snapshot.projection = QStringLiteral("PROJCS[\"x\"]");
+
+    SceneSnapshot::Node second;
+    second.key = QStringLiteral("S2");
+    second.guid = QStringLiteral("n2");
+    second.type = QStringLiteral("MH");
+    second.position = {-10.5f, 1.25f, 20};
+    second.flags = 16;
+    second.depth = 2.5f;
+    second.radius = 0.5f;
+    second.visible = true;
+    SceneSnapshot::Node first = second;
+    first.key = QStringLiteral("S1");
+    first.guid = QStringLiteral("n1");
+    first.position = {};
+    SceneSnapshot::Node twin = first;
+    twin.guid = QStringLiteral("n0");
+    snapshot.nodes = {second, first, twin};
+
+    SceneSnapshot::Section section;
+    section.key = QStringLiteral("H1");
+    section.guid = QStringLiteral("i1");
+    section.sectionId = QStringLiteral("s1");
+    section.startNode = QStringLiteral("n1");
+    section.endNode = QStringLiteral("n2");
+    section.direction = QStringLiteral("downstream");
+    section.radius = 0.125f;
+    section.points = {{0, -2.5f, 0}, {-10.5f, -2.75f, 20}};
+    section.length = 22.59;
+    snapshot.sections = {section};
+    return snapshot;
+}
+
+} // namespace
+
+class tst_SceneSnapshot : public QObject {
+    Q_OBJECT
+
+private slots:
+    void objectsAreSortedByKeyThenGuid();
+    void aNodeTellsAllOfItself();
+    void aSectionHasItsPointsInBothFrames();
+    void aSecondPipeShowsWhenThereIsOne();
+    void numbersReadBackAsTheSame();
+    void theProjectorsScaleIsTakenOut();
+    void boundsReachFromTheInvertToTheTop();
+    void whatDoesNotShowHasNoBounds();
+};
+
+void tst_SceneSnapshot::objectsAreSortedByKeyThenGuid()
+{
+    const QJsonArray nodes = toJson(town()).value(QStringLiteral("nodes")).toArray();
+
+    QStringList order;
+    for (const QJsonValue& node : nodes)
+        order << node.toObject().value(QStringLiteral("guid")).toString();
+    QCOMPARE(order, QStringList({QStringLiteral("n0"), QStringLiteral("n1"), QStringLiteral("n2")}));
+}
+
+void tst_SceneSnapshot::aNodeTellsAllOfItself()
+{
+    const QJsonObject node = toJson(town()).value(QStringLiteral("nodes")).toArray().at(2).toObject();
+
+    QCOMPARE(node.value(QStringLiteral("key")).toString(), QStringLiteral("S2"));
+    QCOMPARE(node.value(QStringLiteral("type")).toString(), QStringLiteral("MH"));
+    QCOMPARE(node.value(QStringLiteral("position")).toArray(), QJsonArray({-10.5, 1.25, 20}));
+    QCOMPARE(node.value(QStringLiteral("flags")).toInt(), 16);
+    QCOMPARE(node.value(QStringLiteral("depth")).toDouble(), 2.5);
+    QCOMPARE(node.value(QStringLiteral("radius")).toDouble(), 0.5);
+    QCOMPARE(node.value(QStringLiteral("visible")).toBool(), true);
+    QVERIFY(node.contains(QStringLiteral("seaLevel")));
+}
+
+void tst_SceneSnapshot::aSectionHasItsPointsInBothFrames()
+{
+    const QJsonObject section = toJson(town()).value(QStringLiteral("sections")).toArray().at(0).toObject();
+
+    QCOMPARE(section.value(QStringLiteral("points")).toArray().at(0).toArray(), QJsonArray({0, -2.5, 0}));
+    QCOMPARE(section.value(QStringLiteral("projectedPoints")).toArray().at(0).toArray(),
+             QJsonArray({570123.25, 5831456.125, 35.0}));
+    const QJsonArray end = section.value(QStringLiteral("projectedPoints")).toArray().at(1).toArray();
+    QCOMPARE(end.at(0).toDouble(), 570133.75);
+    QCOMPARE(end.at(1).toDouble(), 5831476.125);
+    QCOMPARE(section.value(QStringLiteral("direction")).toString(), QStringLiteral("downstream"));
+    QCOMPARE(section.value(QStringLiteral("lateral")).toBool(true), false);
+    QVERIFY(!section.contains(QStringLiteral("secondPoints")));
+}
+
+void tst_SceneSnapshot::aSecondPipeShowsWhenThereIsOne()
+{
+    SceneSnapshot snapshot = town();
+    snapshot.sections[0].secondPoints = {{1, 2, 3}};
+
+    const QJsonObject section = toJson(snapshot).value(QStringLiteral("sections")).toArray().at(0).toObject();
+
+    QCOMPARE(section.value(QStringLiteral("secondPoints")).toArray().size(), 1);
+    QCOMPARE(section.value(QStringLiteral("secondProjectedPoints")).toArray().size(), 1);
+}
+
+void tst_SceneSnapshot::numbersReadBackAsTheSame()
+{
+    SceneSnapshot snapshot = town();
+    snapshot.origin = {1.0 / 3.0, 5831456.1000000006, -0.1};
+
+    const QByteArray text = QJsonDocument(toJson(snapshot)).toJson();
+    const QJsonArray origin = QJsonDocument::fromJson(text)
+                                  .object()
+                                  .value(QStringLiteral("projector"))
+                                  .toObject()
+                                  .value(QStringLiteral("origin"))
+                                  .toArray();
+
+    QVERIFY(origin.at(0).toDouble() == 1.0 / 3.0);
+    QVERIFY(origin.at(1).toDouble() == 5831456.1000000006);
+    QVERIFY(origin.at(2).toDouble() == -0.1);
+}
+
+void tst_SceneSnapshot::theProjectorsScaleIsTakenOut()
+{
+    SceneSnapshot snapshot;
+    snapshot.origin = {-50, 10, 100};
+    snapshot.scale = 0.5;
+
+    const auto projected = projectedFromScene({-1, 2, 3}, snapshot);
+
+    QCOMPARE(projected.x(), 102.0);
+    QCOMPARE(projected.y(), 206.0);
+    QCOMPARE(projected.z(), 24.0);
+}
+
+void tst_SceneSnapshot::boundsReachFromTheInvertToTheTop()
+{
+    const Bounds bounds = boundsOf(town());
+
+    QCOMPARE(bounds.lowest(), QVector3D(-11, -2.875f, -0.5f));
+    QCOMPARE(bounds.highest(), QVector3D(0.5f, 1.75f, 20.5f));
+}
+
+void tst_SceneSnapshot::whatDoesNotShowHasNoBounds()
+{
+    SceneSnapshot snapshot = town();
+    for (SceneSnapshot::Node& node : snapshot.nodes)
+        node.visible = false;
+    snapshot.sections[0].length = 0.01;
+
+    QVERIFY(boundsOf(snapshot).isEmpty());
+}
+
+QTEST_APPLESS_MAIN(tst_SceneSnapshot)
+#include "tst_SceneSnapshot.moc"
