@@ -17,18 +17,23 @@ namespace Torvik::Shared {
 template <typename Result>
 class Task;
 
-/** Runs tasks one after another off the main thread and delivers each result once. */
+/** Runs tasks one after another, in the order started, on a thread of its own. Destruction waits until all tasks that
+ *  were started have run. */
 class Async : public QObject {
     Q_OBJECT
 
 public:
-    enum Mode : int { Sequential = 0 };
+    enum Mode : int {
+        Sequential = 0,    ///< belongs to whoever made it
+        DeleteWhenIdle = 1 ///< made with new; deletes itself when asyncDeleteLater() finds it idle
+    };
 
     explicit Async(Mode mode);
     ~Async() override;
 
-    /** Runs `task` and calls `member` of `receiver` with its result, exactly once, on the receiver's thread.
-     *  Takes over the task. */
+    /** Runs `task` and calls `member` of `receiver` on the receiver's thread, exactly once: with the first result that
+     *  this instance delivers from now on. That is the task's own unless others were started before it and have not
+     *  finished. Takes over the task. */
     template <typename Result, typename Receiver, typename Member>
     void run(Task<Result>* task, Receiver* receiver, Member member)
     {
@@ -51,7 +56,8 @@ public:
     void startTask(QRunnable* task);
     /** Starts the next queued task. Called by a task that has run. */
     void startNext();
-    /** Deletes the instance once it is idle. */
+    /** Ends the instance's work once it is idle: what its thread holds open is closed, and an instance of mode
+     *  DeleteWhenIdle is deleted. Called by each task that has run. */
     void asyncDeleteLater();
 
 signals:

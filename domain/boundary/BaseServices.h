@@ -25,11 +25,11 @@ private:
     unsigned m_code = 0;
 };
 
-/** Names of folders inside a project's folder. */
+/** Folders inside a project's folder. Each ends in a separator: project path + name + file name is a file's path. */
 class CFileSystemNames {
 public:
     static QString documentationPathPart();
-    /** Below the documentation folder. */
+    /** Lies below the documentation folder, which its name begins with. */
     static QString graphics3DPathPart();
 };
 

@@ -13,7 +13,9 @@ class CProjectDBAccessManager : public QObject {
     Q_OBJECT
 
 public:
-    /** Writes every changed value of the object in one transaction and has each change notified with this origin. */
+    /** Writes every changed value of the object in one transaction and has each change notified with this origin.
+     *  Without a change nothing happens. When the write fails the values stay changed in memory, the reason is logged
+     * at level 1, and the next call tries again. */
     virtual void updateObject(const CDomainObjectPointer& object, int origin) = 0;
 
 signals:

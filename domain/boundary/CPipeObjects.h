@@ -8,6 +8,7 @@ namespace Torvik::Database {
 class CPipeObservationObject : public CDomainObject {
 public:
     using CDomainObject::CDomainObject;
+    ~CPipeObservationObject() override;
 
     QString code() const;
     /** Kind of the observation, as bits: 0x400 bend, 0x4 end of inspection, 0x2018 connection (any of the three). */
@@ -18,6 +19,7 @@ public:
 class CPipeInspectionObject : public CDomainObject {
 public:
     using CDomainObject::CDomainObject;
+    ~CPipeInspectionObject() override;
 
     /** Node at which the inspection starts, or null. */
     CDomainObjectPointer startNode() const;
@@ -33,6 +35,7 @@ public:
 class CGenericPipeObject : public CDomainObject {
 public:
     using CDomainObject::CDomainObject;
+    ~CGenericPipeObject() override;
 
     int inspectionCount() const;
     QSharedPointer<CPipeInspectionObject> inspection(int index) const;
@@ -42,6 +45,7 @@ public:
 class CSectionObject : public CGenericPipeObject {
 public:
     using CGenericPipeObject::CGenericPipeObject;
+    ~CSectionObject() override;
 };
 
 } // namespace Torvik::Database

@@ -8,6 +8,7 @@ namespace Torvik::Database {
 class CProjectObject : public CDomainObject {
 public:
     using CDomainObject::CDomainObject;
+    ~CProjectObject() override;
 
     int nodeCount() const;
     CDomainObjectPointer node(int index) const;
@@ -18,7 +19,7 @@ public:
 
     /** Any object of the project by id; null when unknown. */
     CDomainObjectPointer lookupObject(const QString& id) const;
-    /** Folder of the project on disk. */
+    /** Folder of the project on disk; ends in a separator, so that names are simply appended. */
     QString projectPath() const;
     /** The project's coordinate system as WKT; empty when none is stored. */
     QString projectionWKT() const;

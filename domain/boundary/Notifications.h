@@ -4,6 +4,8 @@
 
 #include <QEvent>
 #include <QObject>
+#include <QPointer>
+#include <QVector>
 
 #include <memory>
 
@@ -89,7 +91,8 @@ private:
     virtual IDomainNotificationManagerPrivate& data() = 0;
 };
 
-/** Delivers notifications to the thread of their receivers, as posted events. */
+/** Delivers notifications to the thread of their receivers, as posted events. Its end is the end of what its global
+ *  receivers hear; proxies made on it do not need it any more. */
 class CAsyncNotificationMapper {
 public:
     explicit CAsyncNotificationMapper(IDomainNotificationManager& manager);
@@ -97,15 +100,19 @@ public:
     CAsyncNotificationMapper(const CAsyncNotificationMapper&) = delete;
     CAsyncNotificationMapper& operator=(const CAsyncNotificationMapper&) = delete;
 
-    /** From now on the receiver gets a CDomainNotificationEvent for every notification of the project. */
+    /** From now on the receiver gets a CDomainNotificationEvent for every notification of the project: one each,
+     * however often it is added. A receiver that is destroyed leaves by itself. */
     void addGlobalNotificationReceiver(QObject& receiver);
 
 private:
     friend class CDomainObjectProxy;
     IDomainNotificationManager& m_manager;
+    QVector<QPointer<QObject>> m_receivers;
 };
 
-/** Watches one object. The signal is emitted on the proxy's thread, by a posted event. */
+/** Watches one object, or nothing when given null. The signal is emitted on the proxy's thread, by a posted event. Made
+ *  and destroyed in constant time, and a notification only reaches the proxies of its own object, so there may be as
+ * many as there are objects. */
 class CDomainObjectProxy : public QObject {
     Q_OBJECT
 
@@ -123,9 +130,13 @@ protected:
     void customEvent(QEvent* event) override;
 
 private:
+    friend class IDomainNotificationManagerPrivate;
+
     IDomainNotificationManager& m_manager;
     QWeakPointer<CDomainObject> m_object;
-    QString m_objectId;
+    const CDomainObject* m_watched = nullptr; ///< key in the manager's index, never followed
+    CDomainObjectProxy* m_previous = nullptr; ///< neighbours among the proxies of the same object
+    CDomainObjectProxy* m_next = nullptr;
 };
 
 } // namespace Torvik::Database
