@@ -1,7 +1,7 @@
 # The shared library and its twin for tests, both assembled from the subsystems that stand.
 
 set(kx_subsystems)
-foreach(subsystem IN ITEMS scene domain network measurement geo plans interaction labels resources)
+foreach(subsystem IN ITEMS scene face domain network measurement geo plans interaction labels resources)
     if(TARGET view3d_${subsystem})
         list(APPEND kx_subsystems view3d_${subsystem})
     endif()

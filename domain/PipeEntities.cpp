@@ -31,9 +31,26 @@ QList<Section*> PipeEntities::getPipeEntities() const
 
 void PipeEntities::remove(Section* section)
 {
-    const auto keys = m_keys.constFind(section);
-    if (keys != m_keys.constEnd())
-        forget(section, *keys);
+    removeObject(section);
+}
+
+void PipeEntities::removeObject(const QObject* object)
+{
+    const auto entry = m_keys.find(object);
+    if (entry == m_keys.end())
+        return;
+    const Keys keys = *entry;
+    m_keys.erase(entry);
+    // Another section may have taken the inspection's place since.
+    if (m_byInspection.value(keys.inspectionId) == object)
+        m_byInspection.remove(keys.inspectionId);
+    const auto range = m_bySection.equal_range(keys.sectionId);
+    for (auto it = range.first; it != range.second; ++it) {
+        if (*it == object) {
+            m_bySection.erase(it);
+            break;
+        }
+    }
 }
 
 Section* PipeEntities::removeByInspectionId(const QString& inspectionId)
@@ -43,25 +60,21 @@ Section* PipeEntities::removeByInspectionId(const QString& inspectionId)
     return section;
 }
 
-void PipeEntities::deleteSectionEntities()
+QList<Section*> PipeEntities::takeAll()
 {
-    // Taken out first: what a section's farewell brings about must not find it here any more.
     const auto sections = getPipeEntities();
     m_byInspection.clear();
     m_bySection.clear();
     m_keys.clear();
-    for (Section* section : sections)
-        section->deleteAndSave();
+    return sections;
 }
 
-void PipeEntities::forget(Section* section, const Keys& keys)
+void PipeEntities::deleteSectionEntities()
 {
-    const Keys copy = keys;
-    // Another section may have taken the inspection's place since.
-    if (m_byInspection.value(copy.inspectionId) == section)
-        m_byInspection.remove(copy.inspectionId);
-    m_bySection.remove(copy.sectionId, section);
-    m_keys.remove(section);
+    // Taken out first: what a section's farewell brings about must not find it here any more.
+    const auto sections = takeAll();
+    for (Section* section : sections)
+        section->deleteAndSave();
 }
 
 } // namespace Torvik::View3d

@@ -5,6 +5,7 @@
 #include <QHash>
 #include <QList>
 #include <QMultiMap>
+#include <QObject>
 #include <QString>
 
 namespace Torvik::View3d {
@@ -22,10 +23,15 @@ public:
     QList<Section*> getPipeEntities() const;
     int count() const { return m_byInspection.size(); }
 
-    /** Removes every entry of this section. Only its address is used, so it may be one that is being destroyed. */
+    /** Removes every entry of this section. */
     void remove(Section* section);
+    /** The same for one that is being destroyed; anything else is ignored. */
+    void removeObject(const QObject* object);
     /** Takes the section out and gives it, or null. */
     Section* removeByInspectionId(const QString& inspectionId);
+    /** Takes all sections out and gives them. */
+    QList<Section*> takeAll();
+    /** Takes all sections out and deletes them with what they have to save. */
     void deleteSectionEntities();
 
 private:
@@ -34,12 +40,10 @@ private:
         QString sectionId;
     };
 
-    void forget(Section* section, const Keys& keys);
-
     QHash<QString, Section*> m_byInspection;
     QMultiMap<QString, Section*> m_bySection;
     // The way back, so that removing one section doesn't walk all of them.
-    QHash<Section*, Keys> m_keys;
+    QHash<const QObject*, Keys> m_keys;
 };
 
 } // namespace Torvik::View3d

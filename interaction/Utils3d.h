@@ -22,6 +22,8 @@ class KXVIEW3D_EXPORT Utils3d : public QObject {
     Q_OBJECT
 
 public:
+    /** QML may make one of its own; it serves as well as the shared one. */
+    Utils3d() = default;
     static Utils3d& instance();
 
     /** Where the ray through a pixel meets the plane through the scene's origin with the given normal, also behind the
@@ -69,8 +71,6 @@ public:
     /** The zero vector and 0 for a quaternion that turns nothing. */
     static void getAxisAndAngle(const QQuaternion& q, QVector3D& axis, float& angle);
 
-private:
-    Utils3d() = default;
 };
 
 } // namespace Torvik::View3d

@@ -1,0 +1,326 @@
+#include "domain/EntitiesManager.h"
+
+#include "domain/NodeAdapter.h"
+#include "domain/NotificationMapper.h"
+#include "domain/boundary/CDatabaseLibrary.h"
+#include "domain/boundary/CLogger.h"
+#include "domain/boundary/ColumnNames.h"
+#include "domain/boundary/Notifications.h"
+#include "domain/boundary/Vector3D.h"
+#include "geo/GdalGeoProjector.h"
+#include "network/Node.h"
+#include "network/Section.h"
+#include "scene/SceneEntities.h"
+#include "scene/SceneRoot.h"
+
+namespace Torvik::View3d {
+
+using namespace Torvik::Database;
+
+namespace {
+
+/** Tags of the view's own writes. */
+constexpr int ownShapeOrigin = 5000;
+constexpr int projectionOrigin = -1;
+
+void logError(const char* message)
+{
+    Logging::CLogger::logMessage(Logging::LogError, QStringLiteral("View3d"), QLatin1String(message));
+}
+
+} // namespace
+
+EntitiesManager::EntitiesManager(SceneRoot& root, QObject* parent)
+    : QObject(parent)
+    , m_root(root)
+    , m_reader(this)
+    , m_pipeEntityBuilder(this)
+    , m_removals(this)
+{
+}
+
+EntitiesManager::~EntitiesManager() = default;
+
+void EntitiesManager::init()
+{
+    connect(&m_reader, &DomainReader::nodeInserted, this, &EntitiesManager::onNodeInserted);
+    connect(&m_reader, &DomainReader::sectionInspectionInserted, this, &EntitiesManager::onSectionInspectionInserted);
+    connect(&m_reader, &DomainReader::lateralInspectionInserted, this, &EntitiesManager::onSectionInspectionInserted);
+    connect(&m_reader, &DomainReader::nodeModified, this, &EntitiesManager::onNodeModified);
+    connect(&m_reader, &DomainReader::sectionModified, this, &EntitiesManager::onSectionModified);
+    connect(&m_reader, &DomainReader::inspectionModified, this, &EntitiesManager::onInspectionModified);
+    connect(&m_reader, &DomainReader::allRowsRemoved, this, &EntitiesManager::onCleanAll);
+    connect(&m_reader, &DomainReader::objectRemoved, this, &EntitiesManager::onObjectRemoved);
+    connect(&m_reader, &DomainReader::loadingStarted, this, &EntitiesManager::onLoadingStarted);
+    connect(&m_reader, &DomainReader::loadingProgress, this, &EntitiesManager::onLoadingProgress);
+    connect(&m_reader, &DomainReader::loadingFinished, this, &EntitiesManager::onLoadingFinished);
+    connect(&m_removals, &RemovalQueue::finished, &m_reader, &DomainReader::resumeLoad);
+    connect(&m_removals, &RemovalQueue::finished, this, &EntitiesManager::removalFinished);
+    m_reader.init();
+}
+
+void EntitiesManager::onLoadingStarted(int total)
+{
+    // What is still leaving would be searched through with every object that comes.
+    if (m_removals.isBusy())
+        m_reader.pauseLoad();
+    emit loadingStarted(total);
+}
+
+void EntitiesManager::onLoadingProgress(int done, int total)
+{
+    // A network that takes more than one slice appears when it is whole: drawing it again after every slice would cost
+    // more than building it.
+    m_root.setEnabled(done == total);
+    emit loadingProgress(done, total);
+}
+
+void EntitiesManager::onLoadingFinished()
+{
+    m_root.setEnabled(true);
+    emit loadingFinished();
+}
+
+QVector3D EntitiesManager::positionFromWKT(const QString& wkt)
+{
+    const auto& projector = *GdalGeoProjector::instance();
+    return (Vector3D<double>(WktPoint(wkt), projector.scale()) - projector.origin()).toQVector3D();
+}
+
+EntitiesManager::ScenePosition EntitiesManager::domainObjScenePos(const CDomainObject& object)
+{
+    const QVariant shape = object.readValue(NODE_SHAPE_WKT_COLUMN);
+    if (!shape.isValid() || shape.isNull())
+        return {};
+    const QString wkt = shape.toString();
+    const int flags = WktPoint(wkt).m().toInt() & TransformFlags::allTransformFlags();
+    return {positionFromWKT(wkt), TransformFlags(flags)};
+}
+
+void EntitiesManager::onNodeInserted(const CDomainObjectPointer& node)
+{
+    onNodeInsertedByDomainObj(node);
+}
+
+void EntitiesManager::onNodeInsertedByDomainObj(const CDomainObjectPointer& object)
+{
+    const QString id = object->id();
+    const QString key = object->readValue(NODE_KEY_COLUMN).toString();
+    const bool positioned = !object->readValue(NODE_SHAPE_WKT_COLUMN).toString().isEmpty();
+    QList<Section*> sections;
+    ScenePosition place;
+    if (positioned)
+        actionsForPositionedNode(object, sections, place);
+
+    auto* const proxy = new CDomainObjectProxy(sharedNotificationMapper(), object, nullptr);
+    Node* const node = Node::create(&m_root, new NodeAdapter(proxy, nullptr));
+    connect(proxy, &CDomainObjectProxy::objectValueChanged, this,
+            [this, proxy, node](const QString& changedKey, const QVariant& value, int origin) {
+                onNodeValueChanged(*proxy, node, changedKey, value, origin);
+            });
+    node->setVisible(positioned);
+    node->setTransformFlags(place.flags.getFlags());
+    node->setName(key);
+    SceneEntities::instance().getNodes().insert(id, node);
+    for (Section* section : sections)
+        section->modify();
+}
+
+void EntitiesManager::actionsForPositionedNode(const CDomainObjectPointer& node, QList<Section*>& sections,
+                                               ScenePosition& place)
+{
+    if (!GdalGeoProjector::instance()->initialized())
+        initProjectorFrom(node);
+    place = domainObjScenePos(*node);
+    sections = getConnectedPipeEntities(node->id());
+}
+
+void EntitiesManager::initProjectorFrom(const CDomainObjectPointer& node)
+{
+    const auto project = CDomainObject::projectFromObject(node);
+    if (!project)
+        return;
+    QString projection = project->projectionWKT();
+    m_root.safeGeoProjectorInit(WktPoint(node->readValue(NODE_SHAPE_WKT_COLUMN).toString()), projection);
+    project->setProjectionWKT(projection);
+    CDatabaseLibrary::dbAccessManager()->updateObject(project, projectionOrigin);
+}
+
+QList<Section*> EntitiesManager::getConnectedPipeEntities(const QString& nodeId) const
+{
+    QList<Section*> sections;
+    const auto ids = m_reader.getConnectedSections(nodeId);
+    for (const QString& id : ids)
+        sections += SceneEntities::instance().getPipeEntities().getBySectionId(id);
+    return sections;
+}
+
+void EntitiesManager::onNodeValueChanged(const CDomainObjectProxy& proxy, Node* node, const QString& key,
+                                         const QVariant& value, int origin)
+{
+    if (origin == ownShapeOrigin || key != NODE_SHAPE_WKT_COLUMN)
+        return;
+    const auto object = proxy.domainObject().toStrongRef();
+    if (!object)
+        return;
+    // Kept as the rule stands: a value that the object no longer holds is the one that moves the node.
+    if (value == object->readValue(key))
+        return;
+    const ScenePosition place = domainObjScenePos(*object);
+    const bool hadPosition = node->has3dPosition();
+    node->setPosition(place.position, place.flags.getFlags());
+    if (hadPosition)
+        return;
+    const auto sections = getConnectedPipeEntities(node->guid());
+    for (Section* section : sections)
+        section->rotateToEndNodeDirection();
+}
+
+void EntitiesManager::onPostponedNodeInsertion(const CDomainObjectPointer& sectionInspectionQmlObj)
+{
+    const auto pipe = sectionInspectionQmlObj->parentObject().toStrongRef();
+    if (!pipe)
+        return;
+    const QString from = pipe->readValue(SECTION_FROMNODE_REF_COLUMN).toString();
+    const QString to = pipe->readValue(SECTION_TONODE_REF_COLUMN).toString();
+    auto waiting = m_postponedNodes.find(from);
+    if (waiting == m_postponedNodes.end())
+        waiting = m_postponedNodes.find(to);
+    if (waiting == m_postponedNodes.end())
+        return;
+    const QString id = *waiting;
+    const auto parent = pipe->parentObject().toStrongRef();
+    const auto node = parent ? parent->findChildObjectById(NodeObjectType, id) : CDomainObjectPointer();
+    m_postponedNodes.erase(waiting);
+    if (m_postponedNodes.empty())
+        disconnect(m_postponedConnection);
+    if (node)
+        onNodeInsertedByDomainObj(node);
+}
+
+void EntitiesManager::postponeNodeInsertion(const CDomainObjectPointer& node)
+{
+    m_postponedNodes.insert(node->id());
+    if (m_postponedNodes.size() == 1)
+        m_postponedConnection = connect(&m_reader, &DomainReader::sectionInspectionInserted, this,
+                                        &EntitiesManager::onPostponedNodeInsertion);
+}
+
+void EntitiesManager::onNodeRemoved(const CDomainObjectPointer&) {}
+
+void EntitiesManager::onSectionInspectionInserted(const CDomainObjectPointer& object)
+{
+    const auto inspection = qSharedPointerDynamicCast<CPipeInspectionObject>(object);
+    if (!inspection) {
+        logError("onSectionInspectionInserted invalid object");
+        return;
+    }
+    if (!inspection->parentObject()) {
+        logError("onSectionInspectionInserted invalid object2");
+        return;
+    }
+    m_pipeEntityBuilder.create(inspection);
+}
+
+void EntitiesManager::onNodeModified(const CDomainObjectPointer& object)
+{
+    if (!object) {
+        logError("onNodeModified invalid object");
+        return;
+    }
+    const auto& nodes = SceneEntities::instance().getNodes();
+    const auto entry = nodes.constFind(object->id());
+    if (entry == nodes.constEnd()) {
+        logError("onNodeModified object not found");
+        return;
+    }
+    Node* const node = *entry;
+    if (!node) {
+        logError("onNodeModified empty Node reference");
+        return;
+    }
+    node->modify();
+    node->refreshName();
+}
+
+void EntitiesManager::onSectionModified(const CDomainObjectPointer& object)
+{
+    if (!object)
+        return;
+    CDomainObjectPointer pipe;
+    switch (object->objectType()) {
+    case PipeInspectionObjectType:
+        pipe = object->parentObject().toStrongRef();
+        break;
+    case SectionObjectType:
+    case LateralObjectType:
+        pipe = object;
+        break;
+    default:
+        return;
+    }
+    if (!pipe)
+        return;
+    const auto sections = SceneEntities::instance().getPipeEntities().getBySectionId(pipe->id());
+    if (sections.isEmpty())
+        logError("onSectionModified object not found");
+    for (Section* section : sections) {
+        if (!section) {
+            logError("onSectionModified object is not a Section");
+            return;
+        }
+        section->modify();
+        section->refreshName();
+    }
+}
+
+void EntitiesManager::onInspectionModified(const CDomainObjectPointer& inspection)
+{
+    onSectionModified(inspection);
+}
+
+void EntitiesManager::onObjectRemoved(const QString& id)
+{
+    auto& entities = SceneEntities::instance();
+    if (Section* const section = entities.getPipeEntities().removeByInspectionId(id)) {
+        section->deleteLater();
+        return;
+    }
+    if (Node* const node = entities.getNodes().take(id))
+        node->deleteLater();
+}
+
+void EntitiesManager::onCleanAll()
+{
+    cleanNodes();
+    const auto sections = SceneEntities::instance().getPipeEntities().takeAll();
+    for (Section* section : sections)
+        m_removals.remove(section);
+    cleanVirtualNodes();
+}
+
+void EntitiesManager::cleanNodes()
+{
+    auto& nodes = SceneEntities::instance().getNodes();
+    const auto keys = nodes.keys();
+    for (const QString& key : keys) {
+        m_removals.remove(nodes.take(key));
+    }
+}
+
+void EntitiesManager::cleanVirtualNodes()
+{
+    const auto children = m_root.childNodes();
+    for (Qt3DCore::QNode* child : children) {
+        auto* const node = qobject_cast<Node*>(child);
+        if (node && node->isVirtual())
+            m_removals.remove(node);
+    }
+}
+
+void EntitiesManager::onCrawlerPositionChanged(double distance)
+{
+    SceneEntities::instance().onCrawlerPositionChanged(distance);
+}
+
+} // namespace Torvik::View3d

@@ -1,0 +1,98 @@
+#pragma once
+
+#include "domain/DomainReader.h"
+#include "domain/PipeEntityBuilder.h"
+#include "domain/boundary/CDomainObject.h"
+#include "scene/RemovalQueue.h"
+#include "scene/TransformFlags.h"
+
+#include <QObject>
+#include <QVector3D>
+
+#include <set>
+
+namespace Torvik::Database {
+class CDomainObjectProxy;
+}
+
+namespace Torvik::View3d {
+
+class Node;
+class SceneRoot;
+class Section;
+
+/** Makes, changes and removes the scene's objects as the project's objects come, change and go. The only place that
+ *  creates and destroys nodes; it decides a node's scene position, and sets up the projector from the first positioned
+ *  node of a project. A failure logs and leaves the scene as it was. */
+class EntitiesManager : public QObject {
+    Q_OBJECT
+
+public:
+    struct ScenePosition {
+        QVector3D position;
+        TransformFlags flags {0};
+    };
+
+    EntitiesManager(SceneRoot& root, QObject* parent);
+    ~EntitiesManager() override;
+
+    /** True while objects of an earlier project still leave the scene, or those of the present one still come. */
+    bool isBusy() const { return m_reader.isLoading() || m_removals.isBusy(); }
+
+    /** Starts the flow, with the project that is active already. */
+    void init();
+
+    const DomainReader& domainReader() const { return m_reader; }
+
+    /** Scene position of a stored WKT point, in the projector's present tie. */
+    static QVector3D positionFromWKT(const QString& wkt);
+    /** Position and source of an object's stored shape; the origin and no source without one. */
+    static ScenePosition domainObjScenePos(const Database::CDomainObject& object);
+
+    QList<Section*> getConnectedPipeEntities(const QString& nodeId) const;
+
+    /** For hosts: the node waits until an inspection of one of its sections is inserted. */
+    void postponeNodeInsertion(const CDomainObjectPointer& node);
+
+public slots:
+    void onNodeInserted(const CDomainObjectPointer& node);
+    void onPostponedNodeInsertion(const CDomainObjectPointer& sectionInspectionQmlObj);
+    /** Nothing: removal goes through onObjectRemoved. */
+    void onNodeRemoved(const CDomainObjectPointer& node);
+    void onSectionInspectionInserted(const CDomainObjectPointer& inspection);
+    void onNodeModified(const CDomainObjectPointer& node);
+    void onSectionModified(const CDomainObjectPointer& object);
+    void onInspectionModified(const CDomainObjectPointer& inspection);
+    void onCleanAll();
+    void onObjectRemoved(const QString& id);
+    void onCrawlerPositionChanged(double distance);
+
+signals:
+    /** Progress of a project's load, in objects; total is known from the first on. */
+    void loadingStarted(int total);
+    void loadingProgress(int done, int total);
+    void loadingFinished();
+    /** The last object of a large project that was closed has left the scene. */
+    void removalFinished();
+
+private:
+    void onNodeInsertedByDomainObj(const CDomainObjectPointer& node);
+    void actionsForPositionedNode(const CDomainObjectPointer& node, QList<Section*>& sections, ScenePosition& place);
+    void initProjectorFrom(const CDomainObjectPointer& node);
+    void onNodeValueChanged(const Database::CDomainObjectProxy& proxy, Node* node, const QString& key,
+                            const QVariant& value, int origin);
+    void cleanNodes();
+    void cleanVirtualNodes();
+    void onLoadingStarted(int total);
+    void onLoadingProgress(int done, int total);
+    void onLoadingFinished();
+
+    SceneRoot& m_root;
+    DomainReader m_reader;
+    PipeEntityBuilder m_pipeEntityBuilder;
+    RemovalQueue m_removals;
+    std::multiset<QString> m_postponedNodes;
+    QMetaObject::Connection m_postponedConnection;
+};
+
+} // namespace Torvik::View3d

@@ -1,0 +1,130 @@
+#include "scene/SceneEntities.h"
+
+#include "domain/boundary/AppState.h"
+#include "domain/boundary/CLogger.h"
+#include "domain/boundary/CProjectObject.h"
+#include "network/Node.h"
+#include "network/Section.h"
+#include "scene/GlobalNav.h"
+
+#include <QQmlEngine>
+
+namespace Torvik::View3d {
+
+using Torvik::QmlWrapper::CQmlDomainObject;
+
+SceneEntities& SceneEntities::instance()
+{
+    static SceneEntities entities;
+    return entities;
+}
+
+QObject* SceneEntities::qmlSingletonInstance(QQmlEngine*, QJSEngine*)
+{
+    QQmlEngine::setObjectOwnership(&instance(), QQmlEngine::CppOwnership);
+    return &instance();
+}
+
+SceneEntities::SceneEntities()
+    : m_shapeAccess(nullptr)
+    , m_pipeEntityBuilder(nullptr)
+{
+}
+
+void SceneEntities::initConnections()
+{
+    auto& app = AppState::instance();
+    const auto onInspection = [this](const CDomainObjectPointer& inspection) {
+        onActiveInspectionChanged(CQmlDomainObject(inspection));
+    };
+    connect(&app, &AppState::activeInspectionChanged, this, onInspection);
+    onInspection(app.getActiveInspection());
+    connect(&app, &AppState::activeStructureChanged, this,
+            [this](const CDomainObjectPointer& structure) { onActiveStructureChanged(CQmlDomainObject(structure)); });
+    Logging::CLogger::logMessage(Logging::LogTrace, QStringLiteral("View3d::SceneEntities"),
+                                 QStringLiteral("Connected to application state data"));
+}
+
+void SceneEntities::onActiveInspectionChanged(CQmlDomainObject inspection)
+{
+    // The last reference may be ours: it must live until the measurement has ended.
+    const CDomainObjectPointer earlier = m_activeInspection;
+    GlobalNav::instance()->setRealTimeEnabled(false);
+    if (!inspection.isValid()) {
+        m_activeInspection.clear();
+        m_inspectionReady = false;
+        return;
+    }
+    m_activeInspection = inspection.object();
+    m_inspectionReady = true;
+    m_structureReady = !m_activeInspection->parentObject().isNull();
+    if (m_structureReady)
+        onInspReady();
+}
+
+void SceneEntities::onActiveStructureChanged(CQmlDomainObject section)
+{
+    m_structureReady = section.isValid() && section.object();
+    if (m_structureReady && m_inspectionReady)
+        onInspReady();
+}
+
+void SceneEntities::onInspReady()
+{
+    showDirectionArrowIfNeeded();
+    if (!m_activeInspection)
+        return;
+    if (Section* const section = getActiveSectionEntity())
+        emit section->lateralNotInProximity();
+}
+
+void SceneEntities::showDirectionArrowIfNeeded()
+{
+    Section* const active = getActiveSectionEntity();
+    if (!active)
+        return;
+    const auto sections = m_pipeEntities.getPipeEntities();
+    for (Section* section : sections)
+        section->hideDirectionArrow();
+    if (active->needsDirectionArrow())
+        active->showDirectionArrow();
+}
+
+Section* SceneEntities::getActiveSectionEntity() const
+{
+    return m_activeInspection ? m_pipeEntities.getByInspectionId(m_activeInspection->id()) : nullptr;
+}
+
+void SceneEntities::onCrawlerPositionChanged(double distance)
+{
+    if (Section* const section = getActiveSectionEntity())
+        section->onDistanceCounterChanged(distance);
+}
+
+QString SceneEntities::getProjectPathOrEmptyString() const
+{
+    const auto project = AppState::instance().getActiveProject();
+    if (!project || project->objectType() != Database::ProjectObjectType)
+        return {};
+    return qSharedPointerCast<Database::CProjectObject>(project)->projectPath();
+}
+
+QVariant SceneEntities::getPositionOfAnyNodeFromSection(const QString& sectionId) const
+{
+    const auto sections = m_pipeEntities.getBySectionId(sectionId);
+    if (sections.isEmpty())
+        return {};
+    for (Node* node : {sections.first()->upstreamNode(), sections.first()->downstreamNode()}) {
+        if (node && node->has3dPosition())
+            return node->position();
+    }
+    return {};
+}
+
+void SceneEntities::removeObject(QObject* object)
+{
+    m_pipeEntities.removeObject(object);
+    m_nodes.removeObject(object);
+}
+
+} // namespace Torvik::View3d

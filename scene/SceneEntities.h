@@ -1,0 +1,71 @@
+#pragma once
+
+#include "domain/PipeEntities.h"
+#include "domain/PipeEntityBuilder.h"
+#include "domain/boundary/CQmlDomainObject.h"
+#include "measurement/ShapeAccess.h"
+#include "scene/EntityRegistry.h"
+#include "scene/KxView3dExport.h"
+
+#include <QObject>
+#include <QVariant>
+
+class QJSEngine;
+class QQmlEngine;
+
+namespace Torvik::View3d {
+
+class Node;
+class Section;
+
+/** Registry of what stands in the scene for the current project, and the coordinator of the active inspection. Holds
+ *  no ownership of the objects: they are children of the scene's root and take themselves out when they go. Lives to
+ *  the end of the process and outlives every project. Main thread only. */
+class KXVIEW3D_EXPORT SceneEntities : public QObject {
+    Q_OBJECT
+
+public:
+    static SceneEntities& instance();
+    /** For the QML singleton; the engine never deletes it. */
+    static QObject* qmlSingletonInstance(QQmlEngine* engine, QJSEngine* scriptEngine);
+
+    PipeEntities& getPipeEntities() { return m_pipeEntities; }
+    /** By domain id; a virtual node that QML made by its guid. */
+    EntityRegistry<Node>& getNodes() { return m_nodes; }
+    ShapeAccess& shapeAccess() { return m_shapeAccess; }
+
+    /** Follows the application's active inspection and structure. Called once, by the scene's root. */
+    void initConnections();
+
+    /** Section of the active inspection, or null. */
+    Section* getActiveSectionEntity() const;
+    /** Folder of the active project; empty without one. */
+    QString getProjectPathOrEmptyString() const;
+    /** Position of the section's upstream node, else of its downstream node, as a QVector3D; invalid when neither has
+     *  one. */
+    QVariant getPositionOfAnyNodeFromSection(const QString& sectionId) const;
+    /** Takes an object that is being destroyed out of every registry; an unknown one is ignored. */
+    void removeObject(QObject* object);
+    /** The distance counter has a new value, in metres along the active section. */
+    void onCrawlerPositionChanged(double distance);
+
+public slots:
+    void onActiveInspectionChanged(Torvik::QmlWrapper::CQmlDomainObject inspection);
+    void onActiveStructureChanged(Torvik::QmlWrapper::CQmlDomainObject section);
+
+private:
+    SceneEntities();
+
+    void onInspReady();
+    void showDirectionArrowIfNeeded();
+
+    PipeEntities m_pipeEntities;
+    EntityRegistry<Node> m_nodes;
+    CDomainObjectPointer m_activeInspection;
+    bool m_inspectionReady = false;
+    bool m_structureReady = false;
+    ShapeAccess m_shapeAccess;
+    PipeEntityBuilder m_pipeEntityBuilder;
+};
+
+} // namespace Torvik::View3d

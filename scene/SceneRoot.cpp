@@ -1,0 +1,268 @@
+#include "scene/SceneRoot.h"
+
+#include "domain/boundary/AppState.h"
+#include "geo/GdalGeoProjector.h"
+#include "network/Node.h"
+#include "network/Section.h"
+#include "scene/Fuzzy.h"
+#include "scene/SceneEntities.h"
+#include "scene/SharedComponents.h"
+
+#include <Qt3DCore/QTransform>
+#include <Qt3DExtras/QCylinderMesh>
+#include <Qt3DExtras/QGoochMaterial>
+#include <Qt3DExtras/QPhongMaterial>
+#include <Qt3DRender/QLayer>
+#include <Qt3DRender/QRayCaster>
+
+namespace Torvik::View3d {
+
+using Qt3DRender::QLayer;
+using Qt3DRender::QMaterial;
+
+namespace {
+
+constexpr float markerLength = 2.0F;
+constexpr float markerRadius = 0.02F;
+const QColor selectedColour(12, 12, 255);
+
+} // namespace
+
+SceneRoot* SceneRoot::m_instance = nullptr;
+Qt3DRender::QCamera* SceneRoot::m_camera = nullptr;
+
+SceneRoot::SceneRoot()
+    : Qt3DCore::QEntity(nullptr)
+    , m_entitiesManager(*this, nullptr)
+    , m_materialPipe(new Qt3DExtras::QPhongMaterial(this))
+    , m_materialNode(new Qt3DExtras::QPhongMaterial(this))
+    , m_materialNodeSelected(new Qt3DExtras::QPhongMaterial(this))
+    , m_materialCone(new Qt3DExtras::QPhongMaterial(this))
+    , m_materialConnection(new Qt3DExtras::QPhongMaterial(this))
+    , m_rayCaster(new Qt3DRender::QRayCaster(this))
+{
+    m_instance = this;
+    SharedComponents::instance().setHome(this);
+    auto& app = AppState::instance();
+    connect(&app, &AppState::activeProjectChanged, this, &SceneRoot::cleanupBeforeProjectChanged);
+    connect(&app, &AppState::activeProjectChanged, GdalGeoProjector::instance(), &GdalGeoProjector::deinit);
+    createSetDefaultMaterialSelected();
+    SceneEntities::instance().initConnections();
+    addComponent(m_rayCaster);
+}
+
+SceneRoot::~SceneRoot() = default;
+
+SceneRoot* SceneRoot::instance()
+{
+    return m_instance;
+}
+
+Qt3DRender::QCamera* SceneRoot::camera()
+{
+    return m_camera;
+}
+
+void SceneRoot::createSetDefaultMaterialSelected()
+{
+    auto* const material = new Qt3DExtras::QGoochMaterial(this);
+    material->setAlpha(0.12F);
+    material->setBeta(1.0F);
+    material->setShininess(0.1F);
+    material->setCool(selectedColour);
+    material->setWarm(selectedColour);
+    material->setDiffuse(Qt::black);
+    material->setSpecular(Qt::black);
+    setMaterialSelected(material);
+}
+
+void SceneRoot::cleanupBeforeProjectChanged() {}
+
+void SceneRoot::qmlOnCompleted()
+{
+    m_entitiesManager.init();
+}
+
+void SceneRoot::onDistanceValueChanged(double distance)
+{
+    SceneEntities::instance().onCrawlerPositionChanged(distance);
+    emit distanceValueChanged(distance);
+}
+
+void SceneRoot::safeGeoProjectorInit(Database::WktPoint point, QString& projectionSystem)
+{
+    if (!sceneHasNodesWithPosition())
+        GdalGeoProjector::instance()->init(point, projectionSystem);
+}
+
+void SceneRoot::safeGeoProjectorInitFromMap(double latit, double longit, double alitid)
+{
+    if (!sceneHasNodesWithPosition())
+        GdalGeoProjector::instance()->initFromMap(latit, longit, alitid);
+}
+
+bool SceneRoot::sceneHasNodesWithPosition() const
+{
+    const auto& nodes = SceneEntities::instance().getNodes();
+    return std::any_of(nodes.begin(), nodes.end(), [](Node* node) { return node && node->has3dPosition(); });
+}
+
+bool SceneRoot::sceneHasVirtualNodesWithPosition() const
+{
+    const auto& nodes = SceneEntities::instance().getNodes();
+    return std::any_of(nodes.begin(), nodes.end(), [](Node* node) { return node && node->isVirtual(); });
+}
+
+QVariant SceneRoot::getRenderableByDomainGuid(const QString& guid) const
+{
+    Renderable* renderable = SceneEntities::instance().getNodes().value(guid);
+    if (!renderable)
+        renderable = SceneEntities::instance().getPipeEntities().getByInspectionId(guid);
+    return QVariant::fromValue(renderable);
+}
+
+Qt3DCore::QEntity* SceneRoot::createMarker(const QColor& colour)
+{
+    auto* const marker = new Qt3DCore::QEntity(this);
+    auto* const mesh = new Qt3DExtras::QCylinderMesh(marker);
+    mesh->setLength(markerLength);
+    mesh->setRadius(markerRadius);
+    auto* const transform = new Qt3DCore::QTransform(marker);
+    m_markerTransforms.append(transform);
+    auto* const material = new Qt3DExtras::QGoochMaterial(marker);
+    material->setCool(colour);
+    material->setWarm(colour);
+    marker->addComponent(mesh);
+    marker->addComponent(transform);
+    marker->addComponent(material);
+    return marker;
+}
+
+void SceneRoot::setMarkerPosition(int index, const QVector3D& position)
+{
+    if (index >= 0 && index < m_markerTransforms.size())
+        m_markerTransforms.at(index)->setTranslation(position);
+}
+
+QMatrix4x4 SceneRoot::rotationMatrixFromFourPoints(const QVector3D& a, const QVector3D& b, const QVector3D& c,
+                                                   const QVector3D& d) const
+{
+    QVector3D axis;
+    float angle = 0;
+    QQuaternion::rotationTo(b - a, d - c).getAxisAndAngle(&axis, &angle);
+    return Qt3DCore::QTransform::rotateAround(a, angle, axis);
+}
+
+template <typename Value, typename Signal>
+void SceneRoot::change(Value& member, const Value& value, Signal signal)
+{
+    if (member == value)
+        return;
+    member = value;
+    emit(this->*signal)(value);
+}
+
+void SceneRoot::setMaterialPipe(QMaterial* material)
+{
+    change(m_materialPipe, material, &SceneRoot::materialPipeChanged);
+}
+
+void SceneRoot::setMaterialNode(QMaterial* material)
+{
+    change(m_materialNode, material, &SceneRoot::materialNodeChanged);
+}
+
+void SceneRoot::setMaterialNodeSelected(QMaterial* material)
+{
+    change(m_materialNodeSelected, material, &SceneRoot::materialNodeSelectedChanged);
+}
+
+void SceneRoot::setMaterialCone(QMaterial* material)
+{
+    change(m_materialCone, material, &SceneRoot::materialConeChanged);
+}
+
+void SceneRoot::setMaterialConnection(QMaterial* material)
+{
+    change(m_materialConnection, material, &SceneRoot::materialConnectionChanged);
+}
+
+void SceneRoot::setVertexLabelMaterial(QMaterial* material)
+{
+    change(m_materialVertexLabel, material, &SceneRoot::vertexLabelMaterialChanged);
+}
+
+void SceneRoot::setMaterialSelected(QMaterial* material)
+{
+    change(m_materialSelected, material, &SceneRoot::materialSelectedChanged);
+}
+
+void SceneRoot::setLayerGrid(QLayer* layer)
+{
+    change(m_layerGrid, layer, &SceneRoot::layerGridChanged);
+}
+
+void SceneRoot::setLayerObservation(QLayer* layer)
+{
+    change(m_layerObservation, layer, &SceneRoot::layerObservationChanged);
+}
+
+void SceneRoot::setLayerStructure(QLayer* layer)
+{
+    change(m_layerStructure, layer, &SceneRoot::layerStructureChanged);
+}
+
+void SceneRoot::setGridVisible(bool visible)
+{
+    change(m_gridVisible, visible, &SceneRoot::gridVisibleChanged);
+}
+
+void SceneRoot::setBackgroundVisible(bool visible)
+{
+    change(m_backgroundVisible, visible, &SceneRoot::backgroundVisibleChanged);
+}
+
+void SceneRoot::setPlanLayerEnabled(bool enabled)
+{
+    change(m_planLayerEnabled, enabled, &SceneRoot::planLayerEnabledChanged);
+}
+
+void SceneRoot::setPlanLayerLock(bool) {}
+
+void SceneRoot::setSelectionsEnabled(bool enabled)
+{
+    change(m_selectionsEnabled, enabled, &SceneRoot::selectionsEnabledChanged);
+}
+
+void SceneRoot::setMaxSelection(int maxSelection)
+{
+    change(m_maxSelection, maxSelection, &SceneRoot::maxSelectionChanged);
+}
+
+void SceneRoot::setSceneWidth(double sceneWidth)
+{
+    if (Fuzzy::equal(static_cast<double>(m_sceneWidth), sceneWidth))
+        return;
+    m_sceneWidth = static_cast<float>(sceneWidth);
+    emit sceneWidthChanged(static_cast<double>(m_sceneWidth));
+}
+
+void SceneRoot::setSceneHeight(double sceneHeight)
+{
+    if (Fuzzy::equal(static_cast<double>(m_sceneHeight), sceneHeight))
+        return;
+    m_sceneHeight = static_cast<float>(sceneHeight);
+    emit sceneHeightChanged(static_cast<double>(m_sceneHeight));
+}
+
+void SceneRoot::setCamera(Qt3DRender::QCamera* camera)
+{
+    m_camera = camera;
+}
+
+void SceneRoot::setRayCaster(Qt3DRender::QRayCaster* rayCaster)
+{
+    change(m_rayCaster, rayCaster, &SceneRoot::rayCasterChanged);
+}
+
+} // namespace Torvik::View3d

@@ -1,0 +1,204 @@
+#pragma once
+
+#include "domain/EntitiesManager.h"
+#include "domain/boundary/WktPoint.h"
+#include "scene/KxView3dExport.h"
+
+#include <QColor>
+#include <QList>
+#include <QPointer>
+#include <QVariant>
+#include <QVector3D>
+#include <Qt3DCore/QEntity>
+#include <Qt3DRender/QCamera>
+
+namespace Qt3DCore {
+class QTransform;
+}
+namespace Qt3DRender {
+class QLayer;
+class QMaterial;
+class QRayCaster;
+} // namespace Qt3DRender
+
+namespace Torvik::View3d {
+
+class Renderable;
+
+/** Root of the network's part of the scene and the facade that QML talks to. It holds what the scene's objects share -
+ *  materials, camera, ray caster - and the manager that makes them. QML creates one; instance() and camera() may be
+ *  relied on once it stands and its camera is set. Main thread only.
+ *
+ *  Life: constructed (no objects yet), completed (qmlOnCompleted() has run; the project flows in), destroyed. */
+class KXVIEW3D_EXPORT SceneRoot : public Qt3DCore::QEntity {
+    Q_OBJECT
+    Q_PROPERTY(Qt3DRender::QMaterial* materialPipe READ materialPipe WRITE setMaterialPipe NOTIFY materialPipeChanged)
+    Q_PROPERTY(Qt3DRender::QMaterial* materialNode READ materialNode WRITE setMaterialNode NOTIFY materialNodeChanged)
+    Q_PROPERTY(Qt3DRender::QMaterial* materialNodeSelected READ materialNodeSelected WRITE setMaterialNodeSelected
+                   NOTIFY materialNodeSelectedChanged)
+    Q_PROPERTY(Qt3DRender::QMaterial* materialCone READ materialCone WRITE setMaterialCone NOTIFY materialConeChanged)
+    Q_PROPERTY(Qt3DRender::QMaterial* materialConnection READ materialConnection WRITE setMaterialConnection NOTIFY
+                   materialConnectionChanged)
+    Q_PROPERTY(Qt3DRender::QMaterial* materialVertexLabel READ materialVertexLabel WRITE setVertexLabelMaterial NOTIFY
+                   vertexLabelMaterialChanged)
+    Q_PROPERTY(Qt3DRender::QMaterial* materialSelected READ materialSelected WRITE setMaterialSelected NOTIFY
+                   materialSelectedChanged)
+    Q_PROPERTY(Qt3DRender::QLayer* layerGrid READ layerGrid WRITE setLayerGrid NOTIFY layerGridChanged)
+    Q_PROPERTY(Qt3DRender::QLayer* layerObservation READ layerObservation WRITE setLayerObservation NOTIFY
+                   layerObservationChanged)
+    Q_PROPERTY(
+        Qt3DRender::QLayer* layerStructure READ layerStructure WRITE setLayerStructure NOTIFY layerStructureChanged)
+    Q_PROPERTY(bool gridVisible READ gridVisible WRITE setGridVisible NOTIFY gridVisibleChanged)
+    Q_PROPERTY(bool backgroundVisible READ backgroundVisible WRITE setBackgroundVisible NOTIFY backgroundVisibleChanged)
+    Q_PROPERTY(bool planLayerEnabled READ planLayerEnabled WRITE setPlanLayerEnabled NOTIFY planLayerEnabledChanged)
+    Q_PROPERTY(bool selectionsEnabled READ selectionsEnabled WRITE setSelectionsEnabled NOTIFY selectionsEnabledChanged)
+    Q_PROPERTY(int maxSelection READ maxSelection WRITE setMaxSelection NOTIFY maxSelectionChanged)
+    Q_PROPERTY(bool planLayerLock READ planLayerLock WRITE setPlanLayerLock NOTIFY planLayerLockChanged)
+    Q_PROPERTY(double sceneWidth READ sceneWidth WRITE setSceneWidth NOTIFY sceneWidthChanged)
+    Q_PROPERTY(double sceneHeight READ sceneHeight WRITE setSceneHeight NOTIFY sceneHeightChanged)
+    Q_PROPERTY(Qt3DRender::QCamera* camera READ camera WRITE setCamera)
+    Q_PROPERTY(Qt3DRender::QRayCaster* rayCaster READ rayCaster WRITE setRayCaster NOTIFY rayCasterChanged)
+
+public:
+    SceneRoot();
+    ~SceneRoot() override;
+
+    /** Entry point of the library: registers everything that QML sees of it. The host calls it once, before it loads
+     *  any QML of the view. */
+    static void registerMetaTypes();
+
+    static SceneRoot* instance();
+    static Qt3DRender::QCamera* camera();
+
+    EntitiesManager& entitiesManager() { return m_entitiesManager; }
+
+    Qt3DRender::QMaterial* materialPipe() const { return m_materialPipe; }
+    Qt3DRender::QMaterial* materialNode() const { return m_materialNode; }
+    Qt3DRender::QMaterial* materialNodeSelected() const { return m_materialNodeSelected; }
+    Qt3DRender::QMaterial* materialCone() const { return m_materialCone; }
+    Qt3DRender::QMaterial* materialConnection() const { return m_materialConnection; }
+    Qt3DRender::QMaterial* materialVertexLabel() const { return m_materialVertexLabel; }
+    Qt3DRender::QMaterial* materialSelected() const { return m_materialSelected; }
+    Qt3DRender::QLayer* layerGrid() const { return m_layerGrid; }
+    Qt3DRender::QLayer* layerObservation() const { return m_layerObservation; }
+    Qt3DRender::QLayer* layerStructure() const { return m_layerStructure; }
+    bool gridVisible() const { return m_gridVisible; }
+    bool backgroundVisible() const { return m_backgroundVisible; }
+    bool planLayerEnabled() const { return m_planLayerEnabled; }
+    bool planLayerOnAllViewModesEnabled() const { return m_planLayerOnAllViewModesEnabled; }
+    bool selectionsEnabled() const { return m_selectionsEnabled; }
+    int maxSelection() const { return m_maxSelection; }
+    /** False without a plan. */
+    bool planLayerLock() const { return false; }
+    /** Size of the 3D item in pixels. */
+    double sceneWidth() const { return static_cast<double>(m_sceneWidth); }
+    double sceneHeight() const { return static_cast<double>(m_sceneHeight); }
+    Qt3DRender::QRayCaster* rayCaster() const { return m_rayCaster; }
+
+    /** Starts the flow of the project's objects. QML calls it once, when camera and projector are ready. */
+    Q_INVOKABLE void qmlOnCompleted();
+
+    /** Ties the scene to the earth by a stored point, unless a node has a position already: the first positioned node
+     *  stays the origin. The text may be changed (GdalGeoProjector::init). */
+    Q_INVOKABLE void safeGeoProjectorInit(Torvik::Database::WktPoint point, QString& projectionSystem);
+    /** The same by the map's centre, in degrees. */
+    Q_INVOKABLE void safeGeoProjectorInitFromMap(double latit, double longit, double alitid);
+
+    /** Whether any node has a 3D position. */
+    Q_INVOKABLE bool sceneHasNodesWithPosition() const;
+    /** Whether any registered node is a virtual one. */
+    Q_INVOKABLE bool sceneHasVirtualNodesWithPosition() const;
+    /** The node, or the section by its inspection's id, in a variant; a null pointer when unknown. */
+    Q_INVOKABLE QVariant getRenderableByDomainGuid(const QString& guid) const;
+
+    /** For diagnostics: a thin pole of this colour. */
+    Qt3DCore::QEntity* createMarker(const QColor& colour);
+    void setMarkerPosition(int index, const QVector3D& position);
+    /** Rotation about `a` that turns the direction from a to b into that from c to d. */
+    QMatrix4x4 rotationMatrixFromFourPoints(const QVector3D& a, const QVector3D& b, const QVector3D& c,
+                                            const QVector3D& d) const;
+
+public slots:
+    void createSetDefaultMaterialSelected();
+    void cleanupBeforeProjectChanged();
+    /** The distance counter, in metres along the active section. */
+    void onDistanceValueChanged(double distance);
+
+    void setMaterialPipe(Qt3DRender::QMaterial* material);
+    void setMaterialNode(Qt3DRender::QMaterial* material);
+    void setMaterialNodeSelected(Qt3DRender::QMaterial* material);
+    void setMaterialCone(Qt3DRender::QMaterial* material);
+    void setMaterialConnection(Qt3DRender::QMaterial* material);
+    void setVertexLabelMaterial(Qt3DRender::QMaterial* material);
+    void setMaterialSelected(Qt3DRender::QMaterial* material);
+    void setLayerGrid(Qt3DRender::QLayer* layer);
+    void setLayerObservation(Qt3DRender::QLayer* layer);
+    void setLayerStructure(Qt3DRender::QLayer* layer);
+    void setGridVisible(bool visible);
+    void setBackgroundVisible(bool visible);
+    void setPlanLayerEnabled(bool enabled);
+    void setPlanLayerLock(bool lock);
+    void setSelectionsEnabled(bool enabled);
+    void setMaxSelection(int maxSelection);
+    void setSceneWidth(double sceneWidth);
+    void setSceneHeight(double sceneHeight);
+    void setCamera(Qt3DRender::QCamera* camera);
+    void setRayCaster(Qt3DRender::QRayCaster* rayCaster);
+
+signals:
+    void materialPipeChanged(Qt3DRender::QMaterial* material);
+    void materialNodeChanged(Qt3DRender::QMaterial* material);
+    void materialNodeSelectedChanged(Qt3DRender::QMaterial* material);
+    void materialConeChanged(Qt3DRender::QMaterial* material);
+    void materialConnectionChanged(Qt3DRender::QMaterial* material);
+    void vertexLabelMaterialChanged(Qt3DRender::QMaterial* material);
+    void materialSelectedChanged(Qt3DRender::QMaterial* material);
+    void layerGridChanged(Qt3DRender::QLayer* layer);
+    void layerObservationChanged(Qt3DRender::QLayer* layer);
+    void layerStructureChanged(Qt3DRender::QLayer* layer);
+    void gridVisibleChanged(bool visible);
+    void backgroundVisibleChanged(bool visible);
+    void planLayerEnabledChanged(bool enabled);
+    void planLayerLockChanged(bool lock);
+    void selectionsEnabledChanged(bool enabled);
+    void maxSelectionChanged(int maxSelection);
+    void sceneWidthChanged(double sceneWidth);
+    void sceneHeightChanged(double sceneHeight);
+    void rayCasterChanged(Qt3DRender::QRayCaster* rayCaster);
+
+    void lateralInProximity(QString lateralId, Qt3DCore::QTransform* entity);
+    void lateralNotInProximity();
+    void maxSelectionExceeded(int maxSelection);
+    void distanceValueChanged(double distance);
+
+private:
+    template <typename Value, typename Signal>
+    void change(Value& member, const Value& value, Signal signal);
+
+    static SceneRoot* m_instance;
+    static Qt3DRender::QCamera* m_camera;
+
+    QList<Qt3DCore::QTransform*> m_markerTransforms;
+    EntitiesManager m_entitiesManager;
+    Qt3DRender::QMaterial* m_materialPipe;
+    Qt3DRender::QMaterial* m_materialNode;
+    Qt3DRender::QMaterial* m_materialNodeSelected;
+    Qt3DRender::QMaterial* m_materialCone;
+    Qt3DRender::QMaterial* m_materialSelected = nullptr;
+    Qt3DRender::QMaterial* m_materialConnection;
+    Qt3DRender::QMaterial* m_materialVertexLabel = nullptr;
+    bool m_gridVisible = true;
+    bool m_backgroundVisible = false;
+    float m_sceneWidth = 300.0F;
+    float m_sceneHeight = 300.0F;
+    Qt3DRender::QLayer* m_layerGrid = nullptr;
+    Qt3DRender::QLayer* m_layerObservation = nullptr;
+    Qt3DRender::QLayer* m_layerStructure = nullptr;
+    Qt3DRender::QRayCaster* m_rayCaster;
+    bool m_planLayerEnabled = true;
+    bool m_planLayerOnAllViewModesEnabled = true;
+    bool m_selectionsEnabled = true;
+    int m_maxSelection = 1;
+};
+
+} // namespace Torvik::View3d

@@ -1,0 +1,43 @@
+#include "domain/boundary/SqlTask.h"
+#include "geo/EpsgBounds.h"
+#include "interaction/CameraController.h"
+#include "interaction/Utils3d.h"
+#include "network/Node.h"
+#include "network/Section.h"
+#include "scene/FlaggedTransform.h"
+#include "scene/SceneEntities.h"
+#include "scene/SceneRoot.h"
+#include "scene/TouchControlBase.h"
+
+#include <QtQml>
+
+namespace Torvik::View3d {
+
+namespace {
+
+constexpr const char* module = "com.torvik.view3d";
+
+} // namespace
+
+void SceneRoot::registerMetaTypes()
+{
+    qRegisterMetaType<CameraController::ControlModes>("CameraController.ControlModes");
+    qRegisterMetaType<CameraController::ControlPlanes>("CameraController.ControlPlanes");
+    qRegisterMetaType<Node*>("Node3d*");
+    qRegisterMetaType<Section*>("Section*");
+    qRegisterMetaType<Renderable*>("Renderable*");
+    qRegisterMetaType<TouchControlBase*>("TouchControlBase*");
+    qRegisterMetaType<FlaggedTransform*>("FlaggedTransform*");
+
+    qmlRegisterType<CameraController>(module, 1, 0, "CameraController");
+    qmlRegisterType<SceneRoot>(module, 1, 0, "SceneRoot");
+    qmlRegisterType<Utils3d>(module, 1, 0, "Utils3d");
+    qmlRegisterType<Node>(module, 1, 0, "Node3d");
+    // Named differently from the class, so that QML reads the bits as TransformFlags.Manual.
+    qmlRegisterType<FlaggedTransform>(module, 1, 0, "TransformFlags");
+    qmlRegisterSingletonType<SceneEntities>(module, 1, 0, "SceneEntities", &SceneEntities::qmlSingletonInstance);
+    qmlRegisterUncreatableType<EpsgBounds>(module, 1, 0, "EpsgBounds",
+                                           QStringLiteral("EpsgBounds cannot be created in QML"));
+}
+
+} // namespace Torvik::View3d
