@@ -3,10 +3,10 @@
 #include "network/LowestCandidates.h"
 #include "scene/KxView3dExport.h"
 
+#include <QHash>
 #include <QObject>
 #include <QPointer>
-
-#include <vector>
+#include <QSet>
 
 namespace Torvik::View3d {
 
@@ -50,8 +50,8 @@ signals:
 private:
     LowestManholeTracker();
 
-    void add(QObject* object);
-    void remove(QObject* object);
+    void follow(QObject* object);
+    void unfollow(QObject* object);
     void refresh(QObject* object);
     void refreshAll();
     void refreshUnfollowed();
@@ -62,8 +62,8 @@ private:
     LowestCandidates<const QObject*> m_sections;
     QSet<QObject*> m_followed;
     QSet<QObject*> m_stale;
-    // Objects that are followed no longer count as long as they live.
-    std::vector<std::pair<const QObject*, QPointer<QObject>>> m_unfollowed;
+    // What is followed no longer still counts as long as it lives.
+    QHash<const QObject*, QPointer<QObject>> m_unfollowed;
     SceneRoot* m_root = nullptr;
     float m_lowestY = 0.0F;
 };

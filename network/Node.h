@@ -5,6 +5,7 @@
 #include "scene/KxView3dExport.h"
 #include "scene/Renderable.h"
 
+#include <QPointer>
 #include <QSet>
 #include <QVariant>
 
@@ -88,7 +89,9 @@ public:
     bool isConnected() const { return !m_sections.isEmpty(); }
     const QSet<Section*>& sections() const { return m_sections; }
     /** The section whose end this node follows, or null. */
-    Section* snappedSection() const { return m_snappedSection; }
+    Section* snappedSection() const;
+    /** The section is going: forgets it, and leaves everything else as it stands. */
+    void forgetSection(Section* section);
 
     /** To the section's start, raised by its depth. */
     void moveToStart(Section* section);
@@ -121,7 +124,6 @@ signals:
     void shapeChanged();
 
 private:
-    void writeShapeWhenEdited();
     void applyVisibility(bool visible);
 
     float m_depth = 0.0F;
@@ -129,7 +131,7 @@ private:
     QString m_nodeType;
     QSet<Section*> m_sections;
     NodeAdapter* m_props = nullptr;
-    Section* m_snappedSection = nullptr;
+    QPointer<Section> m_snappedSection;
     Geometry::NodeGeometry* m_geometry = nullptr;
     ShapeAccess m_shapeAccess;
     QString m_name;

@@ -104,6 +104,9 @@ public:
     bool hasDownstreamNode() const;
     /** The node is going: forgets it. */
     void unregisterNode(Node* node);
+    /** The node keeps this section in its set; told, so that it can be told when the section goes. */
+    void addTiedNode(Node* node);
+    void removeTiedNode(Node* node);
     void disconnectNode(Node* node);
     void disconnectNodeSignals(Node* node);
     void nodesCleanup();
@@ -128,7 +131,7 @@ public:
     Q_INVOKABLE void rotateToPointDirection(QVector3D pointEndTo, int flags = 0);
     Q_INVOKABLE void rotateToTargetAngleY(float angle, int flags = 0);
     Q_INVOKABLE void rotateToTargetInclination(float angle, int flags = 0);
-    /** Compass bearing of the first segment, in degrees from +z; east is +90... see OutletMath::northRotation. */
+    /** Compass bearing of the first segment, in degrees from +z; east (-x) is +90. */
     Q_INVOKABLE float northRotation() const;
     /** Degrees. */
     Q_INVOKABLE float inclination() const;
@@ -197,13 +200,11 @@ private:
     void createPipes(const QVector<QVector<QVector3D>>& shapes);
     void connectPipe();
     void onRealTimeEnabledChanged(bool enabled);
-    void replaceStartNode(Node* next);
     void followStartNode(Node* node);
     void snapLateralToNode(Node* node);
     float recordedDepthAt(Node* node, const QVariant& recorded) const;
     QVector3D pointAtFirstSegmentEnd() const;
     Node* virtualNode();
-    void logError(const QString& message) const;
 
     double m_diameter = 0.0;
     bool m_lockedAsEnded = false;
@@ -216,6 +217,7 @@ private:
     QPointer<Qt3DCore::QEntity> m_secondPipeEntity;
     Node* m_startNode = nullptr;
     Node* m_endNode = nullptr;
+    QVector<Node*> m_tiedNodes;
     ShapeAccess m_shapeAccess;
     Qt3DCore::QEntity* m_directionArrow = nullptr;
     std::optional<QString> m_name;
