@@ -12,7 +12,10 @@ struct NodeRow {
     QString type; ///< "MH", "CON" or "BLD"
     QString shapeWkt;
     std::optional<double> depthToInvert;
+    std::optional<double> coverLevel;
+    std::optional<double> invertLevel;
     std::optional<double> size1;
+    Details details;
     QJsonObject attributes;
 };
 
@@ -24,6 +27,8 @@ struct PipeRow {
     QString toNodeId;
     QString sectionId; ///< of a lateral: the section on which it sits
     QString shapeWkt;  ///< the whole course, in the direction of the flow
+    std::optional<double> fromLevel;
+    std::optional<double> toLevel;
     std::optional<double> fromNodeDepth;
     std::optional<double> toNodeDepth;
     std::optional<double> size1;
@@ -31,6 +36,7 @@ struct PipeRow {
     QString profile;
     std::optional<double> length;
     std::optional<double> offset;
+    Details details;
     QJsonObject attributes;
 };
 
@@ -41,7 +47,11 @@ struct InspectionRow {
     QString endNodeId;
     Direction direction = Direction::Downstream;
     QString shapeWkt;
-    QString timeStamp; ///< ISO 8601; empty when it was not said
+    QString date; ///< ISO 8601; empty when it was not said
+    QString time;
+    QString inspector;
+    QString remarks;
+    std::optional<double> inspectedLength;
     QJsonObject attributes;
 };
 

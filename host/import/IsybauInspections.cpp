@@ -99,6 +99,8 @@ void IsybauInspections::addPipeInspection(const XmlElement& object, const XmlEle
     data.toKey = pipe.value(QStringLiteral("RGrunddaten/KnotenAblauf"));
     data.date = inspection.value(QStringLiteral("Inspektionsdatum"));
     data.time = inspection.value(QStringLiteral("Uhrzeit"));
+    data.inspector = inspection.value(QStringLiteral("NameUntersucher"));
+    data.remarks = inspection.value(QStringLiteral("Bemerkung"));
 
     const QVector<const XmlElement*> findings = pipe.findAll(QStringLiteral("Inspektionsdaten/RZustand"));
     m_report.read(Kinds::Inspections);

@@ -27,6 +27,14 @@ QString profileName(const QString& code)
     return names.value(code, QStringLiteral("ISYBAU %1").arg(code));
 }
 
+Details detailsOf(const XmlElement& object)
+{
+    return {object.value(QStringLiteral("Lage/Strassenname")), object.value(QStringLiteral("Lage/Ortsteilname")),
+            object.value(QStringLiteral("Baujahr")),           object.value(QStringLiteral("Kante/Material")),
+            object.value(QStringLiteral("Entwaesserungsart")), object.value(QStringLiteral("Status")),
+            object.value(QStringLiteral("Kommentar"))};
+}
+
 } // namespace
 
 IsybauObjects::IsybauObjects(NetworkModel& model, ImportReport& report, const QString& fileName)
@@ -108,6 +116,7 @@ void IsybauObjects::addNode(const XmlElement& object, const QString& key)
     NodeData node;
     node.key = key;
     node.source = sourceOf(object);
+    node.details = detailsOf(object);
     node.attributes.insert(QStringLiteral("isybau"), object.toJson());
     const XmlElement* data = object.child(QStringLiteral("Knoten"));
     const std::optional<NodeKind> kind = nodeKind(data->value(QStringLiteral("KnotenTyp")));
@@ -182,6 +191,7 @@ void IsybauObjects::addPipe(const XmlElement& object, const QString& key)
     }
     pipe.key = key;
     pipe.source = sourceOf(object);
+    pipe.details = detailsOf(object);
     pipe.attributes.insert(QStringLiteral("isybau"), object.toJson());
     pipe.fromKey = data->value(QStringLiteral("KnotenZulauf"));
     pipe.toKey = data->value(QStringLiteral("KnotenAblauf"));

@@ -31,6 +31,17 @@ enum class PipeKind { Section, Lateral };
 /** The values are those of the project's inspections. */
 enum class Direction { Unknown = 0, Downstream = 1, Upstream = 2 };
 
+/** What is known of a structure beside its shape; empty where the source says nothing. */
+struct Details {
+    QString street;
+    QString district;
+    QString year;
+    QString material;
+    QString sewerType;
+    QString status;
+    QString remarks;
+};
+
 struct NodeData {
     QString key;
     NodeKind kind = NodeKind::Manhole;
@@ -39,6 +50,7 @@ struct NodeData {
     std::optional<double> invert;
     std::optional<double> depth; ///< as stated; used where cover or invert is missing
     std::optional<double> diameterMm;
+    Details details;
     QJsonObject attributes; ///< everything else that the source says, and its own word for the kind
     SourceRef source;
 };
@@ -62,6 +74,7 @@ struct PipeData {
     std::optional<double> offset;
     QVector<Point> course; ///< from end to end, or empty; heights may be missing
     QString sectionKey;    ///< of a lateral: the section that it joins
+    Details details;
     QJsonObject attributes;
     SourceRef source;
 };
@@ -73,9 +86,11 @@ struct InspectionData {
     QString fromKey; ///< the pipe's upstream node as the inspection names it; may be empty
     QString toKey;
     std::optional<double> inspectedLength;
-    bool underWay = false;   ///< neither finished nor given up: its shape ends where it stands
-    QString date;            ///< ISO 8601
-    QString time;            ///< hh:mm:ss
+    bool underWay = false; ///< neither finished nor given up: its shape ends where it stands
+    QString date;          ///< ISO 8601
+    QString time;          ///< hh:mm:ss
+    QString inspector;
+    QString remarks;
     QJsonObject attributes;  ///< the inspection as the source tells it
     QJsonArray observations; ///< the findings, untouched
     SourceRef source;

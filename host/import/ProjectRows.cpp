@@ -74,6 +74,9 @@ void NetworkAssembler::writeNodes()
             else if (node.depth)
                 row.depthToInvert = node.depth;
         }
+        row.coverLevel = node.cover;
+        row.invertLevel = node.invert;
+        row.details = node.details;
         row.size1 = node.diameterMm;
         row.attributes = node.attributes;
         m_project.nodes.append(row);
@@ -111,6 +114,9 @@ void NetworkAssembler::writePipes()
         row.fromNodeDepth =
             depthAt(m_ends[i].from, hasCourse ? pipe.course.first().z : pipe.fromInvert, pipe.fromDepth);
         row.toNodeDepth = depthAt(m_ends[i].to, hasCourse ? pipe.course.last().z : pipe.toInvert, pipe.toDepth);
+        row.fromLevel = hasCourse ? pipe.course.first().z : pipe.fromInvert;
+        row.toLevel = hasCourse ? pipe.course.last().z : pipe.toInvert;
+        row.details = pipe.details;
         row.size1 = pipe.heightMm;
         row.size2 = pipe.widthMm;
         row.profile = pipe.profile;
@@ -174,8 +180,11 @@ void NetworkAssembler::addInspection(const InspectionData* data, int pipe, Direc
     if (data) {
         row.attributes = data->attributes;
         row.attributes.insert(Kinds::Observations, data->observations);
-        if (!data->date.isEmpty())
-            row.timeStamp = data->time.isEmpty() ? data->date : data->date + QLatin1Char('T') + data->time;
+        row.date = data->date;
+        row.time = data->time;
+        row.inspector = data->inspector;
+        row.remarks = data->remarks;
+        row.inspectedLength = data->inspectedLength;
     }
     ++m_inspectionCount[pipe];
     m_project.inspections.append(row);
