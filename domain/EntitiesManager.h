@@ -3,6 +3,7 @@
 #include "domain/DomainReader.h"
 #include "domain/PipeEntityBuilder.h"
 #include "domain/boundary/CDomainObject.h"
+#include "scene/KxView3dExport.h"
 #include "scene/RemovalQueue.h"
 #include "scene/TransformFlags.h"
 
@@ -24,7 +25,7 @@ class Section;
 /** Makes, changes and removes the scene's objects as the project's objects come, change and go. The only place that
  *  creates and destroys nodes; it decides a node's scene position, and sets up the projector from the first positioned
  *  node of a project. A failure logs and leaves the scene as it was. */
-class EntitiesManager : public QObject {
+class KXVIEW3D_EXPORT EntitiesManager : public QObject {
     Q_OBJECT
 
 public:

@@ -65,10 +65,21 @@ CameraPose standardPose(StandardView view, const QVector3D& center, double dista
     return {center + backwards(view) * float(distance), center, upwards(view)};
 }
 
+CameraPose movedPose(const CameraPose& pose, const QVector3D& center, double distance)
+{
+    const QVector3D back = (pose.position - pose.center).normalized();
+    return {center + back * float(distance), center, pose.up};
+}
+
 double distanceToFit(const Bounds& bounds, StandardView view, double aspect)
 {
-    const QVector3D back = backwards(view);
-    const QVector3D up = upwards(view);
+    return distanceToFit(bounds, standardPose(view, {}, 1), aspect);
+}
+
+double distanceToFit(const Bounds& bounds, const CameraPose& direction, double aspect)
+{
+    const QVector3D back = (direction.position - direction.center).normalized();
+    const QVector3D up = (direction.up - back * QVector3D::dotProduct(direction.up, back)).normalized();
     const QVector3D right = QVector3D::crossProduct(up, back);
     const QVector3D half = bounds.highest() - bounds.center();
     const double tangent = tangentOfHalfLens();

@@ -54,6 +54,12 @@ constexpr double closestFit = 80.0;
 /** standardPose at the box's centre and at distanceToFit; of an empty box the pose 350 m above the origin's ground. */
 CameraPose fittingPose(const Bounds& bounds, StandardView view, double aspect);
 
+/** The same direction of view, to another point from another distance. */
+CameraPose movedPose(const CameraPose& pose, const QVector3D& center, double distance);
+
+/** distanceToFit for any direction of view. */
+double distanceToFit(const Bounds& bounds, const CameraPose& direction, double aspect);
+
 /** A range that holds the box and what lies around the point looked at, as narrow as the depth buffer needs it: far
  * away a near plane of 1 m would leave a pipe no depth of its own. Close by it is the view's usual 1 m to 10 km. */
 LensRange lensRange(const CameraPose& pose, const Bounds& bounds);

@@ -93,6 +93,18 @@ void ObjectListModel::setObjects(QVector<ListedObject> objects)
     emit countChanged();
 }
 
+QString ObjectListModel::idOfKey(const QString& key) const
+{
+    QString nearly;
+    for (const ListedObject& object : m_objects) {
+        if (object.key == key)
+            return object.objectId;
+        if (nearly.isEmpty() && object.key.compare(key, Qt::CaseInsensitive) == 0)
+            nearly = object.objectId;
+    }
+    return nearly;
+}
+
 void ObjectListModel::choose()
 {
     m_shown.clear();

@@ -42,6 +42,9 @@ public:
 
     /** Replaces the list; keeps the filter. */
     void setObjects(QVector<ListedObject> objects);
+    /** Id of the first line with this key, shown or not; empty if there is none. The same letters in another case count
+     *  when no key is exactly this one. */
+    QString idOfKey(const QString& key) const;
 
 signals:
     void countChanged();

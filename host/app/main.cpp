@@ -1,11 +1,43 @@
 #include "host/app/CommandLine.h"
+#include "host/app/Commands.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QTextStream>
 
 #include <cstdio>
+#include <unistd.h>
 
 using namespace Torvik::Viewer;
+
+namespace {
+
+/** Ends the process without taking the scene down entity by entity, which Qt 3D does slowly. Everything that is to last
+ *  has been stored before. */
+[[noreturn]] void endQuickly(int status)
+{
+    std::fflush(nullptr);
+    ::_exit(status);
+}
+
+int run(const Options& options, int& argc, char** argv)
+{
+    const bool needsScreen = options.command == Command::Window || options.command == Command::Screenshot;
+    if (!needsScreen)
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QGuiApplication application(argc, argv);
+    switch (options.command) {
+    case Command::Info:
+        return Commands::info(options);
+    case Command::Import:
+        return Commands::import(options);
+    case Command::Dump:
+        endQuickly(Commands::dump(options));
+    default:
+        return Commands::failure(QStringLiteral("this build has no window"));
+    }
+}
+
+} // namespace
 
 int main(int argc, char* argv[])
 {
@@ -29,5 +61,7 @@ int main(int argc, char* argv[])
         QTextStream(stdout) << "kxviewer " << QCoreApplication::applicationVersion() << '\n';
         return 0;
     }
-    return 1;
+    // What the library takes for options of its own stays ours.
+    int ownArguments = 1;
+    return run(options, ownArguments, argv);
 }

@@ -41,6 +41,8 @@ private slots:
     void theDistanceIsThatToThePointLookedAt();
     void everyCornerIsInViewAndOneNearTheEdge_data();
     void everyCornerIsInViewAndOneNearTheEdge();
+    void movingKeepsTheDirectionOfView();
+    void anyDirectionFits();
     void aSinglePointIsSeenFromAfar();
     void nothingIsSeenFromTheUsualHeight();
     void closeByTheLensIsTheUsualOne();
@@ -129,6 +131,36 @@ void tst_CameraPose::everyCornerIsInViewAndOneNearTheEdge()
     }
     QVERIFY2(outermost < 1.0f, qPrintable(QString::number(double(outermost))));
     QVERIFY2(outermost > 0.9f, qPrintable(QString::number(double(outermost))));
+}
+
+void tst_CameraPose::movingKeepsTheDirectionOfView()
+{
+    const CameraPose before {{30, 40, 0}, {0, 0, 0}, {-0.8f, 0.6f, 0}};
+
+    const CameraPose after = movedPose(before, {100, 0, 7}, 10);
+
+    QCOMPARE(after.center, QVector3D(100, 0, 7));
+    QCOMPARE(after.position, QVector3D(106, 8, 7));
+    QCOMPARE(after.up, before.up);
+}
+
+void tst_CameraPose::anyDirectionFits()
+{
+    const Bounds bounds = town();
+    const CameraPose askew {{300, 400, 500}, {0, 0, 0}, {0, 1, 0}};
+
+    const CameraPose pose = movedPose(askew, bounds.center(), distanceToFit(bounds, askew, 1.3));
+
+    float outermost = 0;
+    for (int corner = 0; corner < 8; ++corner) {
+        const QVector3D point(corner & 1 ? bounds.lowest().x() : bounds.highest().x(),
+                              corner & 2 ? bounds.lowest().y() : bounds.highest().y(),
+                              corner & 4 ? bounds.lowest().z() : bounds.highest().z());
+        const QVector3D at = seen(pose, point, 1.3f);
+        outermost = std::max({outermost, std::abs(at.x()), std::abs(at.y())});
+    }
+    QVERIFY(outermost < 1.0f);
+    QVERIFY(outermost > 0.9f);
 }
 
 void tst_CameraPose::aSinglePointIsSeenFromAfar()

@@ -36,6 +36,7 @@ private slots:
     void theFilterFindsKeyAndDetailInAnyCase();
     void theSameFilterAgainEmitsNothing();
     void aNewListKeepsTheFilter();
+    void keysAreFoundAlsoBehindTheFilter();
     void rowsOutsideGiveNothing();
 };
 
@@ -137,6 +138,20 @@ void tst_ObjectListModel::aNewListKeepsTheFilter()
     model.setObjects(manholes());
 
     QCOMPARE(keys(model), QStringList(QStringLiteral("House 3")));
+}
+
+void tst_ObjectListModel::keysAreFoundAlsoBehindTheFilter()
+{
+    ObjectListModel model;
+    auto objects = manholes();
+    objects << ListedObject {QStringLiteral("d"), QStringLiteral("s9"), {}, QStringLiteral("node")};
+    model.setObjects(objects);
+    model.setFilter(QStringLiteral("nothing like this"));
+
+    QCOMPARE(model.idOfKey(QStringLiteral("S9")), QStringLiteral("b"));
+    QCOMPARE(model.idOfKey(QStringLiteral("s9")), QStringLiteral("d"));
+    QCOMPARE(model.idOfKey(QStringLiteral("HOUSE 3")), QStringLiteral("c"));
+    QVERIFY(model.idOfKey(QStringLiteral("S")).isEmpty());
 }
 
 void tst_ObjectListModel::rowsOutsideGiveNothing()

@@ -1,0 +1,102 @@
+#include "host/app/Commands.h"
+
+#include "host/app/ProjectInfo.h"
+#include "host/app/SceneLoader.h"
+#include "host/app/SceneReader.h"
+#include "host/domain/ProjectStore.h"
+#include "host/import/Import.h"
+#include "scene/SceneRoot.h"
+
+#include <QDir>
+#include <QEventLoop>
+#include <QJsonDocument>
+#include <QSaveFile>
+#include <QStandardPaths>
+#include <QTextStream>
+#include <Qt3DRender/QCamera>
+
+namespace Torvik::Viewer::Commands {
+
+using Database::ProjectStore;
+
+namespace {
+
+bool writeFile(const QString& path, const QByteArray& content, QString& error)
+{
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit()) {
+        error = QStringLiteral("%1: %2").arg(path, file.errorString());
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+int failure(const QString& message)
+{
+    QTextStream(stderr) << "kxviewer: " << QString(message).replace(QLatin1Char('\n'), QLatin1Char(' ')) << '\n';
+    return 1;
+}
+
+QString projectFolder(const Options& options)
+{
+    return options.project;
+}
+
+int info(const Options& options)
+{
+    const auto opened = ProjectStore::instance().open(options.project, ProjectStore::ReadOnly);
+    if (!opened.project)
+        return failure(opened.error);
+    const ProjectInfo content = collectInfo(*opened.project);
+    ProjectStore::instance().close(opened.project);
+    QTextStream out(stdout);
+    if (options.infoAsJson)
+        out << QString::fromUtf8(QJsonDocument(toJson(content)).toJson());
+    else
+        out << toText(content);
+    return 0;
+}
+
+int import(const Options& options)
+{
+    Import::ImportOptions wishes;
+    wishes.source = options.source;
+    wishes.project = options.project;
+    wishes.crs = options.crs;
+    wishes.mapping = options.mappingFile;
+    wishes.with = options.furtherSources;
+    wishes.report = options.reportFile;
+    QTextStream out(stdout);
+    QTextStream err(stderr);
+    return Import::runImport(wishes, out, err);
+}
+
+int dump(const Options& options)
+{
+    const QString folder = projectFolder(options);
+    if (folder.isEmpty())
+        return 1;
+    const auto opened = ProjectStore::instance().open(folder);
+    if (!opened.project)
+        return failure(opened.error);
+
+    View3d::SceneRoot::registerMetaTypes();
+    // The scene stays with the process: taking thousands of entities down one by one would take longer than the dump.
+    auto* root = new View3d::SceneRoot;
+    root->setCamera(new Qt3DRender::QCamera(root));
+    root->qmlOnCompleted();
+
+    SceneLoader loader;
+    QEventLoop untilFilled;
+    QObject::connect(&loader, &SceneLoader::finished, &untilFilled, &QEventLoop::quit);
+    loader.load(opened.project);
+    untilFilled.exec();
+
+    QString error;
+    const QByteArray json = QJsonDocument(toJson(SceneReader::snapshot())).toJson();
+    return writeFile(options.outputFile, json, error) ? 0 : failure(error);
+}
+
+} // namespace Torvik::Viewer::Commands

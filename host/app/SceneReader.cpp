@@ -1,0 +1,101 @@
+#include "host/app/SceneReader.h"
+
+#include "domain/SectionAdapterBase.h"
+#include "geo/GdalGeoProjector.h"
+#include "network/Node.h"
+#include "network/Pipe.h"
+#include "network/Section.h"
+#include "scene/SceneEntities.h"
+#include "scene/SceneRoot.h"
+
+namespace Torvik::Viewer::SceneReader {
+
+namespace {
+
+SceneSnapshot::Node read(View3d::Node& node)
+{
+    SceneSnapshot::Node values;
+    values.key = node.name();
+    values.guid = node.guid();
+    values.type = node.nodeType();
+    values.position = node.position();
+    values.flags = node.transformFlags();
+    values.depth = node.depth();
+    values.radius = node.radius();
+    values.seaLevel = node.seaLevel();
+    values.visible = node.isVisible();
+    values.isVirtual = node.isVirtual();
+    return values;
+}
+
+QString directionOf(const View3d::Section& section)
+{
+    if (section.inspectionDirUnknown())
+        return QStringLiteral("unknown");
+    return section.inspectionDownstream() ? QStringLiteral("downstream") : QStringLiteral("upstream");
+}
+
+SceneSnapshot::Section read(View3d::Section& section)
+{
+    SceneSnapshot::Section values;
+    values.guid = section.guid();
+    if (View3d::SectionAdapterBase* props = section.getProps()) {
+        values.key = props->name();
+        values.sectionId = props->sectionId();
+        values.lateral = props->isLateral();
+    }
+    values.startNode = section.startNode() ? section.startNode()->guid() : QString();
+    values.endNode = section.endNode() ? section.endNode()->guid() : QString();
+    values.direction = directionOf(section);
+    values.flags = section.transformFlags();
+    values.length = section.length();
+    if (section.pipe()) {
+        values.radius = section.pipe()->radius();
+        values.points = section.pipe()->getShapePoints();
+    }
+    if (section.secondPipe())
+        values.secondPoints = section.secondPipe()->getShapePoints();
+    return values;
+}
+
+} // namespace
+
+SceneSnapshot snapshot()
+{
+    SceneSnapshot scene;
+    View3d::SceneRoot* root = View3d::SceneRoot::instance();
+    if (!root)
+        return scene;
+    const View3d::GdalGeoProjector* projector = View3d::GdalGeoProjector::instance();
+    scene.origin = projector->origin();
+    scene.scale = projector->scale();
+    scene.projection = projector->projectionString();
+    for (QObject* child : root->children()) {
+        if (auto* node = qobject_cast<View3d::Node*>(child))
+            scene.nodes << read(*node);
+        else if (auto* section = qobject_cast<View3d::Section*>(child))
+            scene.sections << read(*section);
+    }
+    return scene;
+}
+
+Bounds boundsOfObject(const QString& id)
+{
+    auto& entities = View3d::SceneEntities::instance();
+    if (View3d::Node* node = entities.getNodes().value(id))
+        return boundsOf(read(*node));
+    Bounds bounds;
+    QList<View3d::Section*> sections = entities.getPipeEntities().getBySectionId(id);
+    if (View3d::Section* inspected = entities.getPipeEntities().getByInspectionId(id))
+        sections << inspected;
+    for (View3d::Section* section : sections) {
+        const Bounds part = boundsOf(read(*section));
+        if (!part.isEmpty()) {
+            bounds.add(part.lowest());
+            bounds.add(part.highest());
+        }
+    }
+    return bounds;
+}
+
+} // namespace Torvik::Viewer::SceneReader

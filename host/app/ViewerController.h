@@ -1,0 +1,133 @@
+#pragma once
+
+#include "domain/boundary/CProjectObject.h"
+#include "host/app/CameraPose.h"
+#include "host/app/ObjectListModel.h"
+#include "host/app/SceneLoader.h"
+
+#include <QObject>
+#include <QUrl>
+#include <QVector3D>
+
+#include <optional>
+
+namespace Torvik::Database {
+struct OpenedProject;
+}
+
+namespace Torvik::Viewer {
+
+/** What the window does with projects: opens and closes them, lists what they hold, and says where the camera should
+ *  stand. QML has it as `viewer`. Main thread only; the database is read on another thread, so the window answers. */
+class ViewerController : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QString projectName READ projectName NOTIFY projectChanged)
+    Q_PROPERTY(bool projectOpen READ projectOpen NOTIFY projectChanged)
+    Q_PROPERTY(bool busy READ busy NOTIFY busyChanged)
+    Q_PROPERTY(double progress READ progress NOTIFY progressChanged)
+    Q_PROPERTY(QString progressText READ progressText NOTIFY progressChanged)
+    Q_PROPERTY(QString errorText READ errorText NOTIFY errorTextChanged)
+    Q_PROPERTY(QString currentId READ currentId NOTIFY currentIdChanged)
+    Q_PROPERTY(bool sceneOnly READ sceneOnly CONSTANT)
+    Q_PROPERTY(QObject* nodesModel READ nodesModel CONSTANT)
+    Q_PROPERTY(QObject* sectionsModel READ sectionsModel CONSTANT)
+    Q_PROPERTY(QObject* inspectionsModel READ inspectionsModel CONSTANT)
+
+public:
+    /** From where a project is seen when it has opened. */
+    struct OpeningView {
+        StandardView view = StandardView::Top;
+        std::optional<double> distance;
+        /** Empty for the whole project. */
+        QString goToKey;
+    };
+
+    explicit ViewerController(QObject* parent = nullptr);
+    ~ViewerController() override;
+
+    QString projectName() const { return m_projectName; }
+    bool projectOpen() const { return !m_project.isNull(); }
+    /** A project is being opened. */
+    bool busy() const { return m_busy; }
+    /** Of the opening, 0 to 1. */
+    double progress() const { return m_progress; }
+    QString progressText() const { return m_progressText; }
+    /** What the user should know; stays until it is dismissed or the next project opens. */
+    QString errorText() const { return m_errorText; }
+    /** The object that was gone to last. */
+    QString currentId() const { return m_currentId; }
+
+    /** Only the scene is to be shown, for a picture without lists and buttons. Set before QML is loaded. */
+    bool sceneOnly() const { return m_sceneOnly; }
+    void setSceneOnly(bool only) { m_sceneOnly = only; }
+    void setOpeningView(const OpeningView& view) { m_openingView = view; }
+
+    ObjectListModel* nodesModel() { return &m_nodes; }
+    ObjectListModel* sectionsModel() { return &m_sections; }
+    ObjectListModel* inspectionsModel() { return &m_inspections; }
+
+    /** Opens the project in a folder; the one before is closed first. Ends in opened() or in an errorText. */
+    void openFolder(const QString& folder);
+    /** Looks from one of the standard directions at the object with this id (all of the project if empty). */
+    void lookAt(const QString& id, StandardView view, std::optional<double> distance, bool animated);
+    /** Id of the object with this key: a node, else a pipe; empty if there is none. */
+    QString idOfKey(const QString& key) const;
+
+    /** openFolder with the folder of a file dialog. Nothing while busy. */
+    Q_INVOKABLE void openProject(const QUrl& folder);
+    Q_INVOKABLE void closeProject();
+    /** Brings an object into view, by its id; the direction of view stays. */
+    Q_INVOKABLE void goTo(const QString& id);
+    /** Brings the whole project into view; the direction of view stays. */
+    Q_INVOKABLE void fit();
+    Q_INVOKABLE void dismissError();
+    /** Filters all lists. */
+    Q_INVOKABLE void setFilter(const QString& filter);
+
+signals:
+    void projectChanged();
+    void busyChanged();
+    void progressChanged();
+    void errorTextChanged();
+    void currentIdChanged();
+    /** The project is read and stands in the scene; its first pose has been requested. */
+    void opened();
+    /** Opening has come to nothing; errorText says why. */
+    void openingFailed();
+    /** The camera should stand here; viewType as in CameraController.ViewTypes. */
+    void requestPose(const QVector3D& position, const QVector3D& center, const QVector3D& up, int viewType,
+                     bool animated);
+    /** The camera should look from a standard direction; as in CameraController.ViewTypes. */
+    void requestView(int viewType);
+
+private:
+    void onRead(const Database::OpenedProject& opened);
+    void onSceneFilled();
+    void takeOpeningView();
+    void followCamera();
+    void adaptLens();
+    void bringIntoView(const Bounds& bounds, double closest);
+    void fillLists();
+    void setBusy(bool busy);
+    void setProgress(double progress, const QString& text);
+    void setError(const QString& text);
+    void setCurrentId(const QString& id);
+
+    QSharedPointer<Database::CProjectObject> m_project;
+    SceneLoader m_loader;
+    ObjectListModel m_nodes;
+    ObjectListModel m_sections;
+    ObjectListModel m_inspections;
+    OpeningView m_openingView;
+    Bounds m_bounds;
+    QString m_projectName;
+    QString m_progressText;
+    QString m_errorText;
+    QString m_currentId;
+    double m_progress = 0;
+    bool m_busy = false;
+    bool m_sceneOnly = false;
+    bool m_cameraFollowed = false;
+};
+
+} // namespace Torvik::Viewer
