@@ -1,12 +1,12 @@
 #include "domain/DomainReader.h"
 
-#include "domain/NotificationMapper.h"
 #include "domain/boundary/AppState.h"
 #include "domain/boundary/CDatabaseLibrary.h"
 #include "domain/boundary/CLogger.h"
 #include "domain/boundary/ColumnNames.h"
 #include "geo/GdalGeoProjector.h"
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QTimer>
 
@@ -53,8 +53,9 @@ struct DomainReader::Load {
 
 DomainReader::DomainReader(QObject* parent)
     : QObject(parent)
+    , m_mapper(CDatabaseLibrary::notificationManager())
 {
-    sharedNotificationMapper().addGlobalNotificationReceiver(m_receiver);
+    m_mapper.addGlobalNotificationReceiver(m_receiver);
 }
 
 DomainReader::~DomainReader() = default;
@@ -105,6 +106,8 @@ void DomainReader::updateProjectionString(const Project& project)
 
 void DomainReader::populateObjects(const Project& project, bool announceActiveInspection)
 {
+    // What still waits in the event queue was raised before; the reading below sees its outcome.
+    QCoreApplication::removePostedEvents(&m_receiver, CDomainNotificationEvent::eventType);
     auto load = std::make_unique<Load>();
     load->nodes = loadNodes(project);
     load->sectionInspections = loadSectionInspection(project);

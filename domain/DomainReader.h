@@ -88,6 +88,8 @@ private:
     void onObjectRemoved(const CDomainObjectPointer& object);
 
     NotificationsReceiver m_receiver;
+    // Behind the receiver: its end takes the receiver off the list of those that hear of changes.
+    Database::CAsyncNotificationMapper m_mapper;
     NodeSectionIndex m_index;
     std::unique_ptr<Load> m_load;
 };

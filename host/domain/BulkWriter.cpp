@@ -73,6 +73,9 @@ StoreStatus BulkWriter::begin(const QString& folder)
     if (status) {
         status = DatabaseCheck::writable(file);
     }
+    if (status) {
+        status = DatabaseCheck::content(file);
+    }
     if (!status) {
         return status;
     }

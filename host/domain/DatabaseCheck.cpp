@@ -39,6 +39,22 @@ bool hasWritePermission(const QString& path)
     return info.isWritable() && (info.permissions() & (QFile::WriteOwner | QFile::WriteGroup | QFile::WriteOther));
 }
 
+StoreStatus tablesOf(const SqlConnection& connection)
+{
+    StoreStatus status;
+    for (const QString& name : Schema::tableNames()) {
+        const QVariant found = connection.value(
+            QStringLiteral("SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = '%1'").arg(name), status);
+        if (status && !found.isValid()) {
+            status = {QStringLiteral("%1: it is damaged (table %2 is missing)").arg(connection.file(), name)};
+        }
+        if (!status) {
+            break;
+        }
+    }
+    return status;
+}
+
 StoreStatus because(const QString& file, const QString& cause)
 {
     return {QStringLiteral("%1: %2").arg(file, cause)};
@@ -111,7 +127,7 @@ StoreStatus content(const QString& file)
         if (status && result != QLatin1String("ok")) {
             status = because(file, QStringLiteral("it is damaged (%1)").arg(result.simplified()));
         }
-        return status;
+        return status ? tablesOf(*connection) : status;
     };
     const SqlConnection::Access access = readAccess(file);
     const StoreStatus status = check(access);

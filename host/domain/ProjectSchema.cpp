@@ -99,6 +99,13 @@ const Table* table(ObjectType type)
     return nullptr;
 }
 
+QStringList tableNames()
+{
+    return {QStringLiteral("PROJECT"), QStringLiteral("JOB"),     QStringLiteral("NODE"),
+            QStringLiteral("SECTION"), QStringLiteral("SECINSP"), QStringLiteral("SECOBS"),
+            QStringLiteral("SECMES"),  QStringLiteral("SECMP"),   QStringLiteral("CHANGELOG")};
+}
+
 QStringList triggerStatements()
 {
     QStringList result;

@@ -26,6 +26,9 @@ struct Table {
 /** Null for a type without a table. */
 const Table* table(ObjectType type);
 
+/** All tables that a project's database has. */
+QStringList tableNames();
+
 /** Statements that build the tables, their indexes and their change log, in order. */
 QStringList statements();
 /** Statements that make and drop the triggers of the change log. */

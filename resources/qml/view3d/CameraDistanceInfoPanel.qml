@@ -1,0 +1,49 @@
+import QtQuick 2.12
+import utils 1.0
+
+/** Warns that the camera is far from the scene's origin; a click hides it until the camera comes back and leaves
+ *  again. */
+Item {
+    id: cameraDistanceInfoPanel
+
+    width: parent.width
+    height: message.implicitHeight + 20
+    visible: false
+
+    Translator {
+        id: translator
+
+        translationClassName: "Torvik.Belmora.App.CameraDistanceInfoPanel"
+    }
+
+    Connections {
+        target: scene3d.camera
+
+        function onTooFarFromOriginChanged() {
+            cameraDistanceInfoPanel.visible = scene3d.camera.tooFarFromOrigin
+        }
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: "red"
+        opacity: 0.55
+    }
+
+    Text {
+        id: message
+
+        anchors.centerIn: parent
+        width: parent.width
+        color: "white"
+        horizontalAlignment: Text.AlignHCenter
+        wrapMode: Text.WordWrap
+        text: translator.txt("CameraTooFarMessage", "3d view or map is too far from inspection area. \nPlease click "
+                             + "compass to go back to inspection site.")
+    }
+
+    MouseArea {
+        anchors.fill: parent
+        onClicked: cameraDistanceInfoPanel.visible = false
+    }
+}

@@ -1,0 +1,408 @@
+#include "common/LogCapture.h"
+#include "common/TestProject.h"
+#include "domain/DomainReader.h"
+#include "domain/boundary/CDatabaseLibrary.h"
+#include "geo/GdalGeoProjector.h"
+
+#include <QSignalSpy>
+#include <QtTest>
+
+using namespace Torvik::View3d;
+using Kx::Test::TestProject;
+using Torvik::AppState;
+using Torvik::Database::ProjectStore;
+
+namespace {
+
+/** Writes down the reader's signals as "signal key". */
+class Diary : public QObject {
+public:
+    explicit Diary(DomainReader& reader)
+    {
+        note(reader, &DomainReader::nodeInserted, QStringLiteral("node"));
+        note(reader, &DomainReader::sectionInspectionInserted, QStringLiteral("section"));
+        note(reader, &DomainReader::nodeModified, QStringLiteral("node modified"));
+        note(reader, &DomainReader::sectionModified, QStringLiteral("section modified"));
+        note(reader, &DomainReader::inspectionModified, QStringLiteral("inspection modified"));
+        note(reader, &DomainReader::observationModified, QStringLiteral("observation modified"));
+        note(reader, &DomainReader::activeInspectionChanged, QStringLiteral("active"));
+        connect(&reader, &DomainReader::lateralInspectionInserted, this,
+                [this](const CDomainObjectPointer& object, bool fromDB) {
+                    entries << QStringLiteral("lateral %1 %2").arg(nameOf(object)).arg(fromDB);
+                });
+        connect(&reader, &DomainReader::observationInserted, this,
+                [this](const CDomainObjectPointer& object, bool fromDB) {
+                    entries << QStringLiteral("observation %1 %2").arg(nameOf(object)).arg(fromDB);
+                });
+        connect(&reader, &DomainReader::objectRemoved, this,
+                [this](const QString& id) { entries << QStringLiteral("removed ") + id; });
+        connect(&reader, &DomainReader::allRowsRemoved, this, [this] { entries << QStringLiteral("all removed"); });
+        connect(&reader, &DomainReader::loadingFinished, this, [this] { entries << QStringLiteral("loaded"); });
+    }
+
+    QStringList take()
+    {
+        QStringList taken;
+        taken.swap(entries);
+        return taken;
+    }
+
+    QStringList entries;
+
+private:
+    template <typename Signal>
+    void note(DomainReader& reader, Signal signal, const QString& word)
+    {
+        connect(&reader, signal, this,
+                [this, word](const CDomainObjectPointer& object) { entries << word + QChar(' ') + nameOf(object); });
+    }
+
+    static QString nameOf(const CDomainObjectPointer& object)
+    {
+        const QString key = object->readValue(QStringLiteral("OBJ_Key")).toString();
+        if (!key.isEmpty())
+            return key;
+        const auto parent = object->parentObject().toStrongRef();
+        return parent ? parent->readValue(QStringLiteral("OBJ_Key")).toString() : QString();
+    }
+};
+
+} // namespace
+
+class tst_DomainReader : public QObject {
+    Q_OBJECT
+
+private slots:
+    void cleanup()
+    {
+        AppState::instance().setActiveProject({});
+        GdalGeoProjector::instance()->deinit();
+    }
+
+    void aProjectIsToldInTheOrderThatItsObjectsNeed()
+    {
+        TestProject project;
+        const auto a = project.addNode(QStringLiteral("A"));
+        const auto section = project.addSection(QStringLiteral("S"), a, {});
+        const auto lateral = project.addLateral(QStringLiteral("L"), section);
+        project.addInspection(lateral, {}, 0);
+        project.addInspection(section);
+        project.addInspection(section);
+        project.addNode(QStringLiteral("B"));
+        project.addSection(QStringLiteral("without inspection"), a, {});
+        DomainReader reader(nullptr);
+        Diary diary(reader);
+        reader.init();
+        QVERIFY(diary.take().isEmpty());
+
+        project.activate();
+
+        QCOMPARE(diary.take(),
+                 (QStringList {QStringLiteral("node A"), QStringLiteral("node B"), QStringLiteral("section S"),
+                               QStringLiteral("section S"), QStringLiteral("lateral L 1"), QStringLiteral("loaded")}));
+    }
+
+    void aProjectThatIsActiveAlreadyIsToldAtTheStartWithItsInspection()
+    {
+        TestProject project;
+        const auto section = project.addSection(QStringLiteral("S"), project.addNode(QStringLiteral("A")), {});
+        const auto inspection = project.addInspection(section);
+        project.activate();
+        AppState::instance().setActiveInspection(inspection);
+        DomainReader reader(nullptr);
+        Diary diary(reader);
+
+        reader.init();
+
+        QCOMPARE(diary.take(), (QStringList {QStringLiteral("node A"), QStringLiteral("section S"),
+                                             QStringLiteral("loaded"), QStringLiteral("active S")}));
+    }
+
+    void aProjectWithoutNodesIsFollowedAllTheSame()
+    {
+        TestProject project;
+        DomainReader reader(nullptr);
+        Diary diary(reader);
+        reader.init();
+        project.activate();
+        QCOMPARE(diary.take(), QStringList {QStringLiteral("loaded")});
+
+        project.addNode(QStringLiteral("A"));
+
+        QTRY_COMPARE(diary.entries, QStringList {QStringLiteral("node A")});
+        diary.take();
+    }
+
+    void aProjectThatIsNotFor3dIsNeitherToldNorFollowed()
+    {
+        TestProject flat({}, false);
+        TestProject project;
+        DomainReader reader(nullptr);
+        Diary diary(reader);
+        reader.init();
+        project.activate();
+        diary.take();
+
+        flat.activate();
+        flat.addNode(QStringLiteral("A"));
+        QTest::qWait(50);
+
+        QVERIFY(diary.take().isEmpty());
+    }
+
+    void whatWasMadeBeforeTheProjectBecameActiveIsToldOnce()
+    {
+        TestProject project;
+        DomainReader reader(nullptr);
+        Diary diary(reader);
+        reader.init();
+        project.addNode(QStringLiteral("A"));
+
+        project.activate();
+        QTest::qWait(50);
+
+        QCOMPARE(diary.take(), (QStringList {QStringLiteral("node A"), QStringLiteral("loaded")}));
+    }
+
+    void aClosedProjectIsDroppedAndItsIndexEmptied()
+    {
+        TestProject project;
+        const auto a = project.addNode(QStringLiteral("A"));
+        project.addSection(QStringLiteral("S"), a, {});
+        DomainReader reader(nullptr);
+        Diary diary(reader);
+        reader.init();
+        project.activate();
+        QCOMPARE(reader.getConnectedSections(a->id()).size(), 1);
+        diary.take();
+
+        AppState::instance().setActiveProject({});
+
+        QCOMPARE(diary.take(), QStringList {QStringLiteral("all removed")});
+        QVERIFY(reader.nodeToPipeParentMapping().isEmpty());
+    }
+
+    void theSceneIsEmptiedBeforeTheProjectIsUnloaded()
+    {
+        TestProject project;
+        project.addNode(QStringLiteral("A"));
+        DomainReader reader(nullptr);
+        Diary diary(reader);
+        reader.init();
+        project.activate();
+        diary.take();
+
+        project.close();
+
+        QVERIFY(diary.take().contains(QStringLiteral("all removed")));
+    }
+
+    void theProjectsSystemIsHandedToAProjectorWithoutOne()
+    {
+        const QString wkt = QStringLiteral("EPSG:25832");
+        TestProject project(wkt);
+        DomainReader reader(nullptr);
+        reader.init();
+        project.activate();
+        // projectionString() is empty until the scene is tied; the tie shows what was handed over.
+        GdalGeoProjector::instance()->initFromMap(52.5, 9.5, 0);
+        QCOMPARE(GdalGeoProjector::instance()->projectionString(), wkt);
+    }
+
+    void whatIsMadeLaterTakesTheSamePath()
+    {
+        TestProject project;
+        const auto a = project.addNode(QStringLiteral("A"));
+        DomainReader reader(nullptr);
+        Diary diary(reader);
+        reader.init();
+        project.activate();
+        diary.take();
+
+        const auto section = project.addSection(QStringLiteral("S"), a, {});
+        const auto inspection = project.addInspection(section);
+        QTRY_COMPARE(diary.entries, QStringList {QStringLiteral("section S")});
+        diary.take();
+        QCOMPARE(reader.getConnectedSections(a->id()), QList<QString> {section->id()});
+
+        project.addObservation(inspection, QStringLiteral("BAB"), 1.5);
+        QTRY_VERIFY(!diary.entries.isEmpty());
+        QVERIFY(diary.entries.first().startsWith(QStringLiteral("observation")));
+    }
+
+    void aNewInspectionOfALateralTravelsTheSectionsPath()
+    {
+        TestProject project;
+        const auto lateral = project.addLateral(QStringLiteral("L"), {});
+        DomainReader reader(nullptr);
+        Diary diary(reader);
+        reader.init();
+        project.activate();
+        diary.take();
+
+        project.addInspection(lateral, {}, 0);
+
+        QTRY_COMPARE(diary.entries, QStringList {QStringLiteral("section L")});
+        diary.take();
+    }
+
+    void changesAreToldByTheKindOfTheirObject()
+    {
+        TestProject project;
+        const auto node = project.addNode(QStringLiteral("A"));
+        const auto section = project.addSection(QStringLiteral("S"), node, {});
+        const auto lateral = project.addLateral(QStringLiteral("L"), section);
+        const auto inspection = project.addInspection(section);
+        const auto observation = project.addObservation(inspection, QStringLiteral("BAB"), 1.5);
+        DomainReader reader(nullptr);
+        Diary diary(reader);
+        reader.init();
+        project.activate();
+        QCoreApplication::processEvents();
+        diary.take();
+
+        const auto change = [&](const CDomainObjectPointer& object, const char* key, const QVariant& value) {
+            object->updateValue(QLatin1String(key), value);
+            Torvik::Database::CDatabaseLibrary::dbAccessManager()->updateObject(object, 1);
+        };
+        change(node, "OBJ_DepthToInvert", 2.0);
+        QTRY_COMPARE(diary.entries, QStringList {QStringLiteral("node modified A")});
+        diary.take();
+        change(section, "OBJ_Size1", 400);
+        QTRY_COMPARE(diary.entries, QStringList {QStringLiteral("section modified S")});
+        diary.take();
+        change(lateral, "OBJ_Size1", 150);
+        QTRY_COMPARE(diary.entries, QStringList {QStringLiteral("section modified L")});
+        diary.take();
+        change(inspection, "INS_InspectionDir", 2);
+        QTRY_COMPARE(diary.entries, QStringList {QStringLiteral("inspection modified S")});
+        diary.take();
+        change(observation, "OBS_Distance", 2.5);
+        QTRY_COMPARE(diary.entries.size(), 1);
+    }
+
+    void aSectionWhoseEndsChangeIsFoundAtItsNewNodes()
+    {
+        TestProject project;
+        const auto a = project.addNode(QStringLiteral("A"));
+        const auto b = project.addNode(QStringLiteral("B"));
+        const auto section = project.addSection(QStringLiteral("S"), a, {});
+        DomainReader reader(nullptr);
+        reader.init();
+        project.activate();
+        QVERIFY(reader.nodeToPipeParentMapping().contains(QString(), section->id()));
+
+        section->updateValue(QStringLiteral("OBJ_FromNode_REF"), b->id());
+        Torvik::Database::CDatabaseLibrary::dbAccessManager()->updateObject(section, 1);
+
+        QTRY_COMPARE(reader.getConnectedSections(b->id()), QList<QString> {section->id()});
+        QVERIFY(reader.getConnectedSections(a->id()).isEmpty());
+    }
+
+    void aDeletedObjectIsToldByItsId()
+    {
+        TestProject project;
+        const auto node = project.addNode(QStringLiteral("A"));
+        const QString id = node->id();
+        DomainReader reader(nullptr);
+        Diary diary(reader);
+        reader.init();
+        project.activate();
+        QCoreApplication::processEvents();
+        diary.take();
+
+        ProjectStore::instance().deleteObject(node);
+
+        QTRY_VERIFY(diary.entries.contains(QStringLiteral("removed ") + id));
+    }
+
+    void theFarewellOfAProjectLeavesTheSameProjectOpenedAgainAlone()
+    {
+        TestProject project;
+        project.addNode(QStringLiteral("A"));
+        DomainReader reader(nullptr);
+        Diary diary(reader);
+        reader.init();
+        project.activate();
+        diary.take();
+
+        project.reopen();
+        project.activate();
+        QTest::qWait(50);
+
+        QVERIFY(diary.take().filter(QStringLiteral("removed ")).isEmpty());
+    }
+
+    void aLargeProjectIsToldInSlicesAndNothingIsLostMeanwhile()
+    {
+        TestProject project;
+        for (int i = 0; i < 30; ++i)
+            project.addNode(QString::number(i));
+        DomainReader reader(nullptr);
+        Diary diary(reader);
+        int told = 0;
+        QVector<int> progress;
+        connect(&reader, &DomainReader::nodeInserted, this, [&] {
+            ++told;
+            QTest::qSleep(20); // an object that is slow to build
+        });
+        connect(&reader, &DomainReader::loadingProgress, this, [&](int done, int) { progress.append(done); });
+        reader.init();
+
+        project.activate();
+
+        QVERIFY(reader.isLoading());
+        QVERIFY(told < 30);
+        project.addNode(QStringLiteral("later"));
+        QTRY_VERIFY_WITH_TIMEOUT(!reader.isLoading(), 10000);
+        QTRY_COMPARE(told, 31);
+        QVERIFY(progress.size() > 2);
+        QVERIFY(std::is_sorted(progress.begin(), progress.end()));
+        QCOMPARE(progress.last(), 30);
+        const int loaded = diary.entries.indexOf(QStringLiteral("loaded"));
+        QCOMPARE(diary.entries.indexOf(QStringLiteral("node later")), loaded + 1);
+    }
+
+    void aProjectClosedDuringItsLoadIsToldNoFurther()
+    {
+        TestProject project;
+        for (int i = 0; i < 30; ++i)
+            project.addNode(QString::number(i));
+        DomainReader reader(nullptr);
+        int told = 0;
+        connect(&reader, &DomainReader::nodeInserted, this, [&] {
+            ++told;
+            QTest::qSleep(20);
+        });
+        reader.init();
+        project.activate();
+        QVERIFY(reader.isLoading());
+
+        AppState::instance().setActiveProject({});
+        const int before = told;
+        QTest::qWait(100);
+
+        QCOMPARE(told, before);
+        QVERIFY(!reader.isLoading());
+    }
+
+    void aPausedLoadGoesOnWhenItIsToldTo()
+    {
+        TestProject project;
+        project.addNode(QStringLiteral("A"));
+        DomainReader reader(nullptr);
+        Diary diary(reader);
+        connect(&reader, &DomainReader::loadingStarted, this, [&] { reader.pauseLoad(); });
+        reader.init();
+        project.activate();
+        QTest::qWait(30);
+        QVERIFY(diary.take().isEmpty());
+
+        reader.resumeLoad();
+
+        QCOMPARE(diary.take(), (QStringList {QStringLiteral("node A"), QStringLiteral("loaded")}));
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_DomainReader)
+#include "tst_DomainReader.moc"
