@@ -1,0 +1,232 @@
+import QtQuick 2.12
+import QtQuick.Controls 2.12
+import QtQuick.Layouts 1.12
+import QtQuick.Dialogs 1.3
+import com.torvik.view3d 1.0 as Torvik3d
+
+import "."
+
+/** The whole of the application: lists at the left, the scene with its tools at the right. Expects a `viewer`. */
+Rectangle {
+    id: mainView
+
+    property alias scene: sceneArea.scene
+    property alias window3d: sceneArea
+    readonly property bool wide: width >= 700
+    property bool listsOpen: true
+
+    color: Style.paper
+
+    Connections {
+        target: viewer
+
+        function onRequestPose(position, center, up, viewType, animated) {
+            sceneArea.goToPose(position, center, up, viewType, animated)
+        }
+        function onRequestView(viewType) {
+            sceneArea.goToView(viewType)
+        }
+    }
+
+    DropArea {
+        anchors.fill: parent
+        onDropped: {
+            if (drop.hasUrls) {
+                viewer.openProject(drop.urls[0])
+            }
+        }
+    }
+
+    RowLayout {
+        anchors.fill: parent
+        spacing: 0
+
+        ObjectLists {
+            objectName: "lists"
+            Layout.fillHeight: true
+            Layout.preferredWidth: mainView.wide ? 300 : mainView.width * 0.6
+            visible: mainView.listsOpen
+        }
+
+        Rectangle {
+            Layout.fillHeight: true
+            implicitWidth: 1
+            color: Style.line
+            visible: mainView.listsOpen
+        }
+
+        ColumnLayout {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            spacing: 0
+
+            Flow {
+                id: tools
+
+                Layout.fillWidth: true
+                Layout.margins: Style.gap
+                spacing: Style.gap
+
+                ToolButton {
+                    objectName: "listsButton"
+                    text: qsTr("Lists")
+                    checked: mainView.listsOpen
+                    onClicked: mainView.listsOpen = !mainView.listsOpen
+                }
+                ToolButton {
+                    objectName: "openButton"
+                    text: qsTr("Open")
+                    onClicked: folderDialog.active = true
+                }
+
+                Item { width: Style.gap; height: 1 }
+
+                Repeater {
+                    model: [
+                        { name: qsTr("Top"), view: Torvik3d.CameraController.View2dTop, id: "top" },
+                        { name: qsTr("3D"), view: Torvik3d.CameraController.View3d, id: "3d" },
+                        { name: qsTr("Front"), view: Torvik3d.CameraController.View2dFront, id: "front" }
+                    ]
+
+                    ToolButton {
+                        objectName: modelData.id + "Button"
+                        text: modelData.name
+                        checked: sceneArea.scene.camera.viewType === modelData.view
+                        onClicked: sceneArea.goToView(modelData.view)
+                    }
+                }
+
+                Item { width: Style.gap; height: 1 }
+
+                Repeater {
+                    model: [
+                        { name: qsTr("Move"), mode: Torvik3d.CameraController.Translate, id: "move" },
+                        { name: qsTr("Rotate"), mode: Torvik3d.CameraController.Rotate, id: "rotate" },
+                        { name: qsTr("Tilt"), mode: Torvik3d.CameraController.Tilt, id: "tilt" },
+                        { name: qsTr("Zoom"), mode: Torvik3d.CameraController.Zoom, id: "zoom" }
+                    ]
+
+                    ToolButton {
+                        objectName: modelData.id + "Button"
+                        text: modelData.name
+                        checked: sceneArea.mode3dType === modelData.mode
+                        onClicked: sceneArea.mode3dType = modelData.mode
+                    }
+                }
+
+                ToolButton {
+                    objectName: "fitButton"
+                    text: qsTr("Fit")
+                    onClicked: viewer.fit()
+                }
+            }
+
+            Item {
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+
+                SceneArea {
+                    id: sceneArea
+
+                    anchors.fill: parent
+                }
+
+                Rectangle {
+                    id: errorBanner
+
+                    objectName: "errorBanner"
+                    visible: viewer.errorText !== ""
+                    anchors { left: parent.left; right: parent.right; top: parent.top; margins: Style.gap }
+                    height: Math.max(errorText.implicitHeight, dismiss.implicitHeight) + 2 * Style.gap
+                    radius: Style.radius
+                    color: Style.alarmPaper
+                    border.color: Style.alarm
+
+                    Text {
+                        id: errorText
+
+                        anchors {
+                            left: parent.left; right: dismiss.left
+                            margins: 2 * Style.gap; verticalCenter: parent.verticalCenter
+                        }
+                        text: viewer.errorText
+                        textFormat: Text.PlainText
+                        color: Style.ink
+                        font.pixelSize: Style.textSize
+                        wrapMode: Text.Wrap
+                    }
+                    ToolButton {
+                        id: dismiss
+
+                        objectName: "dismissButton"
+                        anchors { right: parent.right; rightMargin: Style.gap; verticalCenter: parent.verticalCenter }
+                        text: qsTr("Dismiss")
+                        onClicked: viewer.dismissError()
+                    }
+                }
+
+                Rectangle {
+                    objectName: "progress"
+                    visible: viewer.busy
+                    anchors { left: parent.left; right: parent.right; bottom: parent.bottom; margins: Style.gap }
+                    height: progressTexts.implicitHeight + 3 * Style.gap
+                    radius: Style.radius
+                    color: Style.paper
+                    border.color: Style.line
+
+                    Column {
+                        id: progressTexts
+
+                        anchors {
+                            left: parent.left; right: parent.right
+                            margins: 2 * Style.gap; verticalCenter: parent.verticalCenter
+                        }
+                        spacing: Style.gap
+
+                        Text {
+                            width: parent.width
+                            text: viewer.progressText
+                            color: Style.ink
+                            font.pixelSize: Style.smallTextSize
+                            elide: Text.ElideRight
+                        }
+                        Rectangle {
+                            width: parent.width
+                            height: 6
+                            radius: 3
+                            color: Style.line
+
+                            Rectangle {
+                                width: parent.width * Math.max(0, Math.min(1, viewer.progress))
+                                height: parent.height
+                                radius: parent.radius
+                                color: Style.accent
+                            }
+                        }
+                    }
+                }
+            }
+
+            Readout {
+                Layout.fillWidth: true
+                scene: sceneArea.scene
+            }
+        }
+    }
+
+    Loader {
+        id: folderDialog
+
+        active: false
+        sourceComponent: FileDialog {
+            title: qsTr("Open a project's folder")
+            selectFolder: true
+            Component.onCompleted: open()
+            onAccepted: {
+                viewer.openProject(fileUrl)
+                folderDialog.active = false
+            }
+            onRejected: folderDialog.active = false
+        }
+    }
+}

@@ -1,0 +1,134 @@
+import QtQuick 2.12
+import QtQuick.Controls 2.12
+import QtQuick.Layouts 1.12
+
+import "."
+
+/** The project's nodes, sections and inspections; a tap on a line goes to the object. */
+Rectangle {
+    id: objectLists
+
+    readonly property var models: [viewer.nodesModel, viewer.sectionsModel, viewer.inspectionsModel]
+    readonly property var names: [qsTr("Nodes"), qsTr("Pipes"), qsTr("Inspections")]
+
+    color: Style.panel
+
+    ColumnLayout {
+        anchors.fill: parent
+        anchors.margins: Style.gap
+        spacing: Style.gap
+
+        Text {
+            Layout.fillWidth: true
+            Layout.topMargin: Style.gap
+            text: viewer.projectName !== "" ? viewer.projectName : qsTr("No project")
+            color: Style.ink
+            font.pixelSize: 20
+            font.weight: Font.DemiBold
+            elide: Text.ElideMiddle
+        }
+
+        TextField {
+            id: search
+
+            objectName: "search"
+            Layout.fillWidth: true
+            implicitHeight: Style.touch
+            placeholderText: qsTr("Search by name")
+            selectByMouse: true
+            color: Style.ink
+            font.pixelSize: Style.textSize
+            onTextChanged: viewer.setFilter(text)
+            background: Rectangle {
+                radius: Style.radius
+                color: Style.paper
+                border.width: search.activeFocus ? 2 : 1
+                border.color: search.activeFocus ? Style.accent : Style.line
+            }
+        }
+
+        RowLayout {
+            Layout.fillWidth: true
+            spacing: 4
+
+            Repeater {
+                model: objectLists.names
+
+                ToolButton {
+                    objectName: "tab" + index
+                    Layout.fillWidth: true
+                    text: modelData
+                    checked: list.kind === index
+                    onClicked: list.kind = index
+                }
+            }
+        }
+
+        ListView {
+            id: list
+
+            property int kind: 0
+
+            objectName: "objects"
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            clip: true
+            model: objectLists.models[kind]
+            boundsBehavior: Flickable.StopAtBounds
+            currentIndex: -1
+            ScrollBar.vertical: ScrollBar {}
+
+            delegate: Rectangle {
+                id: row
+
+                width: list.width
+                height: Math.max(Style.touch, texts.implicitHeight + Style.gap)
+                radius: Style.radius
+                color: ListView.isCurrentItem || tap.pressed ? Style.pressed : "transparent"
+
+                Column {
+                    id: texts
+
+                    anchors {
+                        left: parent.left; right: parent.right
+                        margins: Style.gap; verticalCenter: parent.verticalCenter
+                    }
+
+                    Text {
+                        width: parent.width
+                        text: model.key
+                        color: Style.ink
+                        font.pixelSize: Style.textSize
+                        elide: Text.ElideRight
+                    }
+                    Text {
+                        width: parent.width
+                        visible: text !== ""
+                        text: model.detail
+                        color: Style.quietInk
+                        font.pixelSize: Style.smallTextSize
+                        elide: Text.ElideRight
+                    }
+                }
+
+                MouseArea {
+                    id: tap
+
+                    anchors.fill: parent
+                    onClicked: {
+                        list.currentIndex = index
+                        viewer.goTo(model.objectId)
+                    }
+                }
+            }
+
+            Text {
+                anchors.centerIn: parent
+                visible: list.count === 0 && !viewer.busy
+                text: search.text !== "" ? qsTr("Nothing found") : qsTr("Nothing here")
+                color: Style.quietInk
+                font.pixelSize: Style.textSize
+            }
+        }
+    }
+}

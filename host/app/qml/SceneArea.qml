@@ -1,0 +1,95 @@
+import QtQuick 2.12
+import com.torvik.view3d 1.0 as Torvik3d
+import view3d 1.0 as View3d
+
+/** The scene with the flags that it and its surroundings share. */
+Item {
+    id: window3d
+
+    property alias scene: scene3d
+    property real cameraFOV: 3
+    property bool mode3d: true
+    property int mode3dType: Torvik3d.CameraController.Translate
+    property bool gridVisible: true
+    property bool gridDisabled: false
+    property bool gridIsFarAwayFromCamera: false
+    property bool screenshotPending: false
+    property bool splitViewMode: false
+    property real sceneTransparency: 1.0
+
+    signal beforeSplitViewModeChanged()
+
+    objectName: "window3d"
+
+    /** Takes the camera to a pose; the view type is told when it is there. */
+    function goToPose(position, center, up, viewType, animated) {
+        const camera = scene3d.camera
+        camera.scheduleDelayedAnimation(function() {
+            if (animated) {
+                poseAnimation.endViewType = viewType
+                poseAnimation.endPosition = position
+                poseAnimation.endCenter = center
+                poseAnimation.endUp = up
+                camera.animScheduler.scheduleAnimation(poseAnimation)
+            } else {
+                camera.viewType = viewType
+                camera.setPose(position, center, up)
+            }
+        })
+    }
+
+    function goToView(viewType) {
+        if (viewType === Torvik3d.CameraController.View2dTop) {
+            scene3d.switchTo2dTop()
+        } else if (viewType === Torvik3d.CameraController.View2dFront) {
+            scene3d.switchTo2dFront()
+        } else if (viewType === Torvik3d.CameraController.View3d) {
+            scene3d.switchTo3d()
+        }
+    }
+
+    View3d.Scene {
+        id: scene3d
+
+        objectName: "scene"
+        anchors.fill: parent
+        hoverEnabled: false
+    }
+
+    ParallelAnimation {
+        id: poseAnimation
+
+        property var scheduled
+        property int endViewType
+        property vector3d endPosition
+        property vector3d endCenter
+        property vector3d endUp
+
+        onStopped: {
+            scene3d.camera.viewType = endViewType
+            scene3d.camera.animScheduler.onAnimationFinished(poseAnimation)
+        }
+
+        Vector3dAnimation {
+            target: scene3d.camera
+            property: "position"
+            to: poseAnimation.endPosition
+            duration: 600
+            easing.type: Easing.InOutQuad
+        }
+        Vector3dAnimation {
+            target: scene3d.camera
+            property: "viewCenter"
+            to: poseAnimation.endCenter
+            duration: 600
+            easing.type: Easing.InOutQuad
+        }
+        Vector3dAnimation {
+            target: scene3d.camera
+            property: "upVector"
+            to: poseAnimation.endUp
+            duration: 600
+            easing.type: Easing.InOutQuad
+        }
+    }
+}

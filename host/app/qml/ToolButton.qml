@@ -1,0 +1,32 @@
+import QtQuick 2.12
+import QtQuick.Controls 2.12
+
+import "."
+
+/** A button for a finger; the one that is on carries the accent. */
+AbstractButton {
+    id: button
+
+    implicitHeight: Style.touch
+    implicitWidth: Math.max(Style.touch, label.implicitWidth + 24)
+    hoverEnabled: false
+    focusPolicy: Qt.TabFocus
+
+    contentItem: Text {
+        id: label
+
+        text: button.text
+        color: button.checked ? Style.accentInk : button.enabled ? Style.ink : Style.quietInk
+        font.pixelSize: Style.textSize
+        horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
+        elide: Text.ElideRight
+    }
+
+    background: Rectangle {
+        radius: Style.radius
+        color: button.checked ? Style.accent : button.down ? Style.pressed : Style.paper
+        border.width: button.visualFocus ? 2 : 1
+        border.color: button.visualFocus ? Style.accent : Style.line
+    }
+}

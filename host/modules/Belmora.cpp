@@ -1,0 +1,54 @@
+#include "host/modules/Belmora.h"
+
+#include "domain/boundary/AppState.h"
+
+#include <QCoreApplication>
+
+namespace Torvik::Viewer {
+
+using QmlWrapper::CQmlDomainObject;
+
+AppStateData::AppStateData(QObject* parent)
+    : QObject(parent)
+{
+    AppState& state = AppState::instance();
+    connect(&state, &AppState::activeProjectChanged, this, &AppStateData::activeProjectChanged);
+    connect(&state, &AppState::activeInspectionChanged, this, &AppStateData::activeInspectionChanged);
+    connect(&state, &AppState::activeStructureChanged, this, &AppStateData::activeStructureChanged);
+}
+
+CQmlDomainObject AppStateData::activeProject() const
+{
+    return CQmlDomainObject(AppState::instance().getActiveProject());
+}
+
+CQmlDomainObject AppStateData::activeInspection() const
+{
+    return CQmlDomainObject(AppState::instance().getActiveInspection());
+}
+
+CQmlDomainObject AppStateData::activeStructure() const
+{
+    return CQmlDomainObject(AppState::instance().getActiveStructure());
+}
+
+bool AppStateData::project3dActive() const
+{
+    return AppState::instance().is3dProjectActive();
+}
+
+QString TranslationHelper::translated(const QString& className, const QString& key, const QString& defaultText) const
+{
+    const QByteArray source = key.toUtf8();
+    const QString found = QCoreApplication::translate(className.toUtf8().constData(), source.constData());
+    return found == key ? defaultText : found;
+}
+
+Belmora::Belmora(QObject* parent)
+    : QObject(parent)
+    , m_appStateData(new AppStateData(this))
+    , m_translationHelper(new TranslationHelper(this))
+{
+}
+
+} // namespace Torvik::Viewer

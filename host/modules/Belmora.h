@@ -1,0 +1,60 @@
+#pragma once
+
+#include "domain/boundary/CQmlDomainObject.h"
+
+#include <QObject>
+
+namespace Torvik::Viewer {
+
+/** What the application works on at present, for QML. Follows AppState. */
+class AppStateData : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(Torvik::QmlWrapper::CQmlDomainObject activeProject READ activeProject NOTIFY activeProjectChanged)
+    Q_PROPERTY(
+        Torvik::QmlWrapper::CQmlDomainObject activeInspection READ activeInspection NOTIFY activeInspectionChanged)
+    Q_PROPERTY(Torvik::QmlWrapper::CQmlDomainObject activeStructure READ activeStructure NOTIFY activeStructureChanged)
+    Q_PROPERTY(bool project3dActive READ project3dActive NOTIFY activeProjectChanged)
+
+public:
+    explicit AppStateData(QObject* parent = nullptr);
+
+    QmlWrapper::CQmlDomainObject activeProject() const;
+    QmlWrapper::CQmlDomainObject activeInspection() const;
+    QmlWrapper::CQmlDomainObject activeStructure() const;
+    bool project3dActive() const;
+
+signals:
+    void activeProjectChanged();
+    void activeInspectionChanged();
+    void activeStructureChanged();
+};
+
+/** Gives texts in the user's language. */
+class TranslationHelper : public QObject {
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    /** The translation of the key, or the default text where there is none. */
+    Q_INVOKABLE QString translated(const QString& className, const QString& key, const QString& defaultText) const;
+};
+
+/** The application, as QML knows it under the name "belmora". */
+class Belmora : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QObject* appStateData READ appStateData CONSTANT)
+    Q_PROPERTY(QObject* translationHelper READ translationHelper CONSTANT)
+
+public:
+    explicit Belmora(QObject* parent = nullptr);
+
+    QObject* appStateData() const { return m_appStateData; }
+    QObject* translationHelper() const { return m_translationHelper; }
+
+private:
+    AppStateData* m_appStateData;
+    TranslationHelper* m_translationHelper;
+};
+
+} // namespace Torvik::Viewer

@@ -1,0 +1,78 @@
+#include "host/modules/HostModules.h"
+
+#include "geo/GdalGeoProjector.h"
+#include "host/modules/Belmora.h"
+#include "host/modules/FormatHelper.h"
+#include "host/modules/Screens.h"
+#include "interaction/Utils3d.h"
+#include "scene/GlobalNav.h"
+#include "scene/SceneRoot.h"
+
+#include <QFont>
+#include <QGuiApplication>
+#include <QQmlComponent>
+#include <QQmlContext>
+#include <QQmlEngine>
+#include <QtQml>
+
+// Q_INIT_RESOURCE does not work inside a namespace.
+static void initHostModuleResources()
+{
+    Q_INIT_RESOURCE(hostmodules);
+}
+
+namespace Torvik::Viewer {
+
+namespace {
+
+QObject* geoProjector(QQmlEngine* engine, QJSEngine*)
+{
+    auto* projector = View3d::GdalGeoProjector::instance();
+    engine->setObjectOwnership(projector, QQmlEngine::CppOwnership);
+    return projector;
+}
+
+void registerTypesOnce()
+{
+    static const bool done = [] {
+        initHostModuleResources();
+        View3d::SceneRoot::registerMetaTypes();
+        qmlRegisterSingletonType<View3d::GdalGeoProjector>("Torvik.Geo", 1, 0, "GeoProjector", &geoProjector);
+        qRegisterMetaType<QmlWrapper::CQmlDomainObject>();
+        return true;
+    }();
+    Q_UNUSED(done)
+}
+
+QObject* createDesign(QQmlEngine& engine)
+{
+    QQmlComponent component(&engine, QUrl(QStringLiteral("qrc:/qml/host/Design.qml")));
+    QObject* design = component.create();
+    if (!design) {
+        qFatal("The style tree does not load: %s", qPrintable(component.errorString()));
+    }
+    design->setParent(&engine);
+    return design;
+}
+
+} // namespace
+
+void registerHostModules(QQmlEngine& engine)
+{
+    registerTypesOnce();
+    engine.addImportPath(QStringLiteral("qrc:/qml"));
+
+    QQmlContext* context = engine.rootContext();
+    context->setContextProperty(QStringLiteral("GlobalNav"), View3d::GlobalNav::instance());
+    context->setContextProperty(QStringLiteral("Utils3D"), &View3d::Utils3d::instance());
+    context->setContextProperty(QStringLiteral("belmora"), new Belmora(&engine));
+    context->setContextProperty(QStringLiteral("formatHelper"), new FormatHelper(&engine));
+    auto* pages = new PageStack(&engine);
+    context->setContextProperty(QStringLiteral("pageStack"), pages);
+    context->setContextProperty(QStringLiteral("screenManager"), new ScreenManager(&engine));
+    context->setContextProperty(QStringLiteral("font_Regular"),
+                                QVariantMap {{QStringLiteral("name"), QGuiApplication::font().family()}});
+    context->setContextProperty(QStringLiteral("design"), createDesign(engine));
+}
+
+} // namespace Torvik::Viewer

@@ -1,0 +1,40 @@
+#include "host/modules/Screens.h"
+
+namespace Torvik::Viewer {
+
+namespace {
+const QString keyName = QStringLiteral("_key");
+// The network beside its lists is where inspections are looked at.
+const QString startScreen = QStringLiteral("Screens::InspectionScreen");
+} // namespace
+
+void ScreenManager::setOngoingScreenKey(const QString& key)
+{
+    if (m_ongoingScreenKey == key) {
+        return;
+    }
+    m_ongoingScreenKey = key;
+    emit ongoingScreenKeyChanged();
+}
+
+void ScreenManager::show(const QString& name, const QVariantMap& arguments)
+{
+    emit screenRequested(name, arguments);
+}
+
+PageStack::PageStack(QObject* parent)
+    : QObject(parent)
+    , m_currentItem({{keyName, startScreen}})
+{
+}
+
+void PageStack::setCurrentKey(const QString& key)
+{
+    if (m_currentItem.value(keyName).toString() == key) {
+        return;
+    }
+    m_currentItem[keyName] = key;
+    emit currentItemChanged();
+}
+
+} // namespace Torvik::Viewer

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QVariantMap>
+
+namespace Torvik::Viewer {
+
+/** Opens the application's screens by their key, as QML knows it under the name "screenManager". */
+class ScreenManager : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QString ongoingScreenKey READ ongoingScreenKey WRITE setOngoingScreenKey NOTIFY ongoingScreenKeyChanged)
+
+public:
+    using QObject::QObject;
+
+    /** Key of the screen that the user works on. */
+    QString ongoingScreenKey() const { return m_ongoingScreenKey; }
+    void setOngoingScreenKey(const QString& key);
+
+    /** Asks for a screen; whoever owns it answers screenRequested(). */
+    Q_INVOKABLE void show(const QString& name, const QVariantMap& arguments = {});
+
+signals:
+    void ongoingScreenKeyChanged();
+    void screenRequested(const QString& name, const QVariantMap& arguments);
+
+private:
+    QString m_ongoingScreenKey;
+};
+
+/** The page on top, as QML knows it under the name "pageStack". */
+class PageStack : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QVariantMap currentItem READ currentItem NOTIFY currentItemChanged)
+
+public:
+    explicit PageStack(QObject* parent = nullptr);
+
+    /** Its "_key" tells which screen it is. */
+    QVariantMap currentItem() const { return m_currentItem; }
+    void setCurrentKey(const QString& key);
+
+signals:
+    void currentItemChanged();
+
+private:
+    QVariantMap m_currentItem;
+};
+
+} // namespace Torvik::Viewer
