@@ -84,10 +84,15 @@ StoreStatus ProjectSession::update(const CDomainObjectPointer& object, int origi
     if (columns.isEmpty()) {
         return {};
     }
+    const int stampColumn = data.layout->indexOf(table.timeStampColumn);
+    const QString stamp = stampColumn < 0 || columns.contains(stampColumn) ? QString() : now();
     const StoreStatus written =
-        inTransaction([&] { return writeColumns(table, data.id, columns, *data.layout, data.values); });
+        inTransaction([&] { return writeColumns(table, data.id, columns, *data.layout, data.values, stamp); });
     if (!written) {
         return written;
+    }
+    if (!stamp.isEmpty()) {
+        data.values.set(stampColumn, stamp);
     }
     for (int column : qAsConst(columns)) {
         data.changed.removeOne(column);
@@ -101,15 +106,13 @@ StoreStatus ProjectSession::update(const CDomainObjectPointer& object, int origi
 }
 
 StoreStatus ProjectSession::writeColumns(const Schema::Table& table, const QString& id, const QVector<int>& columns,
-                                         const ColumnLayout& layout, const ObjectValues& values)
+                                         const ColumnLayout& layout, const ObjectValues& values, const QString& stamp)
 {
-    const int timeStampColumn = layout.indexOf(table.timeStampColumn);
     QStringList assignments;
     for (int column : columns) {
         assignments.append(QStringLiteral("[%1] = ?").arg(layout.name(column)));
     }
-    const bool stamps = timeStampColumn >= 0 && !columns.contains(timeStampColumn);
-    if (stamps) {
+    if (!stamp.isEmpty()) {
         assignments.append(QStringLiteral("[%1] = ?").arg(table.timeStampColumn));
     }
     QSqlQuery query(m_connection->database());
@@ -118,8 +121,8 @@ StoreStatus ProjectSession::writeColumns(const Schema::Table& table, const QStri
     for (int column : columns) {
         query.addBindValue(values.value(column));
     }
-    if (stamps) {
-        query.addBindValue(now());
+    if (!stamp.isEmpty()) {
+        query.addBindValue(stamp);
     }
     query.addBindValue(id);
     if (!query.exec()) {

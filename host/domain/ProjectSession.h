@@ -32,6 +32,8 @@ public:
     StoreStatus remove(const CDomainObjectPointer& object);
     StoreStatus insertJob(const QVariantMap& values, CDomainObjectPointer& inserted);
     QVector<CDomainObjectPointer> jobs(StoreStatus& status);
+    /** Drops old entries of the change log once it has grown long. */
+    StoreStatus cutBackLog();
 
 private:
     struct Change {
@@ -42,11 +44,12 @@ private:
     };
 
     StoreStatus writeColumns(const Schema::Table& table, const QString& id, const QVector<int>& columns,
-                             const class ColumnLayout& layout, const class ObjectValues& values);
+                             const class ColumnLayout& layout, const class ObjectValues& values, const QString& stamp);
     StoreStatus insertRow(const Schema::Table& table, const QString& id, const QVariantMap& values);
     /** Runs `write` in a transaction and keeps the change log's own entries apart from those of others. */
     template <typename Write>
     StoreStatus inTransaction(const Write& write);
+    /** Entries behind the last one known; where some are gone, one that stands for all follows. */
     StoreStatus readChanges(QVector<Change>& changes);
     void poll();
     void apply(const QVector<Change>& changes);

@@ -39,7 +39,27 @@ StoreStatus ProjectSession::readChanges(QVector<Change>& changes)
         changes.append({query.value(0).toLongLong(), query.value(1).toString(), query.value(2).toString(),
                         kind.isEmpty() ? '\0' : kind.at(0).toLatin1()});
     }
-    return query.lastError().isValid() ? m_connection->failure(query.lastError()) : StoreStatus {};
+    if (query.lastError().isValid()) {
+        return m_connection->failure(query.lastError());
+    }
+    const bool gap = !changes.isEmpty() && changes.first().number != m_project.seenChange + 1;
+    if (gap) {
+        changes.append({changes.last().number, {}, {}, Schema::changeAll});
+    }
+    return {};
+}
+
+StoreStatus ProjectSession::cutBackLog()
+{
+    constexpr qint64 longLog = 20000;
+    constexpr qint64 keptRows = 10000;
+    StoreStatus status;
+    const qint64 first = m_connection->value(QStringLiteral("SELECT min(CHG_PK) FROM CHANGELOG"), status).toLongLong();
+    const qint64 last = m_connection->value(QStringLiteral("SELECT max(CHG_PK) FROM CHANGELOG"), status).toLongLong();
+    if (status && last - first > longLog) {
+        status = m_connection->execute(QStringLiteral("DELETE FROM CHANGELOG WHERE CHG_PK <= %1").arg(last - keptRows));
+    }
+    return status;
 }
 
 void ProjectSession::poll()
@@ -58,15 +78,11 @@ void ProjectSession::poll()
         return;
     }
     m_dataVersion = version;
-    const bool gap = !changes.isEmpty() && changes.first().number != m_project.seenChange + 1;
     if (!changes.isEmpty()) {
         m_project.seenChange = changes.last().number;
     }
     changes = m_foreign + changes;
     m_foreign.clear();
-    if (gap) {
-        changes.append({m_project.seenChange, {}, {}, Schema::changeAll});
-    }
     if (!changes.isEmpty()) {
         apply(changes);
     }

@@ -2,6 +2,7 @@
 
 #include "domain/boundary/AppState.h"
 #include "domain/boundary/CDatabaseLibrary.h"
+#include "domain/boundary/CLogger.h"
 #include "host/domain/DatabaseCheck.h"
 #include "host/domain/DomainObjectData.h"
 #include "host/domain/NotificationManager.h"
@@ -119,6 +120,11 @@ OpenedProject ProjectStore::connectProject(const QSharedPointer<CProjectObject>&
     }
     ProjectData& data = *ProjectData::of(project);
     data.session = std::make_unique<ProjectSession>(std::move(connection), data, mode == ReadOnly);
+    const StoreStatus cut = mode == ReadWrite ? data.session->cutBackLog() : StoreStatus {};
+    if (!cut) {
+        Logging::CLogger::logMessage(Logging::LogWarning, QStringLiteral("Torvik::Database"),
+                                     QStringLiteral("The log of changes stays long: %1").arg(cut.error));
+    }
     return {project, {}};
 }
 

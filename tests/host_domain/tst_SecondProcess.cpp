@@ -115,6 +115,25 @@ private slots:
         QCOMPARE(p.stored("NODE", "OBJ_PK", a->id(), "OBJ_Key").toString(), QString("ours"));
     }
 
+    void aLogThatWasCutBackIsMadeUpForByComparingAll()
+    {
+        TestProject p;
+        const auto a = p.addNode("A");
+        const auto gone = p.addNode("gone");
+        StoreStatus status;
+        const auto other = SqlConnection::open(ProjectStore::databaseFile(p.path()), SqlConnection::ReadWrite, status);
+        QVERIFY(other->execute("BEGIN IMMEDIATE").ok());
+        QVERIFY(other->execute("UPDATE NODE SET OBJ_Key = 'theirs' WHERE OBJ_Key = 'A'").ok());
+        QVERIFY(other->execute("DELETE FROM NODE WHERE OBJ_Key = 'gone'").ok());
+        QVERIFY(other->execute("DELETE FROM CHANGELOG").ok());
+        QVERIFY(other->execute("INSERT INTO NODE (OBJ_PK, OBJ_Key) VALUES ('new', 'new')").ok());
+        QVERIFY(other->execute("COMMIT").ok());
+
+        QTRY_COMPARE(a->readValue("OBJ_Key").toString(), QString("theirs"));
+        QVERIFY(!gone->isValid());
+        QVERIFY(p.project()->lookupObject("new"));
+    }
+
     void aProjectThatAnotherProgramHoldsLockedSaysSo()
     {
         TestProject p;
