@@ -37,7 +37,7 @@ CylinderSegment::CylinderSegment(Qt3DCore::QNode* parent, EntitySegment* prev, c
 void CylinderSegment::init()
 {
     m_look = defaultLook();
-    m_material = SharedComponents::instance().goochMaterial(m_look);
+    m_material = createMaterial();
     m_meshEntity = new Qt3DCore::QEntity(this);
     m_meshTransform = new Qt3DCore::QTransform(m_meshEntity);
     m_meshTransform->setRotation(QQuaternion::fromAxisAndAngle(1.0F, 0.0F, 0.0F, 90.0F));
@@ -47,6 +47,11 @@ void CylinderSegment::init()
     m_meshEntity->addComponent(SharedComponents::instance().unitCylinder());
     m_meshEntity->addComponent(m_material);
     m_meshEntity->addComponent(m_meshTransform);
+}
+
+Qt3DRender::QMaterial* CylinderSegment::createMaterial() const
+{
+    return SharedComponents::instance().goochMaterial(m_look);
 }
 
 void CylinderSegment::initTransform()
@@ -94,7 +99,7 @@ void CylinderSegment::setColor(QColor color)
     if (look == m_look)
         return;
     m_look = look;
-    replaceMaterial(SharedComponents::instance().goochMaterial(look));
+    replaceMaterial(createMaterial());
 }
 
 void CylinderSegment::replaceMaterial(Qt3DRender::QMaterial* material)

@@ -40,6 +40,7 @@ private:
     };
 
     void init();
+    Qt3DRender::QMaterial* createMaterial() const;
     void initTransform();
     void createJoint();
     Ball createBall(const QVector3D& position);
