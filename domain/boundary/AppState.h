@@ -21,7 +21,7 @@ public:
     bool is3dProjectActive() const;
 
     /** For the host: each stores and emits its signal when the object differs. A change of the project first clears
-     *  the active inspection and structure. */
+     *  the active inspection, structure and job, and the project's distance unit becomes the current one. */
     void setActiveProject(const CDomainObjectPointer& project);
     void setActiveInspection(const CDomainObjectPointer& inspection);
     void setActiveStructure(const CDomainObjectPointer& structure);

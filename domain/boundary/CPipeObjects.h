@@ -41,7 +41,7 @@ public:
     QSharedPointer<CPipeInspectionObject> inspection(int index) const;
 };
 
-/** A pipe with references to its two end nodes. */
+/** A pipe with references to its two end nodes. Laterals are of this class too; objectType() tells them apart. */
 class CSectionObject : public CGenericPipeObject {
 public:
     using CGenericPipeObject::CGenericPipeObject;

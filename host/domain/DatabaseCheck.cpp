@@ -60,6 +60,20 @@ StoreStatus because(const QString& file, const QString& cause)
     return {QStringLiteral("%1: %2").arg(file, cause)};
 }
 
+StoreStatus knownVersion(const QString& file, quint32 version)
+{
+    if (version > quint32(Schema::version)) {
+        return because(file,
+                       QStringLiteral("it was made by a newer version of this program (format %1, known up to %2)")
+                           .arg(version)
+                           .arg(Schema::version));
+    }
+    if (version == 0) {
+        return because(file, QStringLiteral("it is damaged (it has no format version)"));
+    }
+    return {};
+}
+
 } // namespace
 
 StoreStatus header(const QString& file)
@@ -76,7 +90,9 @@ StoreStatus header(const QString& file)
     if (bytes.size() < headerSize || !bytes.startsWith(magic)) {
         return because(file, QStringLiteral("it is no database, or damaged"));
     }
-    if (opened.size() < expectedSize(bytes)) {
+    // Pages that seem to be missing may stand in the log of a program that is at work, or was cut off.
+    const bool hasLog = QFileInfo::exists(file + QStringLiteral("-wal"));
+    if (!hasLog && opened.size() < expectedSize(bytes)) {
         return because(
             file,
             QStringLiteral("it is damaged (%1 bytes are missing at its end)").arg(expectedSize(bytes) - opened.size()));
@@ -84,17 +100,7 @@ StoreStatus header(const QString& file)
     if (numberAt(bytes, applicationIdAt) != quint32(Schema::applicationId)) {
         return because(file, QStringLiteral("it is the database of another program"));
     }
-    const quint32 version = numberAt(bytes, userVersionAt);
-    if (version > quint32(Schema::version)) {
-        return because(file,
-                       QStringLiteral("it was made by a newer version of this program (format %1, known up to %2)")
-                           .arg(version)
-                           .arg(Schema::version));
-    }
-    if (version == 0) {
-        return because(file, QStringLiteral("it is damaged (it has no format version)"));
-    }
-    return {};
+    return knownVersion(file, numberAt(bytes, userVersionAt));
 }
 
 StoreStatus writable(const QString& file)
@@ -121,6 +127,13 @@ StoreStatus content(const QString& file)
         StoreStatus status;
         const auto connection = SqlConnection::open(file, access, status);
         if (!connection) {
+            return status;
+        }
+        const quint32 version = connection->value(QStringLiteral("PRAGMA user_version"), status).toUInt();
+        if (status) {
+            status = knownVersion(file, version);
+        }
+        if (!status) {
             return status;
         }
         const QString result = connection->value(QStringLiteral("PRAGMA quick_check(1)"), status).toString();

@@ -28,9 +28,8 @@ CDomainObjectPointer makeByType(std::unique_ptr<CDomainObjectPrivate> data)
     case ProjectObjectType:
         return makeAs<CProjectObject>(std::move(data));
     case SectionObjectType:
+    case LateralObjectType: // also a lateral's parent is promoted as a section
         return makeAs<CSectionObject>(std::move(data));
-    case LateralObjectType:
-        return makeAs<CGenericPipeObject>(std::move(data));
     case PipeInspectionObjectType:
         return makeAs<CPipeInspectionObject>(std::move(data));
     case PipeObservationObjectType:

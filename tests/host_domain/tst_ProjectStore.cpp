@@ -186,6 +186,23 @@ private slots:
         QFile::setPermissions(p.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
 
+    void whatAProgramThatDiedHadWrittenIsThere()
+    {
+        TestProject p;
+        const QString id = p.addNode("A")->id();
+        const QTemporaryDir dir;
+        QVERIFY(QDir(p.path()).exists("project.db-wal"));
+        for (const char* name : {"project.db", "project.db-wal"}) {
+            QVERIFY(QFile::copy(p.path() + '/' + name, dir.filePath(name)));
+        }
+
+        const OpenedProject opened = ProjectStore::instance().open(dir.path());
+
+        QVERIFY2(opened.project, qPrintable(opened.error));
+        QVERIFY(opened.project->lookupObject(id));
+        ProjectStore::instance().close(opened.project);
+    }
+
     void aWriteProtectedProjectOpensForReading()
     {
         TestProject p;
