@@ -1,9 +1,12 @@
 #include "host/import/OgrReader.h"
 
+#include "host/import/InterlisColumns.h"
 #include "host/import/OgrGeometry.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QLocale>
+#include <QTemporaryFile>
 
 #include <cpl_error.h>
 #include <gdal_priv.h>
@@ -72,6 +75,23 @@ SourceRef featureRef(const QString& fileName, OGRLayer& layer, const OGRFeature&
     return {fileName, 0, QStringLiteral("%1 feature %2").arg(QString::fromUtf8(layer.GetName())).arg(feature.GetFID())};
 }
 
+/** The path itself, or that of a copy that shows all columns where the format needs it. */
+QString withAllColumns(const QString& path, QTemporaryFile& copy)
+{
+    QFile file(path);
+    if (QFileInfo(path).suffix().toLower() != QLatin1String("xtf") || !file.open(QIODevice::ReadOnly))
+        return path;
+    const QByteArray completed = InterlisColumns::withAllColumns(file.readAll());
+    if (completed.isEmpty() || !copy.open() || copy.write(completed) != completed.size() || !copy.flush())
+        return path;
+    return copy.fileName();
+}
+
+bool isPattern(const OGRFeature& feature)
+{
+    return fieldText(feature, QStringLiteral("TID")) == InterlisColumns::PatternTid;
+}
+
 } // namespace
 
 OgrReader::OgrReader(NetworkModel& model, ImportReport& report, const OgrMapping& mapping, const QString& wantedCrs)
@@ -87,8 +107,9 @@ bool OgrReader::read(const QString& path)
     GDALAllRegister();
     const QuietGdal quiet;
     m_fileName = QFileInfo(path).fileName();
+    QTemporaryFile completed(QDir::temp().filePath(QStringLiteral("import-XXXXXX.xtf")));
     const DatasetPointer source(
-        GDALDataset::Open(path.toUtf8().constData(), GDAL_OF_VECTOR | GDAL_OF_READONLY, nullptr, nullptr, nullptr));
+        GDALDataset::Open(withAllColumns(path, completed).toUtf8().constData(), GDAL_OF_VECTOR | GDAL_OF_READONLY));
     if (!source) {
         const QString detail = QString::fromUtf8(CPLGetLastErrorMsg());
         m_report.fail({m_fileName, 0, {}},
@@ -178,7 +199,7 @@ bool OgrReader::prepare(GDALDataset& source, OGRLayer& layer, const MappedLayer&
         for (const auto& feature : *other) {
             const QString key = fieldText(*feature, column.lookupKey);
             const QString value = fieldText(*feature, column.lookupValue);
-            if (!key.isEmpty() && !value.isEmpty() && !values.contains(key))
+            if (!isPattern(*feature) && !key.isEmpty() && !value.isEmpty() && !values.contains(key))
                 values.insert(key, value);
         }
     }
@@ -254,8 +275,10 @@ bool OgrReader::readNodes(GDALDataset& source, const MappedLayer& mapped)
     OGRLayer* layer = layerOf(source, mapped.layer);
     if (!layer || !prepare(source, *layer, mapped))
         return false;
-    for (const auto& feature : *layer)
-        readNode(*feature, mapped, featureRef(m_fileName, *layer, *feature));
+    for (const auto& feature : *layer) {
+        if (!isPattern(*feature))
+            readNode(*feature, mapped, featureRef(m_fileName, *layer, *feature));
+    }
     layer->SetAttributeFilter(nullptr);
     return true;
 }
@@ -315,8 +338,10 @@ bool OgrReader::readPipes(GDALDataset& source, const MappedLayer& mapped)
     OGRLayer* layer = layerOf(source, mapped.layer);
     if (!layer || !prepare(source, *layer, mapped))
         return false;
-    for (const auto& feature : *layer)
-        readPipe(*feature, mapped, featureRef(m_fileName, *layer, *feature));
+    for (const auto& feature : *layer) {
+        if (!isPattern(*feature))
+            readPipe(*feature, mapped, featureRef(m_fileName, *layer, *feature));
+    }
     layer->SetAttributeFilter(nullptr);
     return true;
 }
