@@ -89,8 +89,8 @@ public:
     /** With `forceSnap` the section goes to the node even if it is bound to a place. */
     void setStartNode(Node* node, bool forceSnap);
     void setEndNode(Node* node);
-    Node* startNode() const { return m_startNode; }
-    Node* endNode() const { return m_endNode; }
+    Node* startNode() const;
+    Node* endNode() const;
     QVariant startNodeVariant() const;
     QVariant endNodeVariant() const;
     Node* upstreamNode() const;
@@ -215,8 +215,8 @@ private:
     Pipe* m_pipe = nullptr;
     Pipe* m_secondPipe = nullptr;
     QPointer<Qt3DCore::QEntity> m_secondPipeEntity;
-    Node* m_startNode = nullptr;
-    Node* m_endNode = nullptr;
+    QPointer<Node> m_startNode;
+    QPointer<Node> m_endNode;
     QVector<Node*> m_tiedNodes;
     ShapeAccess m_shapeAccess;
     Qt3DCore::QEntity* m_directionArrow = nullptr;

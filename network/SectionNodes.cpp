@@ -37,9 +37,9 @@ void Section::modify()
     setDiameter(m_props->diameter().toDouble());
     auto [start, end] = getInspectionNodes();
     if (!start)
-        start = m_startNode ? m_startNode : virtualNode();
+        start = m_startNode ? m_startNode.data() : virtualNode();
     if (!end)
-        end = m_endNode ? m_endNode : virtualNode();
+        end = m_endNode ? m_endNode.data() : virtualNode();
     if (changed) {
         if (m_endNode && m_endNode != end)
             m_endNode->disconnectSection(this);
@@ -114,6 +114,16 @@ QVariant Section::endNodeVariant() const
     return variantOf(m_endNode);
 }
 
+Node* Section::startNode() const
+{
+    return m_startNode;
+}
+
+Node* Section::endNode() const
+{
+    return m_endNode;
+}
+
 Node* Section::upstreamNode() const
 {
     return inspectionDirection() == InspectionDir::Upstream ? m_endNode : m_startNode;
@@ -181,7 +191,7 @@ void Section::disconnectNodeSignals(Node* node)
 
 void Section::nodesCleanup()
 {
-    for (Node* node : {m_startNode, m_endNode}) {
+    for (Node* node : {m_startNode.data(), m_endNode.data()}) {
         if (node && !node->isVirtual())
             node->disconnectSection(this);
     }
