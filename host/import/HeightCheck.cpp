@@ -19,9 +19,7 @@ double median(QVector<double> values)
     return *middle;
 }
 
-} // namespace
-
-void warn(const QVector<NodeData>& nodes, const QVector<PipeData>& pipes, ImportReport& report)
+QVector<double> allHeights(const QVector<NodeData>& nodes, const QVector<PipeData>& pipes)
 {
     QVector<double> heights;
     const auto collect = [&heights](const std::optional<double>& height) {
@@ -36,12 +34,26 @@ void warn(const QVector<NodeData>& nodes, const QVector<PipeData>& pipes, Import
         for (const Point& point : pipe.course)
             collect(point.z);
     }
+    return heights;
+}
+
+} // namespace
+
+std::optional<double> typicalHeight(const QVector<NodeData>& nodes, const QVector<PipeData>& pipes)
+{
+    const QVector<double> heights = allHeights(nodes, pipes);
+    return heights.isEmpty() ? std::nullopt : std::optional<double>(median(heights));
+}
+
+void warn(const QVector<NodeData>& nodes, const QVector<PipeData>& pipes, ImportReport& report)
+{
+    const QVector<double> heights = allHeights(nodes, pipes);
     if (heights.isEmpty())
         return;
     const double middle = median(heights);
     QVector<double> deviations;
     deviations.reserve(heights.size());
-    for (const double height : qAsConst(heights))
+    for (const double height : heights)
         deviations.append(std::abs(height - middle));
     const double limit = std::max(FarM, FarDeviations * median(deviations));
     const auto check = [&](const QString& kind, const QString& key, const SourceRef& source, const QString& what,

@@ -8,4 +8,7 @@ namespace Torvik::Import::HeightCheck {
  *  deviation. Nothing is changed: a tower in a valley may be right. */
 void warn(const QVector<NodeData>& nodes, const QVector<PipeData>& pipes, ImportReport& report);
 
+/** The median of all heights; none where there is no height at all. */
+std::optional<double> typicalHeight(const QVector<NodeData>& nodes, const QVector<PipeData>& pipes);
+
 } // namespace Torvik::Import::HeightCheck

@@ -38,7 +38,8 @@ public:
         }
         m_report.files = QStringList {m_options.source} + m_options.with;
         for (const QString& file : qAsConst(m_report.files)) {
-            if (!QFileInfo::exists(file))
+            // A source of GDAL need not be a file.
+            if (m_options.mapping.isEmpty() && !QFileInfo::exists(file))
                 return fail({file, 0, {}}, QStringLiteral("no such file"));
         }
         const QString suffix = QFileInfo(m_options.source).suffix().toLower();

@@ -3,8 +3,10 @@
 #include "host/import/CourseGeometry.h"
 #include "host/import/HeightCheck.h"
 
+#include <QMap>
 #include <QUuid>
 
+#include <algorithm>
 #include <cmath>
 
 namespace Torvik::Import {
@@ -34,6 +36,7 @@ AssembledProject NetworkAssembler::assemble()
 {
     takeNodes();
     takePipes();
+    settleHeights();
     HeightCheck::warn(m_nodes, m_pipes, m_report);
     writeNodes();
     writePipes();
@@ -159,6 +162,68 @@ void NetworkAssembler::placeNodesAtCourse(const PipeData& pipe, const Ends& ends
     };
     place(ends.from, pipe.course.first());
     place(ends.to, pipe.course.last());
+}
+
+bool NetworkAssembler::levelNodesAtPipes()
+{
+    QMap<int, double> lowest;
+    for (int i = 0; i < m_pipes.size(); ++i) {
+        const QVector<Point>& course = m_pipes[i].course;
+        if (course.isEmpty() || !course.first().z)
+            continue;
+        for (const auto& end :
+             {qMakePair(m_ends[i].from, *course.first().z), qMakePair(m_ends[i].to, *course.last().z)}) {
+            if (end.first >= 0 && !heightOf(end.first))
+                lowest[end.first] = std::min(lowest.value(end.first, end.second), end.second);
+        }
+    }
+    for (auto it = lowest.cbegin(); it != lowest.cend(); ++it) {
+        NodeData& node = m_nodes[it.key()];
+        node.invert = *it;
+        m_report.warn(Kinds::Nodes, node.key, node.source, QStringLiteral("no height; it lies at its lowest pipe"));
+    }
+    return !lowest.isEmpty();
+}
+
+bool NetworkAssembler::levelPipesAtNodes()
+{
+    bool isChanged = false;
+    for (int i = 0; i < m_pipes.size(); ++i) {
+        PipeData& pipe = m_pipes[i];
+        if (pipe.course.isEmpty() || pipe.course.first().z)
+            continue;
+        setEndHeights(pipe, m_ends[i]);
+        Course::fillHeights(pipe.course);
+        isChanged = isChanged || pipe.course.first().z;
+    }
+    return isChanged;
+}
+
+void NetworkAssembler::settleHeights()
+{
+    bool isChanged = true;
+    while (isChanged) {
+        isChanged = levelNodesAtPipes();
+        isChanged = levelPipesAtNodes() || isChanged;
+    }
+    // What hangs on nothing that has a height must not lie thousands of metres below the rest.
+    const std::optional<double> typical = HeightCheck::typicalHeight(m_nodes, m_pipes);
+    const QString reason =
+        typical ? QStringLiteral("no height, nor have its neighbours; it lies at the median, %1 m").arg(*typical)
+                : QStringLiteral("no height; it lies at 0");
+    for (int i = 0; i < m_nodes.size(); ++i) {
+        if (!m_nodes[i].position || heightOf(i))
+            continue;
+        m_nodes[i].invert = typical.value_or(0.0);
+        m_report.warn(Kinds::Nodes, m_nodes[i].key, m_nodes[i].source, reason);
+    }
+    for (PipeData& pipe : m_pipes) {
+        if (pipe.course.isEmpty() || pipe.course.first().z)
+            continue;
+        for (Point& point : pipe.course)
+            point.z = typical.value_or(0.0);
+        m_report.warn(Kinds::ofPipe(pipe.kind), pipe.key, pipe.source, reason);
+    }
 }
 
 void NetworkAssembler::takePipe(PipeData pipe)

@@ -16,6 +16,8 @@ namespace Torvik::Import {
  *  - A second object of the same key and kind is left out, and a pipe that leads from a node to the same place again.
  *  - A pipe with an unknown end is taken if it has a course of its own; without one it is left out.
  *  - A node without a position is taken; where the course of a pipe ends at it, it stands there.
+ *  - A node without any height lies at its lowest pipe, a pipe without any between its nodes, along the network as far
+ * as heights reach; what is left lies at the median of all heights.
  *  - The depth of a pipe at a node is the node's height less the height of the course at that end. */
 class NetworkAssembler {
 public:
@@ -47,6 +49,9 @@ private:
     int resolveEnd(const PipeData& pipe, bool isFrom);
     void setEndHeights(PipeData& pipe, const Ends& ends) const;
     void completeCourse(PipeData& pipe, const Ends& ends);
+    void settleHeights();
+    bool levelNodesAtPipes();
+    bool levelPipesAtNodes();
     void placeNodesAtCourse(const PipeData& pipe, const Ends& ends);
     std::optional<double> depthAt(int node, const std::optional<double>& height,
                                   const std::optional<double>& stated) const;

@@ -72,6 +72,7 @@ private slots:
     void missingLayersAndColumnsAreNamed();
     void aFileThatIsNoVectorSourceIsRefused();
     void interlisColumnsOfLaterObjectsAreSeen();
+    void heightsSpreadAlongTheNetwork();
     void arcsBecomeChords();
     void otherXmlHasNoInterlisColumns();
     void theRealGeoPackageHasItsCounts();
@@ -262,8 +263,18 @@ void tst_OgrImport::interlisColumnsOfLaterObjectsAreSeen()
     QCOMPARE(*net.node("K2")->depthToInvert, 2.5);
     // The first objects of their classes have neither level, and get none from the others.
     QVERIFY(!net.node("K1")->coverLevel);
-    QVERIFY(!net.node("K1")->invertLevel);
     QCOMPARE(net.pipe("P1")->fromNodeId, net.node("K1")->id);
+}
+
+void tst_OgrImport::heightsSpreadAlongTheNetwork()
+{
+    const Read net = ogr(own("transfer.xtf"), content(own("transfer.json")));
+
+    // Only K2 has a height, an invert of 410: the pipe lies level there, and K1 at its end.
+    QCOMPARE(net.node("K1")->shapeWkt, QStringLiteral("POINT ZM(2600000 1200000 410 16)"));
+    QCOMPARE(net.problems("K1", "lies at its lowest pipe"), 1);
+    QCOMPARE(*net.pipe("P1")->toNodeDepth, 2.5);
+    QCOMPARE(*net.pipe("P1")->fromNodeDepth, 0.0001);
 }
 
 void tst_OgrImport::arcsBecomeChords()
