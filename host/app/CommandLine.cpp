@@ -24,7 +24,7 @@ struct Sorted {
 };
 
 const QStringList flagNames {QStringLiteral("--help"), QStringLiteral("--version"), QStringLiteral("--fit"),
-                             QStringLiteral("--json")};
+                             QStringLiteral("--json"), QStringLiteral("--whole-window")};
 const QStringList valueNames {QStringLiteral("--crs"),        QStringLiteral("--mapping"), QStringLiteral("--with"),
                               QStringLiteral("--report"),     QStringLiteral("--size"),    QStringLiteral("--view"),
                               QStringLiteral("--screenshot"), QStringLiteral("--dump"),    QStringLiteral("--distance"),
@@ -137,6 +137,7 @@ QString readViewOptions(const Sorted& sorted, Options& options)
         error = readDistance(sorted.value(QStringLiteral("--distance")), options.distance);
     options.goToKey = sorted.value(QStringLiteral("--go-to"));
     options.fit = sorted.has(QStringLiteral("--fit"));
+    options.wholeWindow = sorted.has(QStringLiteral("--whole-window"));
     if (error.isEmpty() && options.fit && !options.goToKey.isEmpty())
         error = QStringLiteral("--fit and --go-to exclude each other");
     return error;
@@ -186,8 +187,9 @@ QString readProject(const Sorted& sorted, Options& options)
     const bool dump = sorted.has(QStringLiteral("--dump"));
     QStringList known {QStringLiteral("--dump")};
     if (!dump)
-        known = QStringList {QStringLiteral("--screenshot"), QStringLiteral("--size"), QStringLiteral("--view"),
-                             QStringLiteral("--distance"),   QStringLiteral("--fit"),  QStringLiteral("--go-to")};
+        known = QStringList {QStringLiteral("--screenshot"),  QStringLiteral("--size"), QStringLiteral("--view"),
+                             QStringLiteral("--distance"),    QStringLiteral("--fit"),  QStringLiteral("--go-to"),
+                             QStringLiteral("--whole-window")};
     const QString foreign = foreignOption(sorted, known, dump ? QStringLiteral("--dump") : QStringLiteral("a project"));
     if (!foreign.isEmpty())
         return foreign;
@@ -199,7 +201,8 @@ QString readProject(const Sorted& sorted, Options& options)
     if (sorted.has(QStringLiteral("--screenshot"))) {
         options.command = Command::Screenshot;
         options.outputFile = sorted.value(QStringLiteral("--screenshot"));
-    }
+    } else if (sorted.has(QStringLiteral("--whole-window")))
+        return QStringLiteral("--whole-window goes with --screenshot");
     return readViewOptions(sorted, options);
 }
 
@@ -252,6 +255,7 @@ VIEW, for a window or a picture:
 
 --screenshot FILE      the ending names the format (png, jpg, bmp, ppm); the picture is taken once the project is
                        read and painted
+--whole-window         with lists and buttons in the picture, not only the scene
 
 import:
   SOURCE               ISYBAU XML (2013, 2017), EPA SWMM (.inp), or anything that GDAL/OGR opens

@@ -35,6 +35,8 @@ struct Options {
     std::optional<double> distance;
     /** Key of the object to look at; empty means the whole project. */
     QString goToKey;
+    /** The picture shows lists and buttons too. */
+    bool wholeWindow = false;
     /** The user has asked for the whole project, which is also what happens without a wish. */
     bool fit = false;
 

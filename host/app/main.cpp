@@ -1,5 +1,6 @@
 #include "host/app/CommandLine.h"
 #include "host/app/Commands.h"
+#include "host/app/ViewerWindow.h"
 
 #include <QGuiApplication>
 #include <QTextStream>
@@ -24,6 +25,9 @@ int run(const Options& options, int& argc, char** argv)
     const bool needsScreen = options.command == Command::Window || options.command == Command::Screenshot;
     if (!needsScreen)
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    else if (const QString missing = ViewerWindow::whatIsMissingForIt(); !missing.isEmpty())
+        return Commands::failure(missing);
+    ViewerWindow::prepareProcess();
     QGuiApplication application(argc, argv);
     switch (options.command) {
     case Command::Info:
@@ -33,7 +37,7 @@ int run(const Options& options, int& argc, char** argv)
     case Command::Dump:
         endQuickly(Commands::dump(options));
     default:
-        return Commands::failure(QStringLiteral("this build has no window"));
+        endQuickly(ViewerWindow::run(options));
     }
 }
 

@@ -77,6 +77,8 @@ void tst_CommandLine::aPictureTakesSizeViewDistanceAndObject()
     QCOMPARE(options.distance.value(), 120.5);
     QCOMPARE(options.goToKey, QStringLiteral("4711-a"));
     QVERIFY(!options.fit);
+    QVERIFY(!options.wholeWindow);
+    QVERIFY(understood("--screenshot out.png --whole-window").wholeWindow);
 }
 
 void tst_CommandLine::aPictureOfTheSampleNeedsNoProject()
@@ -190,6 +192,7 @@ void tst_CommandLine::wrongArgumentsGiveOneLine_data()
     row("town --distance far", "far");
     row("town --fit --go-to a", "--go-to");
     row("town --fit=yes", "--fit");
+    row("town --whole-window", "--screenshot");
 }
 
 void tst_CommandLine::wrongArgumentsGiveOneLine()
@@ -210,7 +213,7 @@ void tst_CommandLine::helpTellsEveryOption_data()
     QTest::addColumn<QString>("option");
     for (const char* option :
          {"import", "info", "--crs", "--mapping", "--with", "--report", "--screenshot", "--size", "--view",
-          "top|3d|front", "--distance", "--fit", "--go-to", "--json", "--dump", "--help"})
+          "top|3d|front", "--distance", "--fit", "--go-to", "--json", "--dump", "--whole-window", "--help"})
         QTest::newRow(option) << QString::fromLatin1(option);
 }
 

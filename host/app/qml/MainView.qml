@@ -13,7 +13,9 @@ Rectangle {
     property alias scene: sceneArea.scene
     property alias window3d: sceneArea
     readonly property bool wide: width >= 700
-    property bool listsOpen: true
+    /** Nothing but the scene, for a picture. */
+    readonly property bool sceneOnly: viewer.sceneOnly === true
+    property bool listsOpen: !sceneOnly
 
     color: Style.paper
 
@@ -63,6 +65,7 @@ Rectangle {
             Flow {
                 id: tools
 
+                visible: !mainView.sceneOnly
                 Layout.fillWidth: true
                 Layout.margins: Style.gap
                 spacing: Style.gap
@@ -135,7 +138,7 @@ Rectangle {
                     id: errorBanner
 
                     objectName: "errorBanner"
-                    visible: viewer.errorText !== ""
+                    visible: viewer.errorText !== "" && !mainView.sceneOnly
                     anchors { left: parent.left; right: parent.right; top: parent.top; margins: Style.gap }
                     height: Math.max(errorText.implicitHeight, dismiss.implicitHeight) + 2 * Style.gap
                     radius: Style.radius
@@ -167,7 +170,7 @@ Rectangle {
 
                 Rectangle {
                     objectName: "progress"
-                    visible: viewer.busy
+                    visible: viewer.busy && !mainView.sceneOnly
                     anchors { left: parent.left; right: parent.right; bottom: parent.bottom; margins: Style.gap }
                     height: progressTexts.implicitHeight + 3 * Style.gap
                     radius: Style.radius
@@ -208,6 +211,7 @@ Rectangle {
             }
 
             Readout {
+                visible: !mainView.sceneOnly
                 Layout.fillWidth: true
                 scene: sceneArea.scene
             }

@@ -1,0 +1,121 @@
+#include "host/app/ViewerWindow.h"
+
+#include "host/app/Commands.h"
+#include "host/app/PictureTaker.h"
+#include "host/app/ViewerController.h"
+#include "host/modules/HostModules.h"
+
+#include <QEventLoop>
+#include <QGuiApplication>
+#include <QImageWriter>
+#include <QQmlApplicationEngine>
+#include <QQmlContext>
+#include <QQuickWindow>
+#include <QTimer>
+
+namespace Torvik::Viewer::ViewerWindow {
+
+namespace {
+
+/** A change on the screen is stored 750 ms after its end at the latest is known, and 700 ms later written. */
+constexpr int untilEverythingIsStoredMs = 750 + 700 + 150;
+
+QQuickWindow* loadWindow(QQmlApplicationEngine& engine, ViewerController& controller, const Options& options)
+{
+    registerHostModules(engine);
+    engine.rootContext()->setContextProperty(QStringLiteral("viewer"), &controller);
+    engine.load(QUrl(QStringLiteral("qrc:/viewer/MainWindow.qml")));
+    auto* window =
+        engine.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
+    if (window) {
+        window->resize(options.size);
+        window->show();
+    }
+    return window;
+}
+
+void storeWhatIsPending(ViewerController& controller)
+{
+    if (!controller.projectOpen())
+        return;
+    QEventLoop untilStored;
+    QTimer::singleShot(untilEverythingIsStoredMs, &untilStored, &QEventLoop::quit);
+    untilStored.exec();
+    controller.closeProject();
+}
+
+int showWindow(ViewerController& controller, const QString& folder)
+{
+    controller.openFolder(folder);
+    const int status = QGuiApplication::exec();
+    storeWhatIsPending(controller);
+    return status;
+}
+
+int takePicture(ViewerController& controller, QQuickWindow* window, const QString& folder, const QString& file)
+{
+    PictureTaker taker(window);
+    int status = 1;
+    QObject::connect(&controller, &ViewerController::openingFailed,
+                     [&] { Commands::failure(controller.errorText()), QGuiApplication::quit(); });
+    QObject::connect(&controller, &ViewerController::opened, [&] {
+        if (controller.errorText().isEmpty()) {
+            taker.start();
+        } else {
+            Commands::failure(controller.errorText());
+            QGuiApplication::quit();
+        }
+    });
+    QObject::connect(&taker, &PictureTaker::taken, [&](const QImage& picture) {
+        QImageWriter writer(file);
+        status =
+            writer.write(picture) ? 0 : Commands::failure(QStringLiteral("%1: %2").arg(file, writer.errorString()));
+        QGuiApplication::quit();
+    });
+    QObject::connect(&taker, &PictureTaker::gaveUp, [&] {
+        Commands::failure(QStringLiteral("the picture does not come to rest"));
+        QGuiApplication::quit();
+    });
+    controller.openFolder(folder);
+    QGuiApplication::exec();
+    return status;
+}
+
+} // namespace
+
+QString whatIsMissingForIt()
+{
+    const bool display = qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
+    if (display || platform.startsWith("eglfs"))
+        return {};
+    return QStringLiteral("there is no display for a window; run.sh, or xvfb-run kxviewer --screenshot FILE, paint "
+                          "without one");
+}
+
+void prepareProcess()
+{
+    // A hidden scene would otherwise hold up the main thread at its next change.
+    qputenv("QT3D_SCENE3D_STOP_RENDER_HIDDEN", "1");
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+}
+
+int run(const Options& options)
+{
+    const QString folder = Commands::projectFolder(options);
+    if (folder.isEmpty())
+        return 1;
+    // Both outlive this function: taking the scene down would cost more than it is worth at the end of the process.
+    auto* controller = new ViewerController;
+    auto* engine = new QQmlApplicationEngine;
+    controller->setSceneOnly(options.command == Command::Screenshot && !options.wholeWindow);
+    controller->setOpeningView({options.view, options.distance, options.goToKey});
+    QQuickWindow* window = loadWindow(*engine, *controller, options);
+    if (!window)
+        return Commands::failure(QStringLiteral("the window could not be built; is a QML module missing?"));
+    if (options.command == Command::Screenshot)
+        return takePicture(*controller, window, folder, options.outputFile);
+    return showWindow(*controller, folder);
+}
+
+} // namespace Torvik::Viewer::ViewerWindow
