@@ -5,6 +5,7 @@
 #include "host/app/SceneReader.h"
 #include "host/domain/ProjectStore.h"
 #include "host/import/Import.h"
+#include "host/import/SampleProject.h"
 #include "scene/SceneRoot.h"
 
 #include <QDir>
@@ -41,7 +42,14 @@ int failure(const QString& message)
 
 QString projectFolder(const Options& options)
 {
-    return options.project;
+    if (!options.project.isEmpty())
+        return options.project;
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    QString error;
+    const QString sample = QDir().mkpath(data) ? Import::ensureSampleProject(data, &error) : QString();
+    if (sample.isEmpty())
+        failure(QStringLiteral("the sample cannot be made in %1: %2").arg(data, error));
+    return sample;
 }
 
 int info(const Options& options)

@@ -1,5 +1,6 @@
 #include "host/app/ViewerWindow.h"
 
+#include "geo/GdalGeoProjector.h"
 #include "host/app/Commands.h"
 #include "host/app/PictureTaker.h"
 #include "host/app/ViewerController.h"
@@ -20,6 +21,9 @@ namespace {
 /** A change on the screen is stored 750 ms after its end at the latest is known, and 700 ms later written. */
 constexpr int untilEverythingIsStoredMs = 750 + 700 + 150;
 
+/** Degrees. */
+const View3d::GeoCoord placeOfEmptyScene(10.0, 51.0, 0.0);
+
 QQuickWindow* loadWindow(QQmlApplicationEngine& engine, ViewerController& controller, const Options& options)
 {
     registerHostModules(engine);
@@ -27,6 +31,9 @@ QQuickWindow* loadWindow(QQmlApplicationEngine& engine, ViewerController& contro
     engine.load(QUrl(QStringLiteral("qrc:/viewer/MainWindow.qml")));
     auto* window =
         engine.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
+    // Without a map under it nothing else ties the scene to the earth, and the scene waits for that. The first node of
+    // a project ties it anew.
+    View3d::GdalGeoProjector::instance()->initFromMap(placeOfEmptyScene.lat(), placeOfEmptyScene.lon(), 0);
     if (window) {
         window->resize(options.size);
         window->show();

@@ -2,6 +2,8 @@
 #include "host/app/Commands.h"
 #include "host/app/ViewerWindow.h"
 
+#include <QDir>
+#include <QFile>
 #include <QGuiApplication>
 #include <QTextStream>
 
@@ -20,25 +22,30 @@ namespace {
     ::_exit(status);
 }
 
+/** Where no session has set one, Qt makes a run-time folder up and tells the user about it. */
+void haveRuntimeFolder()
+{
+    if (qEnvironmentVariableIsSet("XDG_RUNTIME_DIR"))
+        return;
+    const QString folder = QDir::temp().filePath(QStringLiteral("kxviewer-%1").arg(::getuid()));
+    if (QDir().mkpath(folder) && QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner))
+        qputenv("XDG_RUNTIME_DIR", folder.toLocal8Bit());
+}
+
 int run(const Options& options, int& argc, char** argv)
 {
-    const bool needsScreen = options.command == Command::Window || options.command == Command::Screenshot;
-    if (!needsScreen)
+    haveRuntimeFolder();
+    if (options.command == Command::Info || options.command == Command::Import) {
+        QCoreApplication application(argc, argv);
+        return options.command == Command::Info ? Commands::info(options) : Commands::import(options);
+    }
+    if (options.command == Command::Dump)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     else if (const QString missing = ViewerWindow::whatIsMissingForIt(); !missing.isEmpty())
         return Commands::failure(missing);
     ViewerWindow::prepareProcess();
     QGuiApplication application(argc, argv);
-    switch (options.command) {
-    case Command::Info:
-        return Commands::info(options);
-    case Command::Import:
-        return Commands::import(options);
-    case Command::Dump:
-        endQuickly(Commands::dump(options));
-    default:
-        endQuickly(ViewerWindow::run(options));
-    }
+    endQuickly(options.command == Command::Dump ? Commands::dump(options) : ViewerWindow::run(options));
 }
 
 } // namespace

@@ -51,15 +51,6 @@ Scene3D {
     }
     onVisibleChanged: repaint()
 
-    Connections {
-        target: scene3d.Window.window
-        ignoreUnknownSignals: true
-
-        function onSceneGraphInitialized() {
-            scene3d.repaint()
-        }
-    }
-
     /** Has the next frames drawn even though nothing has changed. Content that is there before the first frame would
      *  otherwise stay out of the picture until something moves. */
     function repaint() {
@@ -107,6 +98,15 @@ Scene3D {
         id: sceneRoot
 
         components: [renderSettings, inputSettings, repaintAction]
+
+        Connections {
+            target: scene3d.Window.window
+            ignoreUnknownSignals: true
+
+            function onSceneGraphInitialized() {
+                scene3d.repaint()
+            }
+        }
 
         Scene3DCamera {
             id: mainCamera
@@ -338,35 +338,35 @@ Scene3D {
                 }
             }
         }
-    }
 
-    Connections {
-        target: mainCamera
-        enabled: !myScene.qmlOnCompletedSignalSent
+        Connections {
+            target: mainCamera
+            enabled: !myScene.qmlOnCompletedSignalSent
 
-        function onInitializedChanged() {
-            if (mainCamera.initialized) {
-                myScene.trySignalQmlOnCompleted()
+            function onInitializedChanged() {
+                if (mainCamera.initialized) {
+                    myScene.trySignalQmlOnCompleted()
+                }
             }
         }
-    }
 
-    Connections {
-        target: TorvikGeo.GeoProjector
-        enabled: !myScene.qmlOnCompletedSignalSent
+        Connections {
+            target: TorvikGeo.GeoProjector
+            enabled: !myScene.qmlOnCompletedSignalSent
 
-        function onInitializedFromMap() {
-            if (TorvikGeo.GeoProjector.initialized) {
-                myScene.trySignalQmlOnCompleted()
+            function onInitializedFromMap() {
+                if (TorvikGeo.GeoProjector.initialized) {
+                    myScene.trySignalQmlOnCompleted()
+                }
             }
         }
-    }
 
-    Connections {
-        target: TorvikGeo.GeoProjector
+        Connections {
+            target: TorvikGeo.GeoProjector
 
-        function onSceneResetRequest() {
-            scene3d.resetCameraPosition()
+            function onSceneResetRequest() {
+                scene3d.resetCameraPosition()
+            }
         }
     }
 }
