@@ -5,7 +5,9 @@ function(kx_subsystem name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
     add_library(${name} OBJECT ${ARG_SOURCES})
     target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
-    target_link_libraries(${name} PUBLIC view3d_boundary ${ARG_LINK} PRIVATE kx_compiler)
+    target_link_libraries(${name}
+        PUBLIC view3d_boundary Qt5::Qml Qt5::3DCore Qt5::3DRender Qt5::3DInput Qt5::3DLogic Qt5::3DExtras ${ARG_LINK}
+        PRIVATE kx_compiler)
     target_compile_definitions(${name} PRIVATE KXVIEW3D_LIBRARY)
     set_target_properties(${name} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
     if(NOT KX_SANITIZE AND EXISTS ${PROJECT_SOURCE_DIR}/cmake/qt3d_pch.h)

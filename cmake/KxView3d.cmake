@@ -20,5 +20,7 @@ endif()
 # Tests that reach classes without an export link a subsystem's objects and take what those need from this archive.
 # Never in one program with KxView3d: each would have singletons of its own.
 add_library(view3d_rest STATIC EXCLUDE_FROM_ALL)
-target_link_libraries(view3d_rest PRIVATE ${kx_subsystems} KxDomain)
+target_link_libraries(view3d_rest
+    PUBLIC view3d_boundary Qt5::Qml Qt5::Quick Qt5::3DCore Qt5::3DRender Qt5::3DInput Qt5::3DLogic Qt5::3DExtras
+    PRIVATE ${kx_subsystems} KxDomain)
 set_target_properties(view3d_rest PROPERTIES LINKER_LANGUAGE CXX)

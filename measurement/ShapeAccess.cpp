@@ -122,7 +122,8 @@ void ShapeAccess::writePoints(InspDomain* object)
 
     const QString column = shapeColumns().value(record->objectType());
     const QString text = storedText(object, renderable);
-    if (record->readValue(column).toString() == text)
+    const QString stored = record->readValue(column).toString();
+    if (stored == text || ShapeText::sameShape(stored, text))
         return;
     scheduleSaveToDB(record, getDomainObject(object->getInspectionObjectId()), column, text);
 }

@@ -1,9 +1,39 @@
 #include "measurement/ShapeText.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace Torvik::View3d::ShapeText {
+
+namespace {
+
+constexpr double sameOrdinate = 0.0005;
+
+bool samePoint(const Database::WktPoint& a, const Database::WktPoint& b)
+{
+    const auto close = [](const QString& one, const QString& other) {
+        bool oneIsNumber = false;
+        bool otherIsNumber = false;
+        const double distance = std::abs(one.toDouble(&oneIsNumber) - other.toDouble(&otherIsNumber));
+        return oneIsNumber && otherIsNumber && distance <= sameOrdinate;
+    };
+    return close(a.x(), b.x()) && close(a.y(), b.y()) && close(a.z(), b.z());
+}
+
+bool samePolyline(const QString& a, const QString& b)
+{
+    QVector<Database::WktPoint> pointsA;
+    QVector<Database::WktPoint> pointsB;
+    QString prefixA;
+    QString prefixB;
+    Database::ShapeWKTHelper::wktStringToWktPoints(a, pointsA, prefixA);
+    Database::ShapeWKTHelper::wktStringToWktPoints(b, pointsB, prefixB);
+    return !pointsA.isEmpty() && flagsWord(pointsA) == flagsWord(pointsB) &&
+           std::equal(pointsA.begin(), pointsA.end(), pointsB.begin(), pointsB.end(), samePoint);
+}
+
+} // namespace
 
 int flagsWord(const QVector<Database::WktPoint>& points)
 {
@@ -25,6 +55,13 @@ QVector<Database::WktPoint> reversed(QVector<Database::WktPoint> points)
 {
     std::reverse(points.begin(), points.end());
     return points;
+}
+
+bool sameShape(const QString& stored, const QString& text)
+{
+    const auto storedParts = Database::WktParser::parseWkt(stored);
+    const auto parts = Database::WktParser::parseWkt(text);
+    return std::equal(storedParts.begin(), storedParts.end(), parts.begin(), parts.end(), samePolyline);
 }
 
 Writer::Writer(const QString& prefix)

@@ -41,8 +41,9 @@ QVariant CDomainObject::readValue(const QString& key) const
 void CDomainObject::updateValue(const QString& key, const QVariant& value)
 {
     const int column = d->layout->indexForMemory(key);
-    if (d->values.set(column, d->layout->asStored(column, value)) && !d->changed.contains(column)) {
-        d->changed.append(column);
+    const QVariant before = d->values.value(column);
+    if (d->values.set(column, d->layout->asStored(column, value)) && !d->isChanged(column)) {
+        d->changed.append({column, before});
     }
 }
 

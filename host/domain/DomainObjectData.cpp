@@ -2,6 +2,8 @@
 
 #include "host/domain/ProjectSession.h"
 
+#include <algorithm>
+
 namespace Torvik::Database {
 
 namespace {
@@ -50,6 +52,12 @@ CDomainObjectPrivate::CDomainObjectPrivate(ObjectType objectType, QString object
 }
 
 CDomainObjectPrivate::~CDomainObjectPrivate() = default;
+
+bool CDomainObjectPrivate::isChanged(int column) const
+{
+    return std::any_of(changed.begin(), changed.end(),
+                       [column](const ColumnChange& change) { return change.column == column; });
+}
 
 CDomainObjectPointer CDomainObjectPrivate::make(std::unique_ptr<CDomainObjectPrivate> data)
 {

@@ -11,6 +11,12 @@ namespace Torvik::Database {
 
 class ProjectSession;
 
+/** A column that was changed in memory, and what it held before. */
+struct ColumnChange {
+    int column = 0;
+    QVariant before;
+};
+
 /** What stands behind a domain object. The project owns its children, they theirs; upward references are weak. */
 class CDomainObjectPrivate {
 public:
@@ -31,7 +37,9 @@ public:
     QWeakPointer<CDomainObject> parent;
     QVector<CDomainObjectPointer> children; ///< inspections of a pipe, observations of an inspection
     ObjectValues values;
-    QVector<int> changed; ///< columns changed in memory and not yet written
+    QVector<ColumnChange> changed; ///< columns changed in memory and not yet written
+
+    bool isChanged(int column) const;
 };
 
 /** The project's own part: the lists of its children, the index of all objects, the connection while it is open. */

@@ -231,9 +231,9 @@ void NotificationManager::notifyListChanged(const CDomainObjectPointer& parent)
 }
 
 void NotificationManager::notifyValueChanged(const CDomainObjectPointer& object, const QString& key,
-                                             const QVariant& value, int origin)
+                                             const QVariant& before, int origin)
 {
-    m_data.post(std::make_shared<CObjectValueChangedNotification>(object, key, value, origin));
+    m_data.post(std::make_shared<CObjectValueChangedNotification>(object, key, before, origin));
 }
 
 } // namespace Torvik::Database

@@ -30,7 +30,7 @@ public:
 
     void notify(int type, const CDomainObjectPointer& object);
     void notifyListChanged(const CDomainObjectPointer& parent);
-    void notifyValueChanged(const CDomainObjectPointer& object, const QString& key, const QVariant& value, int origin);
+    void notifyValueChanged(const CDomainObjectPointer& object, const QString& key, const QVariant& before, int origin);
 
 private:
     IDomainNotificationManagerPrivate& data() override { return m_data; }

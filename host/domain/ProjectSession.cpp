@@ -76,9 +76,14 @@ StoreStatus ProjectSession::update(const CDomainObjectPointer& object, int origi
     CDomainObjectPrivate& data = *CDomainObjectPrivate::of(object);
     const Schema::Table& table = *Schema::table(data.type);
     QVector<int> columns;
-    for (int column : qAsConst(data.changed)) {
-        if (data.layout->isStored(column) && !isUnwritable(table, data.layout->name(column))) {
-            columns.append(column);
+    QVector<ColumnChange> written;
+    QVector<ColumnChange> kept;
+    for (const ColumnChange& change : qAsConst(data.changed)) {
+        const bool writable =
+            data.layout->isStored(change.column) && !isUnwritable(table, data.layout->name(change.column));
+        (writable ? written : kept).append(change);
+        if (writable) {
+            columns.append(change.column);
         }
     }
     if (columns.isEmpty()) {
@@ -86,20 +91,18 @@ StoreStatus ProjectSession::update(const CDomainObjectPointer& object, int origi
     }
     const int stampColumn = data.layout->indexOf(table.timeStampColumn);
     const QString stamp = stampColumn < 0 || columns.contains(stampColumn) ? QString() : now();
-    const StoreStatus written =
+    const StoreStatus status =
         inTransaction([&] { return writeColumns(table, data.id, columns, *data.layout, data.values, stamp); });
-    if (!written) {
-        return written;
+    if (!status) {
+        return status;
     }
     if (!stamp.isEmpty()) {
         data.values.set(stampColumn, stamp);
     }
-    for (int column : qAsConst(columns)) {
-        data.changed.removeOne(column);
-    }
+    data.changed = kept;
     auto& manager = NotificationManager::instance();
-    for (int column : qAsConst(columns)) {
-        manager.notifyValueChanged(object, data.layout->name(column), data.values.value(column), origin);
+    for (const ColumnChange& change : qAsConst(written)) {
+        manager.notifyValueChanged(object, data.layout->name(change.column), change.before, origin);
     }
     manager.notify(CDomainNotification::TransactionCompleted, {});
     return {};

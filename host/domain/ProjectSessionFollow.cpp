@@ -177,12 +177,12 @@ bool ProjectSession::takeOver(TableReader& reader, const Schema::Table& table)
     }
     for (int column = 0; column < reader.columnCount(); ++column) {
         // What was changed here and not yet written stays; it will replace what is stored.
-        if (data.changed.contains(column) || !data.values.set(column, reader.value(column)) ||
+        const QVariant before = data.values.value(column);
+        if (data.isChanged(column) || !data.values.set(column, reader.value(column)) ||
             data.layout->name(column) == table.timeStampColumn) {
             continue;
         }
-        NotificationManager::instance().notifyValueChanged(object, data.layout->name(column), reader.value(column),
-                                                           foreignOrigin);
+        NotificationManager::instance().notifyValueChanged(object, data.layout->name(column), before, foreignOrigin);
     }
     return true;
 }

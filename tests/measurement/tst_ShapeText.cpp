@@ -28,6 +28,8 @@ private slots:
     void severalPolylinesMakeOneText();
     void anEmptyPolylineIsLeftOut();
     void nothingGivesWhatTheParserMakesOfNothing();
+    void aShapeThatComesBackNearlyIsTheSameOne_data();
+    void aShapeThatComesBackNearlyIsTheSameOne();
 };
 
 void tst_ShapeText::everyTypeWithAShapeHasItsColumn()
@@ -161,6 +163,36 @@ void tst_ShapeText::nothingGivesWhatTheParserMakesOfNothing()
 
     QCOMPARE(writer.text(), WktParser::toMultiWkt({}));
     QVERIFY(writer.text().isEmpty());
+}
+
+void tst_ShapeText::aShapeThatComesBackNearlyIsTheSameOne_data()
+{
+    QTest::addColumn<QString>("stored");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("same");
+    const QString line = QStringLiteral("LINESTRING ZM(570030 5830040 37 320,570000 5830000 37 0)");
+    const auto row = [&line](const char* name, const QString& text, bool same) {
+        QTest::newRow(name) << line << text << same;
+    };
+    row("equal", line, true);
+    row("rounding of floats", QStringLiteral("LINESTRING ZM(570030 5830039.999996185 37 320,570000 5830000 37 0)"),
+        true);
+    row("another spelling", QStringLiteral("LINESTRING ZM (570030.0 5830040 37 320, 570000 5830000 37 0)"), true);
+    row("a millimetre", QStringLiteral("LINESTRING ZM(570030.001 5830040 37 320,570000 5830000 37 0)"), false);
+    row("a height of a millimetre", QStringLiteral("LINESTRING ZM(570030 5830040 37.001 320,570000 5830000 37 0)"),
+        false);
+    row("another source", QStringLiteral("LINESTRING ZM(570030 5830040 37 260,570000 5830000 37 0)"), false);
+    row("one point more", QStringLiteral("LINESTRING ZM(570030 5830040 37 320,570000 5830000 37 0,1 2 3 0)"), false);
+    row("no numbers", QStringLiteral("LINESTRING ZM(a b c 320,d e f 0)"), false);
+    QTest::newRow("nothing stored") << QString() << line << false;
+}
+
+void tst_ShapeText::aShapeThatComesBackNearlyIsTheSameOne()
+{
+    QFETCH(QString, stored);
+    QFETCH(QString, text);
+    QFETCH(bool, same);
+    QCOMPARE(ShapeText::sameShape(stored, text), same);
 }
 
 QTEST_APPLESS_MAIN(tst_ShapeText)

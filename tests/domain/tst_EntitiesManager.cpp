@@ -1,0 +1,376 @@
+#include "common/LogCapture.h"
+#include "common/TestProject.h"
+#include "domain/EntitiesManager.h"
+#include "domain/boundary/CDatabaseLibrary.h"
+#include "geo/GdalGeoProjector.h"
+#include "network/Node.h"
+#include "network/Pipe.h"
+#include "network/Section.h"
+#include "scene/SceneEntities.h"
+#include "scene/SceneRoot.h"
+
+#include <QSignalSpy>
+#include <QtTest>
+
+using namespace Torvik::View3d;
+using Kx::Test::LogCapture;
+using Kx::Test::TestProject;
+using Torvik::AppState;
+using Torvik::Database::CDatabaseLibrary;
+using Torvik::Database::ProjectStore;
+
+namespace {
+
+const QString utm32 = QStringLiteral("EPSG:25832");
+const QString placeA = QStringLiteral("POINT ZM(570000 5830000 40 16)");
+const QString placeB = QStringLiteral("POINT ZM(570030 5830040 39 16)");
+
+void write(const CDomainObjectPointer& object, const char* key, const QVariant& value, int origin = 1)
+{
+    object->updateValue(QLatin1String(key), value);
+    CDatabaseLibrary::dbAccessManager()->updateObject(object, origin);
+}
+
+Node* nodeOf(const CDomainObjectPointer& object)
+{
+    return SceneEntities::instance().getNodes().value(object->id());
+}
+
+Section* sectionOf(const CDomainObjectPointer& inspection)
+{
+    return SceneEntities::instance().getPipeEntities().getByInspectionId(inspection->id());
+}
+
+/** Nodes at A and B with a straight pipe that was inspected downstream. */
+struct SmallNetwork {
+    SmallNetwork()
+    {
+        a = project.addNode(QStringLiteral("A"), placeA, {{"OBJ_DepthToInvert", 3.0}});
+        b = project.addNode(QStringLiteral("B"), placeB, {{"OBJ_DepthToInvert", 2.0}});
+        pipe = project.addSection(QStringLiteral("A-B"), a, b,
+                                  {{"OBJ_Size1", 400}, {"OBJ_FromNodeDepth", 3.0}, {"OBJ_ToNodeDepth", 2.0}});
+        inspection =
+            project.addInspection(pipe, QStringLiteral("LINESTRING ZM(570030 5830040 37 320,570000 5830000 37 0)"));
+    }
+
+    TestProject project {utm32};
+    CDomainObjectPointer a;
+    CDomainObjectPointer b;
+    CDomainObjectPointer pipe;
+    CDomainObjectPointer inspection;
+};
+
+} // namespace
+
+class tst_EntitiesManager : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_root = new SceneRoot;
+        m_root->qmlOnCompleted();
+    }
+
+    void cleanup()
+    {
+        AppState::instance().setActiveProject({});
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        delete m_root;
+        GdalGeoProjector::instance()->deinit();
+    }
+
+    void aNetworkStandsWhereTheProjectSays()
+    {
+        SmallNetwork net;
+        net.project.activate();
+
+        Node* const a = nodeOf(net.a);
+        Node* const b = nodeOf(net.b);
+        QVERIFY(a && b);
+        // The first positioned node is the scene's origin; x grows to the west, z to the north.
+        QCOMPARE(a->position(), QVector3D(0, 0, 0));
+        QCOMPARE(b->position(), QVector3D(-30, -1, 40));
+        QCOMPARE(a->transformFlags(), 16);
+        QVERIFY(a->has3dPosition());
+        QVERIFY(a->isVisible());
+        QCOMPARE(a->name(), QStringLiteral("A"));
+        QCOMPARE(a->depth(), 3.0F);
+        QCOMPARE(a->seaLevel(), 40.0F);
+
+        Section* const section = sectionOf(net.inspection);
+        QVERIFY(section);
+        QCOMPARE(section->startNode(), a);
+        QCOMPARE(section->endNode(), b);
+        QCOMPARE(section->pipeScale(), 0.2F);
+        QCOMPARE(section->length(), 50.0);
+        QCOMPARE(section->position(), QVector3D(0, -3, 0));
+        const auto points = section->getShapePoints().first();
+        QCOMPARE(points.size(), 2);
+        QVERIFY((points.first() - QVector3D(0, -3, 0)).length() < 1e-3F);
+        QVERIFY((points.last() - QVector3D(-30, -3, 40)).length() < 1e-3F);
+        QCOMPARE(section->name(), QStringLiteral("A-B"));
+    }
+
+    void aNodeWithoutAShapeIsHiddenAndLeavesTheProjectorAlone()
+    {
+        TestProject project(utm32);
+        const auto a = project.addNode(QStringLiteral("A"));
+        project.activate();
+        QVERIFY(nodeOf(a));
+        QVERIFY(!nodeOf(a)->isVisible());
+        QCOMPARE(nodeOf(a)->transformFlags(), 0);
+        QVERIFY(!GdalGeoProjector::instance()->initialized());
+    }
+
+    void theFirstPositionedNodeWritesTheProjectionBackAndTheSecondDoesNot()
+    {
+        TestProject project;
+        project.addNode(QStringLiteral("A"), placeA);
+        project.addNode(QStringLiteral("B"), placeB);
+        QVERIFY(project.project()->projectionWKT().isEmpty());
+
+        project.activate();
+
+        const QString written = project.project()->projectionWKT();
+        QVERIFY(written.contains(QStringLiteral("Pseudo")));
+        project.project()->setProjectionWKT(QString());
+        project.addNode(QStringLiteral("C"), placeB);
+        QTRY_COMPARE(SceneEntities::instance().getNodes().size(), 3);
+        QVERIFY(project.project()->projectionWKT().isEmpty());
+    }
+
+    void flagsAreCutToTheKnownBits()
+    {
+        TestProject project(utm32);
+        const auto a = project.addNode(QStringLiteral("A"), QStringLiteral("POINT ZM(570000 5830000 40 272)"));
+        project.activate();
+        QCOMPARE(nodeOf(a)->transformFlags(), 16);
+    }
+
+    void aShapeThatComesLaterMovesTheNode()
+    {
+        TestProject project(utm32);
+        project.addNode(QStringLiteral("A"), placeA);
+        const auto b = project.addNode(QStringLiteral("B"));
+        project.activate();
+
+        write(b, "OBJ_Shape_WKT", placeB);
+
+        QTRY_COMPARE(nodeOf(b)->position(), QVector3D(-30, -1, 40));
+        QCOMPARE(nodeOf(b)->transformFlags(), 16);
+    }
+
+    void aNodeThatGetsItsFirstPositionTurnsItsSections()
+    {
+        TestProject project(utm32);
+        const auto a = project.addNode(QStringLiteral("A"), placeA);
+        const auto b = project.addNode(QStringLiteral("B"));
+        const auto pipe = project.addSection(QStringLiteral("A-B"), a, b);
+        const auto inspection = project.addInspection(pipe);
+        project.activate();
+
+        write(b, "OBJ_Shape_WKT", placeB);
+
+        QTRY_COMPARE(nodeOf(b)->position(), QVector3D(-30, -1, 40));
+        Section* const section = sectionOf(inspection);
+        const QVector3D course = section->rotation().rotatedVector(QVector3D(0, 0, 1)).normalized();
+        const QVector3D wanted = (section->getOutletPosition(nodeOf(b)) - section->position()).normalized();
+        QVERIFY2((course - wanted).length() < 1e-3F, "the pipe points at the end node's outlet");
+    }
+
+    void aShapeThatTheViewWroteItselfDoesNotMoveTheNode()
+    {
+        SmallNetwork net;
+        net.project.activate();
+        write(net.b, "OBJ_Shape_WKT", QStringLiteral("POINT ZM(570100 5830100 39 16)"), 5000);
+        QTest::qWait(100);
+        QCOMPARE(nodeOf(net.b)->position(), QVector3D(-30, -1, 40));
+    }
+
+    void anotherColumnLeavesThePositionAlone()
+    {
+        SmallNetwork net;
+        net.project.activate();
+        write(net.b, "OBJ_DepthToInvert", 2.5);
+        QTRY_COMPARE(nodeOf(net.b)->depth(), 2.5F);
+        QCOMPARE(nodeOf(net.b)->position(), QVector3D(-30, -1, 40));
+    }
+
+    void aNodesNewNameIsShown()
+    {
+        SmallNetwork net;
+        net.project.activate();
+        write(net.a, "OBJ_Key", QStringLiteral("A2"));
+        QTRY_COMPARE(nodeOf(net.a)->name(), QStringLiteral("A2"));
+    }
+
+    void aSectionWithTwoInspectionsHasTwoEntitiesAndAChangeReachesBoth()
+    {
+        SmallNetwork net;
+        const auto second = net.project.addInspection(net.pipe);
+        net.project.activate();
+        QCOMPARE(SceneEntities::instance().getPipeEntities().getBySectionId(net.pipe->id()).size(), 2);
+
+        write(net.pipe, "OBJ_Size1", 600);
+
+        QTRY_COMPARE(sectionOf(second)->diameter(), 600.0);
+        QCOMPARE(sectionOf(net.inspection)->diameter(), 600.0);
+        QCOMPARE(sectionOf(net.inspection)->pipe()->radius(), 0.3F);
+    }
+
+    void aDeletedNodeLeavesTheSceneAndItsSectionKeepsStanding()
+    {
+        SmallNetwork net;
+        net.project.activate();
+        QPointer<Node> a = nodeOf(net.a);
+        ProjectStore::instance().deleteObject(net.a);
+        QTRY_VERIFY(a.isNull());
+        QVERIFY(!SceneEntities::instance().getNodes().contains(net.a->id()));
+        QVERIFY(!sectionOf(net.inspection)->startNode());
+    }
+
+    void aDeletedInspectionTakesItsSectionOutOfTheScene()
+    {
+        SmallNetwork net;
+        net.project.activate();
+        QPointer<Section> section = sectionOf(net.inspection);
+        ProjectStore::instance().deleteObject(net.inspection);
+        QTRY_VERIFY(section.isNull());
+        QCOMPARE(SceneEntities::instance().getPipeEntities().count(), 0);
+        QVERIFY(SceneEntities::instance().getPipeEntities().getBySectionId(net.pipe->id()).isEmpty());
+    }
+
+    void anUnknownIdIsIgnored()
+    {
+        LogCapture log;
+        m_root->entitiesManager().onObjectRemoved(QStringLiteral("nobody"));
+        QVERIFY(log.lines().isEmpty());
+    }
+
+    void aClosedProjectLeavesNothingBehind()
+    {
+        SmallNetwork net;
+        TestProject other(utm32);
+        net.project.activate();
+        QVERIFY(!m_root->findChildren<Node*>().isEmpty());
+
+        net.project.close();
+
+        QCOMPARE(SceneEntities::instance().getNodes().size(), 0);
+        QCOMPARE(SceneEntities::instance().getPipeEntities().count(), 0);
+        QTRY_VERIFY(m_root->findChildren<Renderable*>().isEmpty());
+        QVERIFY(!GdalGeoProjector::instance()->initialized());
+    }
+
+    void virtualNodesGoWithTheProject()
+    {
+        TestProject project(utm32);
+        const auto a = project.addNode(QStringLiteral("A"), placeA);
+        project.addInspection(project.addSection(QStringLiteral("S"), a, {}));
+        project.activate();
+        const auto nodes = m_root->findChildren<Node*>();
+        QCOMPARE(nodes.size(), 2);
+        project.close();
+        QTRY_VERIFY(m_root->findChildren<Node*>().isEmpty());
+    }
+
+    void aProjectOpenedAgainStandsAgain()
+    {
+        SmallNetwork net;
+        net.project.activate();
+        net.project.reopen();
+        net.project.activate();
+        QTest::qWait(100);
+        QCOMPARE(SceneEntities::instance().getNodes().size(), 2);
+        QCOMPARE(SceneEntities::instance().getPipeEntities().count(), 1);
+        QTRY_COMPARE(m_root->findChildren<Node*>().size(), 2);
+    }
+
+    void openingStoresNothing()
+    {
+        SmallNetwork net;
+        const QString before = net.inspection->readValue(QStringLiteral("INS_Shape_WKT")).toString();
+        net.project.activate();
+        QTest::qWait(2000); // longer than the end of editing and the batch of writes together
+        QCOMPARE(net.inspection->readValue(QStringLiteral("INS_Shape_WKT")).toString(), before);
+        QCOMPARE(net.a->readValue(QStringLiteral("OBJ_Shape_WKT")).toString(), placeA);
+    }
+
+    void badInputIsLoggedAndChangesNothing()
+    {
+        auto& manager = m_root->entitiesManager();
+        SmallNetwork net;
+        LogCapture log;
+        const auto logged = [&log](const char* message) {
+            return log.count(1, QStringLiteral("View3d"), QLatin1String(message));
+        };
+
+        manager.onSectionInspectionInserted({});
+        QCOMPARE(logged("onSectionInspectionInserted invalid object"), 1);
+        manager.onNodeModified({});
+        QCOMPARE(logged("onNodeModified invalid object"), 1);
+        manager.onNodeModified(net.a);
+        QCOMPARE(logged("onNodeModified object not found"), 1);
+        SceneEntities::instance().getNodes().insert(net.a->id(), nullptr);
+        manager.onNodeModified(net.a);
+        QCOMPARE(logged("onNodeModified empty Node reference"), 1);
+        SceneEntities::instance().getNodes().take(net.a->id());
+        manager.onSectionModified(net.pipe);
+        QCOMPARE(logged("onSectionModified object not found"), 1);
+        manager.onSectionModified(net.inspection);
+        QCOMPARE(logged("onSectionModified object not found"), 2);
+        manager.onSectionModified(net.a);
+        manager.onSectionModified({});
+        QCOMPARE(logged("onSectionModified object not found"), 2);
+        QCOMPARE(logged("onSectionInspectionInserted invalid object2"), 0);
+    }
+
+    void aPostponedNodeWaitsForAnInspectionOfItsSection()
+    {
+        SmallNetwork net;
+        net.project.activate();
+        const auto c = net.project.addNode(QStringLiteral("C"), placeB);
+        QTRY_VERIFY(nodeOf(c));
+        delete nodeOf(c);
+        QVERIFY(!nodeOf(c));
+        m_root->entitiesManager().postponeNodeInsertion(c);
+        const auto other = net.project.addSection(QStringLiteral("other"), net.a, net.b);
+        net.project.addInspection(other);
+        QTRY_COMPARE(SceneEntities::instance().getPipeEntities().count(), 2);
+        QVERIFY(!nodeOf(c));
+
+        net.project.addInspection(net.project.addSection(QStringLiteral("C-A"), c, net.a));
+
+        QTRY_VERIFY(nodeOf(c));
+    }
+
+    void aLargeProjectLeavesInBatchesAndTheNextOneWaitsForThem()
+    {
+        TestProject large(utm32);
+        large.close();
+        TestProject filled(utm32);
+        TestProject next(utm32);
+        next.addNode(QStringLiteral("N"), placeA);
+        for (int i = 0; i < 400; ++i)
+            filled.addNode(QString::number(i), placeA);
+        filled.activate();
+        QTRY_VERIFY_WITH_TIMEOUT(!m_root->entitiesManager().isBusy(), 20000);
+        QCOMPARE(SceneEntities::instance().getNodes().size(), 400);
+
+        filled.close();
+        QVERIFY(m_root->entitiesManager().isBusy());
+        next.activate();
+        QCOMPARE(SceneEntities::instance().getNodes().size(), 0);
+
+        QTRY_COMPARE_WITH_TIMEOUT(SceneEntities::instance().getNodes().size(), 1, 20000);
+        QTRY_COMPARE(m_root->findChildren<Node*>().size(), 1);
+        QVERIFY(m_root->isEnabled());
+    }
+
+private:
+    SceneRoot* m_root = nullptr;
+};
+
+QTEST_MAIN(tst_EntitiesManager)
+#include "tst_EntitiesManager.moc"
