@@ -10,6 +10,7 @@ namespace Torvik::Import::Course {
 namespace {
 
 constexpr double ChordErrorM = 0.02;
+constexpr double MaxChords = 720.0;
 constexpr double Pi = 3.14159265358979323846;
 
 double spaceDistance(const Point& a, const Point& b)
@@ -123,7 +124,9 @@ QVector<Point> arcPoints(const Point& from, const Point& to, const Point& centre
     else if (sweep < -Pi)
         sweep += 2.0 * Pi;
     const double step = 2.0 * std::acos(1.0 - ChordErrorM / radius);
-    const int count = std::max(1, int(std::ceil(std::abs(sweep) / step)));
+    // The step of a huge circle is lost in rounding; no arc needs more chords than this.
+    const double wanted = step > 0.0 ? std::ceil(std::abs(sweep) / step) : MaxChords;
+    const int count = int(std::clamp(wanted, 1.0, MaxChords));
     QVector<Point> points;
     for (int i = 1; i < count; ++i) {
         const double t = double(i) / count;

@@ -2,6 +2,7 @@
 
 #include "host/import/CourseGeometry.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace Torvik::Import {
@@ -37,7 +38,12 @@ int NodeIndex::find(const QString& key, std::optional<NodeKind> kind) const
 
 NodeIndex::Cell NodeIndex::cellOf(double x, double y) const
 {
-    return {qint64(std::floor(x / m_cellSize)), qint64(std::floor(y / m_cellSize))};
+    // Beyond any place on earth, and still a number that an integer can hold.
+    static constexpr double Limit = 1e15;
+    const auto cell = [this](double ordinate) {
+        return qint64(std::floor(std::clamp(ordinate / m_cellSize, -Limit, Limit)));
+    };
+    return {cell(x), cell(y)};
 }
 
 void NodeIndex::buildGrid(const QVector<NodeData>& nodes, double cellSize)

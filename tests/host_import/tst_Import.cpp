@@ -5,6 +5,7 @@
 #include "host/import/CoordinateSystem.h"
 #include "host/import/CourseGeometry.h"
 #include "host/import/Import.h"
+#include "host/import/NodeIndex.h"
 #include "host/import/SampleProject.h"
 
 #include <QDir>
@@ -67,6 +68,8 @@ private slots:
     void courseLengths();
     void missingHeightsFollowTheRun();
     void theFirstPartOfACourse();
+    void arcsKeepToTheirCircle();
+    void nodesAreFoundByPlace();
     void numbersKeepAllTheirDigits();
 };
 
@@ -361,6 +364,44 @@ void tst_Import::theFirstPartOfACourse()
     QVERIFY(qAbs(part[2].y - 5.0) < 1e-12 && qAbs(*part[2].z - 5.0) < 1e-12);
     QCOMPARE(Course::firstPart(course, 1000.0).size(), 3);
     QCOMPARE(Course::firstPart(course, 0.0).size(), 2);
+}
+
+void tst_Import::arcsKeepToTheirCircle()
+{
+    const QVector<Point> quarter = Course::arcPoints({10, 0, 5.0}, {0, 10, 4.0}, {0, 0, std::nullopt});
+
+    QVERIFY(quarter.size() > 5);
+    QCOMPARE(*quarter.last().z, 4.0);
+    Point before {10, 0, 5.0};
+    for (const Point& point : quarter) {
+        QVERIFY(point.x >= -1e-9 && point.y >= -1e-9);
+        QVERIFY(std::hypot((before.x + point.x) / 2, (before.y + point.y) / 2) > 10.0 - 0.0201);
+        before = point;
+    }
+    // A centre that is no centre, and a circle too large for its chords to be told from it.
+    QCOMPARE(Course::arcPoints({10, 0, 5.0}, {0, 20, 4.0}, {0, 0, std::nullopt}).size(), 1);
+    QVERIFY(Course::arcPoints({1e30, 0, 5.0}, {0, 1e30, 4.0}, {0, 0, std::nullopt}).size() <= 720);
+}
+
+void tst_Import::nodesAreFoundByPlace()
+{
+    QVector<NodeData> nodes(4);
+    const QVector<Point> places {{0.9, 0.0, {}}, {1.2, 0.0, {}}, {1.2, 0.0, {}}, {1e300, 0.0, {}}};
+    NodeIndex index;
+    for (int i = 0; i < nodes.size(); ++i) {
+        nodes[i].key = QString::number(i);
+        nodes[i].position = places[i];
+        QVERIFY(index.insert(nodes[i], i));
+    }
+    index.buildGrid(nodes, 0.5);
+
+    QCOMPARE(index.nearest({1.0, 0.0, {}}, 0.5), 0);
+    QCOMPARE(index.nearest({1.1, 0.0, {}}, 0.5), 1);
+    QCOMPARE(index.nearest({1.7, 0.0, {}}, 0.5), 1);
+    QCOMPARE(index.nearest({1.71, 0.0, {}}, 0.5), -1);
+    QVERIFY(!index.insert(nodes[2], 9));
+    QCOMPARE(index.find("2", NodeKind::Building), 2);
+    QCOMPARE(index.find("9", std::nullopt), -1);
 }
 
 void tst_Import::numbersKeepAllTheirDigits()
