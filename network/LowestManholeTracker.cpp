@@ -121,6 +121,8 @@ void LowestManholeTracker::refreshAll()
 
 void LowestManholeTracker::refreshUnfollowed()
 {
+    if (m_unfollowed.isEmpty())
+        return;
     for (auto entry = m_unfollowed.begin(); entry != m_unfollowed.end();) {
         if (entry.value()) {
             refresh(entry.value());
@@ -131,6 +133,9 @@ void LowestManholeTracker::refreshUnfollowed()
             entry = m_unfollowed.erase(entry);
         }
     }
+    // A hash that was large keeps its room, and walking it means walking that.
+    if (m_unfollowed.isEmpty())
+        m_unfollowed = {};
 }
 
 void LowestManholeTracker::catchUp()
@@ -139,9 +144,11 @@ void LowestManholeTracker::catchUp()
         refreshAll();
         return;
     }
-    const auto stale = std::exchange(m_stale, {});
-    for (QObject* object : stale)
-        refresh(object);
+    if (!m_stale.isEmpty()) {
+        const auto stale = std::exchange(m_stale, {});
+        for (QObject* object : stale)
+            refresh(object);
+    }
     refreshUnfollowed();
 }
 
