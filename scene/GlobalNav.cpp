@@ -134,15 +134,6 @@ void GlobalNav::setLabelsVisible(bool visible)
     emit labelsVisibleChanged(visible);
 }
 
-void GlobalNav::setManholeFullInfoVisible(bool visible)
-{
-    if (m_manholeFullInfoVisible == visible) {
-        return;
-    }
-    m_manholeFullInfoVisible = visible;
-    emit manholeFullInfoVisibleChanged(visible);
-}
-
 void GlobalNav::setCameraFollow(bool follow)
 {
     if (m_cameraFollow == follow) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "domain/boundary/CQmlDomainObject.h"
 #include "interaction/CameraController.h"
 #include "scene/KxView3dExport.h"
 
@@ -66,6 +67,20 @@ public:
     /** With true an object under the finger takes the gestures from the camera. Nothing without a controller. */
     void setActiveObjectTransformControl(bool active);
 
+    /** Of the active inspection's section; false without one. */
+    bool hasUpstreamNode() const;
+    bool hasDownstreamNode() const;
+
+    /** Take the view to where the distance counter stands in the active section, or to one of its nodes. Nothing
+     *  without an active section or such a node. */
+    Q_INVOKABLE void goToCurrentSection();
+    Q_INVOKABLE void goToUpstreamNode();
+    Q_INVOKABLE void goToDownstreamNode();
+    /** Fills the view with the surroundings (15 m) of a scene point, looking in the present direction; the view centre
+     *  comes to lie on the ground, as far as the ground is in that direction. The distance changes nothing. */
+    Q_INVOKABLE void cameraGoTo(QVector3D newViewCenter,
+                                float distToNewViewCenter = distanceAtWhichOSMapIsAlwaysLoaded);
+
 public slots:
     void setAxisX(bool free);
     void setAxisY(bool free);
@@ -80,6 +95,8 @@ public slots:
     void setCameraFollow(bool follow);
     void setViewType(Torvik::View3d::CameraController::ViewTypes viewType);
     void setConnectionMode(bool connectionMode);
+    /** Stores the height in the settings and takes the stored value for the labels. */
+    void setLabelLineHeight(float lineHeight);
 
 signals:
     void axisXChanged(bool free);
@@ -98,6 +115,8 @@ signals:
 
     void axisLockChanged(QVector3D axisLock);
     void entityMoved();
+    /** Never emitted by the view: it carries an object that only the host can name. */
+    void lateralInProximity(Torvik::QmlWrapper::CQmlDomainObject qmlDomainObject, Qt3DCore::QTransform* entity);
     void lateralNotInProximity();
     void shortTap(Qt3DInput::QMouseEvent* mouseEvent);
 

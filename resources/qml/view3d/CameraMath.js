@@ -6,6 +6,11 @@ function radians(degrees) {
     return degrees * Math.PI / 180
 }
 
+// A value of its own: a vector that is read from a property goes on following that property.
+function copy(vector) {
+    return Qt.vector3d(vector.x, vector.y, vector.z)
+}
+
 function horizontal(vector) {
     return Qt.vector3d(vector.x, 0, vector.z)
 }

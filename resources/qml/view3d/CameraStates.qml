@@ -1,5 +1,7 @@
 import QtQuick 2.12
 
+import "CameraMath.js" as CameraMath
+
 /** A stack of the camera's poses. */
 QtObject {
     id: cameraStates
@@ -8,9 +10,9 @@ QtObject {
 
     function push() {
         stack.push({
-            position: Qt.vector3d(camera.position.x, camera.position.y, camera.position.z),
-            center: Qt.vector3d(camera.viewCenter.x, camera.viewCenter.y, camera.viewCenter.z),
-            up: Qt.vector3d(camera.upVector.x, camera.upVector.y, camera.upVector.z),
+            position: CameraMath.copy(camera.position),
+            center: CameraMath.copy(camera.viewCenter),
+            up: CameraMath.copy(camera.upVector),
             viewType: camera.viewType
         })
     }

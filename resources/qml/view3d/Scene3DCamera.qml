@@ -111,8 +111,8 @@ Camera {
             console.error("Remember camera properties should not take place while animation running")
             return
         }
-        lastPositionFullView = position
-        lastUpVectorFullView = upVector
+        lastPositionFullView = CameraMath.copy(position)
+        lastUpVectorFullView = CameraMath.copy(upVector)
         lastViewCenterFullView = CameraMath.horizontal(viewCenter)
         lastViewType = viewType
         lastFollowCamViewMode = scene3d.cameraFollow.viewMode
@@ -132,7 +132,7 @@ Camera {
         lastPositionFullView = (lastPositionFullView || cameraPosDefault).plus(positionDiff)
         lastViewCenterFullView = CameraMath.horizontal((lastViewCenterFullView || cameraCenterDefault)
                                                        .plus(positionDiff))
-        lastUpVectorFullView = lastUpVectorFullView || cameraUpDefault
+        lastUpVectorFullView = CameraMath.copy(lastUpVectorFullView || cameraUpDefault)
     }
 
     function animatedTranslation(translationVector, targetDist) {
