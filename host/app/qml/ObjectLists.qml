@@ -84,14 +84,22 @@ Rectangle {
                 width: list.width
                 height: Math.max(Style.touch, texts.implicitHeight + Style.gap)
                 radius: Style.radius
-                color: ListView.isCurrentItem || tap.pressed ? Style.pressed : "transparent"
+                color: model.objectId === viewer.currentId || tap.pressed ? Style.pressed : "transparent"
+
+                Rectangle {
+                    width: 4
+                    height: parent.height
+                    radius: 2
+                    color: Style.accent
+                    visible: model.objectId === viewer.currentId
+                }
 
                 Column {
                     id: texts
 
                     anchors {
                         left: parent.left; right: parent.right
-                        margins: Style.gap; verticalCenter: parent.verticalCenter
+                        margins: 12; verticalCenter: parent.verticalCenter
                     }
 
                     Text {
@@ -115,10 +123,7 @@ Rectangle {
                     id: tap
 
                     anchors.fill: parent
-                    onClicked: {
-                        list.currentIndex = index
-                        viewer.goTo(model.objectId)
-                    }
+                    onClicked: viewer.goTo(model.objectId)
                 }
             }
 
