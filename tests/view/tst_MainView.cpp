@@ -97,20 +97,23 @@ private slots:
     void aPipeIsPaintedWhereItLies()
     {
         TestProject project;
-        const auto a = project.addNode("A", "POINT ZM(0 0 0 16)", {{"OBJ_DepthToInvert", 2.0}});
-        const auto b = project.addNode("B", "POINT ZM(40 0 0 16)", {{"OBJ_DepthToInvert", 2.0}});
+        const auto a = project.addNode("A", "POINT ZM(400000 5600000 100 16)", {{"OBJ_DepthToInvert", 2.0}});
+        const auto b = project.addNode("B", "POINT ZM(400040 5600000 100 16)", {{"OBJ_DepthToInvert", 2.0}});
         const auto s = project.addSection("A-B", a, b, {{"OBJ_Size1", 1000}});
-        project.addInspection(s, "LINESTRING ZM(0 0 -2 16,40 0 -2 16)");
+        // Walked with the flow, a stored shape runs against it.
+        project.addInspection(s, "LINESTRING ZM(400040 5600000 98 320,400000 5600000 98 0)");
         project.activate();
         QTRY_VERIFY(SceneRoot::instance()->sceneHasNodesWithPosition());
         settle();
         GdalGeoProjector* projector = GdalGeoProjector::instance();
-        const QVector3D start = projector->worldPosForWktString("POINT ZM(0 0 0 16)");
-        const QVector3D end = projector->worldPosForWktString("POINT ZM(40 0 0 16)");
+        const QVector3D start = projector->worldPosForWktString("POINT ZM(400000 5600000 100 16)");
+        const QVector3D end = projector->worldPosForWktString("POINT ZM(400040 5600000 100 16)");
         const QVector3D middle = (start + end) / 2.0F;
         pose({middle.x(), 1500, middle.z()}, middle, {0, 0, 1}, CameraController::View2dTop);
 
         const QPoint pixel = pixelOf(middle - QVector3D(0, 2, 0));
+        waitFrames(10);
+        keep("pipe");
         QTRY_VERIFY_WITH_TIMEOUT(isPipeGreen(QColor(grab().pixel(pixel))), 2000);
         // The street beside it is empty.
         QVERIFY(!isPipeGreen(QColor(grab().pixel(pixelOf(middle + QVector3D(0, -2, 10))))));
@@ -336,7 +339,7 @@ private:
     {
         settle();
         emit m_viewer.requestPose(position, center, up, view, false);
-        QCOMPARE(m_camera->position(), position);
+        QVERIFY((m_camera->position() - position).length() < 0.01F);
         waitFrames(4);
     }
 
