@@ -71,9 +71,10 @@ private slots:
         m_window = qobject_cast<QQuickWindow*>(m_engine->rootObjects().first());
         QVERIFY(m_window);
         m_window->resize(1000, 700);
+        m_scene = m_window->property("scene").value<QQuickItem*>();
+        m_flowBeforeTie = flowStarted();
         GdalGeoProjector::instance()->initFromMap(51.0, 10.0, 0.0);
         QVERIFY(QTest::qWaitForWindowExposed(m_window));
-        m_scene = m_window->property("scene").value<QQuickItem*>();
         m_camera = m_scene->property("camera").value<Qt3DRender::QCamera*>();
         QVERIFY(m_camera);
         waitFrames(10);
@@ -93,6 +94,12 @@ private slots:
     }
 
     void loadsWithoutAWarning() { QCOMPARE(warnings, QStringList()); }
+
+    void theFlowOfDataWaitsForTheTieToTheEarth()
+    {
+        QVERIFY(!m_flowBeforeTie);
+        QVERIFY(flowStarted());
+    }
 
     void aPipeIsPaintedWhereItLies()
     {
@@ -314,6 +321,11 @@ private slots:
     void nothingWarnedOnTheWay() { QCOMPARE(warnings, QStringList()); }
 
 private:
+    bool flowStarted() const
+    {
+        return m_scene->property("sceneRoot").value<QObject*>()->property("qmlOnCompletedSignalSent").toBool();
+    }
+
     void waitFrames(int count)
     {
         QSignalSpy frames(m_window, &QQuickWindow::frameSwapped);
@@ -394,6 +406,7 @@ private:
     std::unique_ptr<QQmlApplicationEngine> m_engine;
     QQuickWindow* m_window = nullptr;
     QQuickItem* m_scene = nullptr;
+    bool m_flowBeforeTie = true;
     Qt3DRender::QCamera* m_camera = nullptr;
 };
 

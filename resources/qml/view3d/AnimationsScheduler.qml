@@ -35,8 +35,7 @@ QtObject {
     function onAnimationFinished(animation) {
         const index = scheduledAnimations.indexOf(animation)
         if (index !== 0) {
-            console.log("Error: When animation is over, it should be still in scheduledAnimations array (not -1)"
-                        + " and it should be first (index zero). Actually it is: " + index)
+            console.log("Error: When animation is over, it should be still in scheduledAnimations array (not -1) and it should be first (index zero). Actually it is: " + index)
         }
         if (index !== -1) {
             scheduledAnimations.splice(index, 1)

@@ -38,8 +38,7 @@ Item {
         color: "white"
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.WordWrap
-        text: translator.txt("CameraTooFarMessage", "3d view or map is too far from inspection area. \nPlease click "
-                             + "compass to go back to inspection site.")
+        text: translator.txt("CameraTooFarMessage", "3d view or map is too far from inspection area. \nPlease click compass to go back to inspection site.")
     }
 
     MouseArea {
