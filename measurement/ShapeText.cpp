@@ -8,15 +8,18 @@ namespace Torvik::View3d::ShapeText {
 
 namespace {
 
+/** What the scene's floats may change in an ordinate, a few kilometres from the scene's origin. */
 constexpr double sameOrdinate = 0.0005;
+/** A chain keeps its lengths in whole centimetres, so its points come back up to half of one away. */
+constexpr double sameOrdinateOfChain = 0.005 + sameOrdinate;
 
-bool samePoint(const Database::WktPoint& a, const Database::WktPoint& b)
+bool samePoint(const Database::WktPoint& a, const Database::WktPoint& b, double tolerance)
 {
-    const auto close = [](const QString& one, const QString& other) {
+    const auto close = [tolerance](const QString& one, const QString& other) {
         bool oneIsNumber = false;
         bool otherIsNumber = false;
         const double distance = std::abs(one.toDouble(&oneIsNumber) - other.toDouble(&otherIsNumber));
-        return oneIsNumber && otherIsNumber && distance <= sameOrdinate;
+        return oneIsNumber && otherIsNumber && distance <= tolerance;
     };
     return close(a.x(), b.x()) && close(a.y(), b.y()) && close(a.z(), b.z());
 }
@@ -29,8 +32,10 @@ bool samePolyline(const QString& a, const QString& b)
     QString prefixB;
     Database::ShapeWKTHelper::wktStringToWktPoints(a, pointsA, prefixA);
     Database::ShapeWKTHelper::wktStringToWktPoints(b, pointsB, prefixB);
+    const double tolerance = pointsA.size() > 1 ? sameOrdinateOfChain : sameOrdinate;
     return !pointsA.isEmpty() && flagsWord(pointsA) == flagsWord(pointsB) &&
-           std::equal(pointsA.begin(), pointsA.end(), pointsB.begin(), pointsB.end(), samePoint);
+           std::equal(pointsA.begin(), pointsA.end(), pointsB.begin(), pointsB.end(),
+                      [tolerance](const auto& one, const auto& other) { return samePoint(one, other, tolerance); });
 }
 
 } // namespace

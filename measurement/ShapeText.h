@@ -21,8 +21,9 @@ int flagsWordOfSection(int transformFlags, int firstDirection, int direction);
 QVector<Database::WktPoint> reversed(QVector<Database::WktPoint> points);
 
 /** Whether two column texts hold the same shape: as many polylines of as many points, the same flags words, and every
- *  ordinate of a point within half a millimetre (in the unit of the stored system). The scene's floats give a stored
- *  ordinate back only nearly; a shape that nothing has moved must stay as it was measured. */
+ *  ordinate within what reading a shape into the scene and writing it again may change (in the unit of the stored
+ *  system): half a millimetre for a point, half a centimetre for a chain, whose lengths are whole centimetres. A shape
+ *  that nothing has moved must stay as it was measured. */
 bool sameShape(const QString& stored, const QString& text);
 
 /** Collects the texts of an object's polylines. */

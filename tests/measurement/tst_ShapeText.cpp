@@ -178,12 +178,18 @@ void tst_ShapeText::aShapeThatComesBackNearlyIsTheSameOne_data()
     row("rounding of floats", QStringLiteral("LINESTRING ZM(570030 5830039.999996185 37 320,570000 5830000 37 0)"),
         true);
     row("another spelling", QStringLiteral("LINESTRING ZM (570030.0 5830040 37 320, 570000 5830000 37 0)"), true);
-    row("a millimetre", QStringLiteral("LINESTRING ZM(570030.001 5830040 37 320,570000 5830000 37 0)"), false);
-    row("a height of a millimetre", QStringLiteral("LINESTRING ZM(570030 5830040 37.001 320,570000 5830000 37 0)"),
+    row("a chain's whole centimetres",
+        QStringLiteral("LINESTRING ZM(570030.003 5830040.004 37 320,570000 5830000 37 0)"), true);
+    row("a centimetre", QStringLiteral("LINESTRING ZM(570030.01 5830040 37 320,570000 5830000 37 0)"), false);
+    row("a height of a centimetre", QStringLiteral("LINESTRING ZM(570030 5830040 37.01 320,570000 5830000 37 0)"),
         false);
     row("another source", QStringLiteral("LINESTRING ZM(570030 5830040 37 260,570000 5830000 37 0)"), false);
     row("one point more", QStringLiteral("LINESTRING ZM(570030 5830040 37 320,570000 5830000 37 0,1 2 3 0)"), false);
     row("no numbers", QStringLiteral("LINESTRING ZM(a b c 320,d e f 0)"), false);
+    QTest::newRow("a point by rounding of floats") << QStringLiteral("POINT ZM(570030 5830040 37 16)")
+                                                   << QStringLiteral("POINT ZM(570030 5830039.9999 37 16)") << true;
+    QTest::newRow("a point by a millimetre") << QStringLiteral("POINT ZM(570030 5830040 37 16)")
+                                             << QStringLiteral("POINT ZM(570030.001 5830040 37 16)") << false;
     QTest::newRow("nothing stored") << QString() << line << false;
 }
 
