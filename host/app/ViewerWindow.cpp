@@ -14,12 +14,18 @@
 #include <QQuickWindow>
 #include <QTimer>
 
+#include <algorithm>
+
 namespace Torvik::Viewer::ViewerWindow {
 
 namespace {
 
 /** A change on the screen is stored 750 ms after its end at the latest is known, and 700 ms later written. */
 constexpr int untilEverythingIsStoredMs = 750 + 700 + 150;
+
+constexpr int finerPainting = 2;
+/** In pixels; what a modest graphics memory holds. */
+constexpr int largestPainting = 8192;
 
 /** Degrees. */
 const View3d::GeoCoord placeOfEmptyScene(10.0, 51.0, 0.0);
@@ -59,7 +65,8 @@ int showWindow(ViewerController& controller, const QString& folder)
     return status;
 }
 
-int takePicture(ViewerController& controller, QQuickWindow* window, const QString& folder, const QString& file)
+int takePicture(ViewerController& controller, QQuickWindow* window, const QString& folder, const QString& file,
+                const QSize& size)
 {
     PictureTaker taker(window);
     int status = 1;
@@ -73,7 +80,9 @@ int takePicture(ViewerController& controller, QQuickWindow* window, const QStrin
             QGuiApplication::quit();
         }
     });
-    QObject::connect(&taker, &PictureTaker::taken, [&](const QImage& picture) {
+    QObject::connect(&taker, &PictureTaker::taken, [&](const QImage& painted) {
+        QImage picture = painted.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        picture.setDevicePixelRatio(1.0);
         QImageWriter writer(file);
         status =
             writer.write(picture) ? 0 : Commands::failure(QStringLiteral("%1: %2").arg(file, writer.errorString()));
@@ -100,8 +109,12 @@ QString whatIsMissingForIt()
                           "without one");
 }
 
-void prepareProcess()
+void prepareProcess(const Options& options)
 {
+    // Pipes are thin: a picture is painted larger than it is asked for, which leaves fine lines instead of dots.
+    const int longest = std::max(options.size.width(), options.size.height());
+    if (options.command == Command::Screenshot && longest * finerPainting <= largestPainting)
+        qputenv("QT_SCALE_FACTOR", QByteArray::number(finerPainting));
     // A hidden scene would otherwise hold up the main thread at its next change.
     qputenv("QT3D_SCENE3D_STOP_RENDER_HIDDEN", "1");
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
@@ -121,7 +134,7 @@ int run(const Options& options)
     if (!window)
         return Commands::failure(QStringLiteral("the window could not be built; is a QML module missing?"));
     if (options.command == Command::Screenshot)
-        return takePicture(*controller, window, folder, options.outputFile);
+        return takePicture(*controller, window, folder, options.outputFile, options.size);
     return showWindow(*controller, folder);
 }
 

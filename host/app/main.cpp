@@ -43,7 +43,7 @@ int run(const Options& options, int& argc, char** argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     else if (const QString missing = ViewerWindow::whatIsMissingForIt(); !missing.isEmpty())
         return Commands::failure(missing);
-    ViewerWindow::prepareProcess();
+    ViewerWindow::prepareProcess(options);
     QGuiApplication application(argc, argv);
     endQuickly(options.command == Command::Dump ? Commands::dump(options) : ViewerWindow::run(options));
 }
