@@ -1,0 +1,324 @@
+#include "common/TestProject.h"
+
+#include <QDir>
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QtTest>
+
+using Kx::Test::TestProject;
+
+namespace {
+
+/** Metres of this system are metres of the scene. */
+const QString utm32 = QStringLiteral(
+    R"(PROJCS["ETRS89 / UTM zone 32N",GEOGCS["ETRS89",DATUM["European_Terrestrial_Reference_System_1989",SPHEROID["GRS 1980",6378137,298.257222101]],PRIMEM["Greenwich",0],UNIT["degree",0.0174532925199433]],PROJECTION["Transverse_Mercator"],PARAMETER["latitude_of_origin",0],PARAMETER["central_meridian",9],PARAMETER["scale_factor",0.9996],PARAMETER["false_easting",500000],PARAMETER["false_northing",0],UNIT["metre",1],AUTHORITY["EPSG","25832"]])");
+
+struct Outcome {
+    int status = -1;
+    QString out;
+    QStringList errors;
+};
+
+/** A small town north and west of its first manhole, S1: pipes of 2 m, so that a picture of it has something to show.
+ */
+void fill(TestProject& project)
+{
+    const QVariantMap manhole {{"OBJ_Type", "MH"}, {"OBJ_DepthToInvert", 3.0}, {"OBJ_Size1", 4000.0}};
+    const QVariantMap pipe {{"OBJ_Size1", 2000.0}};
+    const auto a = project.addNode("S1", "POINT ZM(400000 5600000 100 16)", manhole);
+    const auto b = project.addNode("S2", "POINT ZM(400000 5600060 100 16)", manhole);
+    const auto c = project.addNode("S10", "POINT ZM(400060 5600060 100 16)", manhole);
+    // A downstream inspection's course is stored from its end; 320 says that, and that a shape is known.
+    project.addInspection(project.addSection("H1", a, b, pipe),
+                          "LINESTRING ZM(400000 5600060 97 320,400000 5600000 97 0)");
+    project.addInspection(project.addSection("H2", b, c, pipe),
+                          "LINESTRING ZM(400060 5600060 97 320,400000 5600060 97 0)");
+}
+
+bool isPipe(const QColor& colour)
+{
+    return colour.green() > 60 && colour.green() > 2 * colour.red() && colour.green() > 2 * colour.blue();
+}
+
+bool isManhole(const QColor& colour)
+{
+    return colour.red() > colour.green() + 20 && colour.green() > colour.blue();
+}
+
+/** Whether any pixel near the point meets the condition. */
+bool near(const QImage& picture, QPoint point, bool (*condition)(const QColor&), int reach = 6)
+{
+    for (int y = point.y() - reach; y <= point.y() + reach; ++y) {
+        for (int x = point.x() - reach; x <= point.x() + reach; ++x) {
+            if (picture.valid(x, y) && condition(picture.pixelColor(x, y)))
+                return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+/** The program as its user meets it: as a process. */
+class tst_Program : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void helpGoesToTheOutput();
+    void aWrongArgumentGivesOneLineAndStatus2();
+    void aMissingProjectGivesOneLineAndStatus1_data();
+    void aMissingProjectGivesOneLineAndStatus1();
+    void infoCountsAsJsonAndAsText();
+    void anImportOfNothingLeavesNothing();
+    void theDumpHoldsProjectorNodesAndSections();
+    void twoDumpsAreTheSame();
+    void aPictureShowsPipesAndManholesWhereTheyAre();
+    void aPictureLooksAtTheObjectAskedFor();
+    void anUnknownKeyGivesOneLineAndStatus1();
+    void theFrontViewShowsTheDepth();
+    void theSampleNeedsNoProject();
+
+private:
+    Outcome run(const QStringList& arguments);
+
+    QScopedPointer<QTemporaryDir> m_folder;
+};
+
+void tst_Program::init()
+{
+    m_folder.reset(new QTemporaryDir);
+}
+
+Outcome tst_Program::run(const QStringList& arguments)
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("XDG_DATA_HOME", m_folder->path());
+    environment.insert("XDG_CONFIG_HOME", m_folder->path());
+    process.setProcessEnvironment(environment);
+    process.setWorkingDirectory(m_folder->path());
+    process.start(QStringLiteral(KX_VIEWER), arguments);
+    Outcome outcome;
+    if (process.waitForFinished(120000) && process.exitStatus() == QProcess::NormalExit)
+        outcome.status = process.exitCode();
+    outcome.out = QString::fromUtf8(process.readAllStandardOutput());
+    outcome.errors = QString::fromUtf8(process.readAllStandardError()).split('\n', Qt::SkipEmptyParts);
+    return outcome;
+}
+
+void tst_Program::helpGoesToTheOutput()
+{
+    const Outcome outcome = run({"--help"});
+
+    QCOMPARE(outcome.status, 0);
+    QVERIFY(outcome.out.contains("--screenshot"));
+    QVERIFY(outcome.errors.isEmpty());
+}
+
+void tst_Program::aWrongArgumentGivesOneLineAndStatus2()
+{
+    const Outcome outcome = run({"town", "--wrong"});
+
+    QCOMPARE(outcome.status, 2);
+    QCOMPARE(outcome.errors.size(), 1);
+    QVERIFY(outcome.errors.first().contains("--wrong"));
+}
+
+void tst_Program::aMissingProjectGivesOneLineAndStatus1_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("info") << QStringList({"info", "no-such-town"});
+    QTest::newRow("dump") << QStringList({"no-such-town", "--dump", "scene.json"});
+    QTest::newRow("picture") << QStringList({"no-such-town", "--screenshot", "picture.png"});
+}
+
+void tst_Program::aMissingProjectGivesOneLineAndStatus1()
+{
+    QFETCH(QStringList, arguments);
+
+    const Outcome outcome = run(arguments);
+
+    QCOMPARE(outcome.status, 1);
+    QCOMPARE(outcome.errors.size(), 1);
+    QVERIFY2(outcome.errors.first().contains("no-such-town"), qPrintable(outcome.errors.first()));
+    QVERIFY(QDir(m_folder->path()).entryList(QDir::Files).isEmpty());
+}
+
+void tst_Program::infoCountsAsJsonAndAsText()
+{
+    TestProject project(utm32);
+    fill(project);
+    project.close();
+
+    const Outcome json = run({"info", project.path(), "--json"});
+    const Outcome text = run({"info", project.path()});
+
+    QCOMPARE(json.status, 0);
+    const QJsonObject counts = QJsonDocument::fromJson(json.out.toUtf8()).object();
+    QCOMPARE(counts.value("nodes").toInt(), 3);
+    QCOMPARE(counts.value("sections").toInt(), 2);
+    QCOMPARE(counts.value("inspections").toInt(), 2);
+    QCOMPARE(counts.value("nodeTypes").toObject().value("MH").toInt(), 3);
+    QCOMPARE(text.status, 0);
+    QVERIFY(text.out.contains("nodes         3"));
+}
+
+void tst_Program::anImportOfNothingLeavesNothing()
+{
+    const Outcome outcome = run({"import", "no-such-file.xml", "town"});
+
+    QCOMPARE(outcome.status, 1);
+    QVERIFY(!outcome.errors.isEmpty());
+    QVERIFY(!QDir(m_folder->filePath("town")).exists());
+}
+
+void tst_Program::theDumpHoldsProjectorNodesAndSections()
+{
+    TestProject project(utm32);
+    fill(project);
+    project.close();
+    const QString file = m_folder->filePath("scene.json");
+
+    const Outcome outcome = run({project.path(), "--dump", file});
+
+    QVERIFY2(outcome.status == 0, qPrintable(outcome.errors.join('\n')));
+    QFile written(file);
+    QVERIFY(written.open(QIODevice::ReadOnly));
+    const QJsonObject scene = QJsonDocument::fromJson(written.readAll()).object();
+    const QJsonArray nodes = scene.value("nodes").toArray();
+    QStringList keys;
+    for (const QJsonValue& node : nodes)
+        keys << node.toObject().value("key").toString();
+    QCOMPARE(keys, QStringList({"S1", "S10", "S2"}));
+    QCOMPARE(nodes.at(1).toObject().value("position").toArray(), QJsonArray({-60, 0, 60}));
+    QCOMPARE(nodes.at(1).toObject().value("flags").toInt(), 16);
+    QCOMPARE(nodes.at(1).toObject().value("depth").toDouble(), 3.0);
+    QCOMPARE(nodes.at(1).toObject().value("seaLevel").toDouble(), 100.0);
+    const QJsonArray sections = scene.value("sections").toArray();
+    QCOMPARE(sections.size(), 2);
+    const QJsonObject first = sections.at(0).toObject();
+    QCOMPARE(first.value("key").toString(), QString("H1"));
+    QCOMPARE(first.value("radius").toDouble(), 1.0);
+    QCOMPARE(first.value("startNode").toString(), nodes.at(0).toObject().value("guid").toString());
+    QCOMPARE(first.value("projectedPoints").toArray().at(1).toArray().at(0).toDouble(), 400000.0);
+    QCOMPARE(first.value("length").toDouble(), 60.0);
+    QCOMPARE(scene.value("projector").toObject().value("origin").toArray(), QJsonArray({-400000, 100, 5600000}));
+}
+
+void tst_Program::twoDumpsAreTheSame()
+{
+    TestProject project(utm32);
+    fill(project);
+    project.close();
+    QByteArray contents[2];
+    for (QByteArray& content : contents) {
+        const QString file = m_folder->filePath("scene.json");
+        QCOMPARE(run({project.path(), "--dump", file}).status, 0);
+        QFile written(file);
+        QVERIFY(written.open(QIODevice::ReadOnly));
+        content = written.readAll();
+    }
+
+    QVERIFY(!contents[0].isEmpty());
+    QCOMPARE(contents[0], contents[1]);
+}
+
+void tst_Program::aPictureShowsPipesAndManholesWhereTheyAre()
+{
+    TestProject project(utm32);
+    fill(project);
+    project.close();
+    const QString file = m_folder->filePath("picture.png");
+
+    // 1910 m through the lens of 3 degrees: 100 m from the lower to the upper edge, 5 pixels a metre.
+    const Outcome outcome =
+        run({project.path(), "--screenshot", file, "--size", "600x500", "--distance", "1909.4", "--view", "top"});
+
+    QVERIFY2(outcome.status == 0, qPrintable(outcome.errors.join('\n')));
+    const QImage picture(file);
+    QCOMPARE(picture.size(), QSize(600, 500));
+    // The middle of the project is in the middle of the picture, north is up, east is right.
+    const QPoint middle(300, 250);
+    const int far = 150;
+    QVERIFY(near(picture, middle + QPoint(-far, far), isManhole));
+    QVERIFY(near(picture, middle + QPoint(-far, -far), isManhole));
+    QVERIFY(near(picture, middle + QPoint(far, -far), isManhole));
+    QVERIFY(near(picture, middle + QPoint(-far, 0), isPipe));
+    QVERIFY(near(picture, middle + QPoint(0, -far), isPipe));
+    QVERIFY(!near(picture, middle + QPoint(far, far), isManhole, 40));
+    QVERIFY(!near(picture, middle, isPipe, 40));
+}
+
+void tst_Program::aPictureLooksAtTheObjectAskedFor()
+{
+    TestProject project(utm32);
+    fill(project);
+    project.close();
+    const QString file = m_folder->filePath("picture.png");
+
+    const Outcome outcome = run({project.path(), "--screenshot", file, "--size", "400x400", "--go-to", "S10"});
+
+    QVERIFY2(outcome.status == 0, qPrintable(outcome.errors.join('\n')));
+    const QImage picture(file);
+    QVERIFY(near(picture, {200, 200}, isManhole));
+    QVERIFY(near(picture, {60, 200}, isPipe, 20));
+    QVERIFY(!near(picture, {340, 200}, isPipe, 20));
+}
+
+void tst_Program::anUnknownKeyGivesOneLineAndStatus1()
+{
+    TestProject project(utm32);
+    fill(project);
+    project.close();
+
+    const Outcome outcome = run({project.path(), "--screenshot", "picture.png", "--go-to", "S11"});
+
+    QCOMPARE(outcome.status, 1);
+    QCOMPARE(outcome.errors.size(), 1);
+    QVERIFY(outcome.errors.first().contains("S11"));
+}
+
+void tst_Program::theFrontViewShowsTheDepth()
+{
+    TestProject project(utm32);
+    fill(project);
+    project.close();
+    const QString file = m_folder->filePath("picture.png");
+
+    const Outcome outcome = run({project.path(), "--screenshot", file, "--size", "400x400", "--view", "front",
+                                 "--go-to", "S1", "--distance", "382"});
+
+    // 20 m in 400 pixels. The manhole reaches 3 m down from its cover; the centre is in its middle.
+    QVERIFY2(outcome.status == 0, qPrintable(outcome.errors.join('\n')));
+    const QImage picture(file);
+    QVERIFY(near(picture, {200, 200}, isManhole));
+    QVERIFY(!near(picture, {200, 120}, isManhole, 10));
+    QVERIFY(!near(picture, {200, 290}, isManhole, 10));
+}
+
+void tst_Program::theSampleNeedsNoProject()
+{
+    const QString file = m_folder->filePath("sample.png");
+
+    const Outcome outcome = run({"--screenshot", file, "--view", "3d"});
+
+    QVERIFY2(outcome.status == 0, qPrintable(outcome.errors.join('\n')));
+    const QImage picture(file);
+    int pipes = 0;
+    int manholes = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            pipes += isPipe(picture.pixelColor(x, y));
+            manholes += isManhole(picture.pixelColor(x, y));
+        }
+    }
+    QVERIFY2(pipes > 500, qPrintable(QString::number(pipes)));
+    QVERIFY2(manholes > 50, qPrintable(QString::number(manholes)));
+}
+
+QTEST_GUILESS_MAIN(tst_Program)
+#include "tst_Program.moc"
