@@ -295,8 +295,17 @@ void EntitiesManager::onCleanAll()
     cleanNodes();
     const auto sections = SceneEntities::instance().getPipeEntities().takeAll();
     for (Section* section : sections)
-        m_removals.remove(section);
+        letGo(section);
     cleanVirtualNodes();
+}
+
+void EntitiesManager::letGo(Renderable* object)
+{
+    if (!object)
+        return;
+    // While it waits for its removal the same project may be opened again: it must not store its shape there.
+    disconnect(object, &Renderable::editingFinished, nullptr, nullptr);
+    m_removals.remove(object);
 }
 
 void EntitiesManager::cleanNodes()
@@ -304,7 +313,7 @@ void EntitiesManager::cleanNodes()
     auto& nodes = SceneEntities::instance().getNodes();
     const auto keys = nodes.keys();
     for (const QString& key : keys) {
-        m_removals.remove(nodes.take(key));
+        letGo(nodes.take(key));
     }
 }
 
@@ -314,7 +323,7 @@ void EntitiesManager::cleanVirtualNodes()
     for (Qt3DCore::QNode* child : children) {
         auto* const node = qobject_cast<Node*>(child);
         if (node && node->isVirtual())
-            m_removals.remove(node);
+            letGo(node);
     }
 }
 

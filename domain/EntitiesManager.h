@@ -19,6 +19,7 @@ class CDomainObjectProxy;
 namespace Torvik::View3d {
 
 class Node;
+class Renderable;
 class SceneRoot;
 class Section;
 
@@ -82,6 +83,7 @@ private:
     void initProjectorFrom(const CDomainObjectPointer& node);
     void onNodeValueChanged(const Database::CDomainObjectProxy& proxy, Node* node, const QString& key,
                             const QVariant& value, int origin);
+    void letGo(Renderable* object);
     void cleanNodes();
     void cleanVirtualNodes();
     void onLoadingStarted(int total);

@@ -187,6 +187,9 @@ void ShapeAccess::saveToDB()
     std::set<std::pair<Record, Record>> changed;
     for (const auto& [key, value] : std::exchange(m_pending, {})) {
         const auto& [record, inspection, column] = key;
+        // Its project was closed, or it was deleted, while the change waited.
+        if (!record->isValid())
+            continue;
         changed.emplace(record, inspection);
         record->updateValue(column, value);
         // The mirror has one column, whatever the object's own.

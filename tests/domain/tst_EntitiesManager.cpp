@@ -297,6 +297,28 @@ private slots:
         QCOMPARE(net.a->readValue(QStringLiteral("OBJ_Shape_WKT")).toString(), placeA);
     }
 
+    void whatWaitsForItsRemovalStoresNothingAnyMore()
+    {
+        TestProject town(utm32);
+        for (int i = 0; i < 400; ++i)
+            town.addNode(QString::number(i), placeA);
+        town.activate();
+        QTRY_VERIFY_WITH_TIMEOUT(!m_root->entitiesManager().isBusy(), 20000);
+        const auto nodes = SceneEntities::instance().getNodes().values();
+
+        town.close();
+
+        int waiting = 0;
+        for (Node* node : nodes) {
+            if (node->isEnabled())
+                continue; // goes in this very turn of the event loop
+            ++waiting;
+            QVERIFY2(!disconnect(node, &Renderable::editingFinished, nullptr, nullptr),
+                     "somebody still listens to the end of editing");
+        }
+        QVERIFY(waiting > 0);
+    }
+
     void badInputIsLoggedAndChangesNothing()
     {
         auto& manager = m_root->entitiesManager();

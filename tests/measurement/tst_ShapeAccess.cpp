@@ -1,5 +1,6 @@
 #include "measurement/ShapeProject.h"
 
+#include "common/LogCapture.h"
 #include "geo/GeoTestSystems.h"
 #include "measurement/ShapeAccess.h"
 
@@ -705,9 +706,11 @@ void tst_ShapeAccess::aProjectThatIsClosedMeanwhileDoesNoHarm()
     bool passed = false;
     Debounce later(700, [&] { passed = true; });
     later.start();
+    Kx::Test::LogCapture log;
 
     QVERIFY(QTest::qWaitFor([&] { return passed; }, 3000));
     QVERIFY(project.inspectionShapeInFile().isNull());
+    QVERIFY(log.lines().isEmpty());
 }
 
 QTEST_GUILESS_MAIN(tst_ShapeAccess)
