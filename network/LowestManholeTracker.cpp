@@ -88,6 +88,12 @@ void LowestManholeTracker::unfollow(QObject* object)
     m_unfollowed.insert(object, object);
 }
 
+void LowestManholeTracker::lookAt(QObject* object)
+{
+    markStale(object);
+    publish();
+}
+
 void LowestManholeTracker::markStale(QObject* object)
 {
     if (m_followed.contains(object))

@@ -32,6 +32,8 @@ public:
     /** Follows it no longer. The height stays as it is until another object changes. */
     void unregisterNode(Node* node);
     void unregisterSection(Section* section);
+    /** Looks at an object that has been hung into the scene after its registration. */
+    void lookAt(QObject* object);
     /** The object's geometry has changed without a signal that is followed here: looks at it in the next update. */
     void markStale(QObject* object);
 

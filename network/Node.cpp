@@ -68,10 +68,13 @@ Node::~Node()
 Node* Node::create(Qt3DCore::QEntity* parent, NodeAdapter* props)
 {
     Logging::CLogger::logMessage(Logging::LogTrace, QStringLiteral("View3d::Node"), QStringLiteral("create"));
-    auto* const node = new Node(parent, props, false, true, QString());
+    // Put together first and hung into the scene whole: the renderer would search its list of changes with each part.
+    auto* const node = new Node(nullptr, props, false, true, QString());
     const auto shape = ShapeAccess(nullptr).readPoints(node);
     if (!shape.isEmpty() && !shape.first().isEmpty())
         node->transform()->setTranslation(shape.first().first(), 0);
+    node->setParent(parent);
+    LowestManholeTracker::instance()->lookAt(node);
     return node;
 }
 

@@ -55,8 +55,10 @@ Section::~Section()
 Section* Section::create(Qt3DCore::QEntity* parent, SectionAdapterBase* props)
 {
     log(Logging::LogTrace, QStringLiteral("create"));
-    auto* const section = new Section(parent, props);
+    // Put together first and hung into the scene whole: the renderer would search its list of changes with each part.
+    auto* const section = new Section(nullptr, props);
     section->setupPipe();
+    section->setParent(parent);
     const auto [start, end] = section->getInspectionNodes();
     section->setStartNode(start ? start : section->virtualNode(), false);
     section->setEndNode(end ? end : section->virtualNode());

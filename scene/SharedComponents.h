@@ -54,7 +54,7 @@ public:
     static GoochLook lookFromWarm(const QColor& warm);
 
     /** Entities that one component serves before the next is made. */
-    static constexpr int usersPerComponent = 500;
+    static constexpr int usersPerComponent = 120;
 
 private:
     struct Materials {
