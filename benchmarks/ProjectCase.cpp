@@ -87,7 +87,8 @@ public:
         put(result, QStringLiteral("shown"), showns);
         if (m_options.closing)
             put(result, QStringLiteral("close"), closes);
-        compareWithTwin(result);
+        if (m_options.closing)
+            compareWithTwin(result);
         return result;
     }
 

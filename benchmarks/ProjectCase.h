@@ -16,7 +16,7 @@ struct CaseOptions {
     QString folder;      ///< of the project, which stands
     int repeats = 1;     ///< openings and closings; the least counts
     bool atOnce = true;  ///< also delete the bare entities all in one turn of the event loop
-    bool closing = true; ///< false: stop before closing
+    bool closing = true; ///< false: only open
 };
 
 QJsonObject measureProject(const CaseOptions& options);
