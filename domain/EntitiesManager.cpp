@@ -22,6 +22,8 @@ namespace {
 /** Tags of the view's own writes. */
 constexpr int ownShapeOrigin = 5000;
 constexpr int projectionOrigin = -1;
+/** Objects from which on a load leaves the scene. */
+constexpr int largeLoad = 500;
 
 void logError(const char* message)
 {
@@ -36,10 +38,16 @@ EntitiesManager::EntitiesManager(SceneRoot& root, QObject* parent)
     , m_reader(this)
     , m_pipeEntityBuilder(this)
     , m_removals(this)
+    , m_dock(std::make_unique<Qt3DCore::QNode>())
 {
 }
 
-EntitiesManager::~EntitiesManager() = default;
+EntitiesManager::~EntitiesManager()
+{
+    // The root is being destroyed; the dock must not do it again.
+    if (m_root.parentNode() == m_dock.get())
+        m_root.setParent(static_cast<Qt3DCore::QNode*>(nullptr));
+}
 
 void EntitiesManager::init()
 {
@@ -54,7 +62,10 @@ void EntitiesManager::init()
     connect(&m_reader, &DomainReader::loadingStarted, this, &EntitiesManager::onLoadingStarted);
     connect(&m_reader, &DomainReader::loadingProgress, this, &EntitiesManager::onLoadingProgress);
     connect(&m_reader, &DomainReader::loadingFinished, this, &EntitiesManager::onLoadingFinished);
-    connect(&m_removals, &RemovalQueue::finished, &m_reader, &DomainReader::resumeLoad);
+    connect(&m_removals, &RemovalQueue::finished, this, [this] {
+        leaveScene();
+        m_reader.resumeLoad();
+    });
     connect(&m_removals, &RemovalQueue::finished, this, &EntitiesManager::removalFinished);
     m_reader.init();
 }
@@ -62,9 +73,26 @@ void EntitiesManager::init()
 void EntitiesManager::onLoadingStarted(int total)
 {
     // What is still leaving would be searched through with every object that comes.
+    m_loadIsLarge = total > largeLoad;
     if (m_removals.isBusy())
         m_reader.pauseLoad();
+    else
+        leaveScene();
     emit loadingStarted(total);
+}
+
+void EntitiesManager::leaveScene()
+{
+    if (!m_reader.isLoading() || !m_loadIsLarge || !m_root.parentNode() || m_root.parentNode() == m_dock.get())
+        return;
+    m_place = m_root.parentNode();
+    m_root.setParent(m_dock.get());
+}
+
+void EntitiesManager::returnToScene()
+{
+    if (m_root.parentNode() == m_dock.get())
+        m_root.setParent(m_place.data());
 }
 
 void EntitiesManager::onLoadingProgress(int done, int total)
@@ -78,6 +106,7 @@ void EntitiesManager::onLoadingProgress(int done, int total)
 void EntitiesManager::onLoadingFinished()
 {
     m_root.setEnabled(true);
+    returnToScene();
     emit loadingFinished();
 }
 

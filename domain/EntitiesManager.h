@@ -8,10 +8,15 @@
 #include "scene/TransformFlags.h"
 
 #include <QObject>
+#include <QPointer>
 #include <QVector3D>
 
+#include <memory>
 #include <set>
 
+namespace Qt3DCore {
+class QNode;
+}
 namespace Torvik::Database {
 class CDomainObjectProxy;
 }
@@ -87,6 +92,8 @@ private:
     void cleanNodes();
     void cleanVirtualNodes();
     void onLoadingStarted(int total);
+    void leaveScene();
+    void returnToScene();
     void onLoadingProgress(int done, int total);
     void onLoadingFinished();
 
@@ -94,6 +101,11 @@ private:
     DomainReader m_reader;
     PipeEntityBuilder m_pipeEntityBuilder;
     RemovalQueue m_removals;
+    /** Where the root stays while a large project loads: outside the scene the renderer does not look at the objects
+     * one by one, which would take twice as long and more. */
+    std::unique_ptr<Qt3DCore::QNode> m_dock;
+    QPointer<Qt3DCore::QNode> m_place;
+    bool m_loadIsLarge = false;
     std::multiset<QString> m_postponedNodes;
     QMetaObject::Connection m_postponedConnection;
 };

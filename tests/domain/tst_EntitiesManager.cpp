@@ -297,6 +297,36 @@ private slots:
         QCOMPARE(net.a->readValue(QStringLiteral("OBJ_Shape_WKT")).toString(), placeA);
     }
 
+    void aLargeProjectIsPutTogetherOutsideTheScene()
+    {
+        Qt3DCore::QEntity scene;
+        m_root->setParent(&scene);
+        TestProject town(utm32);
+        for (int i = 0; i < 600; ++i)
+            town.addNode(QString::number(i), placeA);
+        auto& manager = m_root->entitiesManager();
+        bool inSceneMeanwhile = true;
+        connect(&manager, &EntitiesManager::loadingStarted, this,
+                [&] { inSceneMeanwhile = m_root->parentNode() == &scene; });
+
+        town.activate();
+
+        QTRY_VERIFY_WITH_TIMEOUT(!manager.isBusy(), 20000);
+        QVERIFY(!inSceneMeanwhile);
+        QCOMPARE(m_root->parentNode(), &scene);
+        QCOMPARE(SceneEntities::instance().getNodes().size(), 600);
+
+        // Opened again while the first lot still leaves: the root goes out of the scene after that only.
+        town.reopen();
+        QVERIFY(manager.isBusy());
+        town.activate();
+        QVERIFY(inSceneMeanwhile);
+        QTRY_VERIFY_WITH_TIMEOUT(!manager.isBusy(), 20000);
+        QCOMPARE(m_root->parentNode(), &scene);
+
+        m_root->setParent(static_cast<Qt3DCore::QNode*>(nullptr));
+    }
+
     void whatWaitsForItsRemovalStoresNothingAnyMore()
     {
         TestProject town(utm32);
