@@ -37,6 +37,7 @@ function(kx_test name)
         list(APPEND environment "QT_QPA_PLATFORM=offscreen")
     endif()
     if(KX_SANITIZE)
+        target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/keep_libraries.cpp)
         list(APPEND environment
             "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/lsan.supp:print_suppressions=0"
             "ASAN_OPTIONS=detect_leaks=1" "UBSAN_OPTIONS=print_stacktrace=1")
