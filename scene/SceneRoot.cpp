@@ -5,6 +5,7 @@
 #include "network/Node.h"
 #include "network/Section.h"
 #include "scene/Fuzzy.h"
+#include "scene/ReadableEffect.h"
 #include "scene/SceneEntities.h"
 #include "scene/SharedComponents.h"
 
@@ -25,6 +26,15 @@ namespace {
 constexpr float markerLength = 2.0F;
 constexpr float markerRadius = 0.02F;
 const QColor selectedColour(12, 12, 255);
+
+/** A manhole stays visible in a picture of a whole town. */
+void makeReadable(QMaterial* material)
+{
+    if (auto* const gooch = qobject_cast<Qt3DExtras::QGoochMaterial*>(material)) {
+        auto& shared = SharedComponents::instance();
+        Readable::apply(gooch, shared.readableEffect(), SharedComponents::nodePixels);
+    }
+}
 
 } // namespace
 
@@ -169,11 +179,13 @@ void SceneRoot::setMaterialPipe(QMaterial* material)
 
 void SceneRoot::setMaterialNode(QMaterial* material)
 {
+    makeReadable(material);
     change(m_materialNode, material, &SceneRoot::materialNodeChanged);
 }
 
 void SceneRoot::setMaterialNodeSelected(QMaterial* material)
 {
+    makeReadable(material);
     change(m_materialNodeSelected, material, &SceneRoot::materialNodeSelectedChanged);
 }
 
@@ -252,12 +264,26 @@ void SceneRoot::setSceneHeight(double sceneHeight)
     if (Fuzzy::equal(static_cast<double>(m_sceneHeight), sceneHeight))
         return;
     m_sceneHeight = static_cast<float>(sceneHeight);
+    tellViewScale();
     emit sceneHeightChanged(static_cast<double>(m_sceneHeight));
 }
 
 void SceneRoot::setCamera(Qt3DRender::QCamera* camera)
 {
     m_camera = camera;
+    m_viewCamera = camera;
+    if (!camera)
+        return;
+    connect(camera, &Qt3DRender::QCamera::viewVectorChanged, this, &SceneRoot::tellViewScale);
+    connect(camera, &Qt3DRender::QCamera::fieldOfViewChanged, this, &SceneRoot::tellViewScale);
+    tellViewScale();
+}
+
+void SceneRoot::tellViewScale()
+{
+    if (m_viewCamera)
+        SharedComponents::instance().setMetresPerPixel(
+            Readable::metresPerPixel(m_viewCamera->viewVector().length(), m_viewCamera->fieldOfView(), m_sceneHeight));
 }
 
 void SceneRoot::setRayCaster(Qt3DRender::QRayCaster* rayCaster)

@@ -172,12 +172,16 @@ signals:
     void distanceValueChanged(double distance);
 
 private:
+    /** Thin things are drawn wider from far away. */
+    void tellViewScale();
+
     template <typename Value, typename Signal>
     void change(Value& member, const Value& value, Signal signal);
 
     static SceneRoot* m_instance;
     static Qt3DRender::QCamera* m_camera;
 
+    QPointer<Qt3DRender::QCamera> m_viewCamera;
     QList<Qt3DCore::QTransform*> m_markerTransforms;
     EntitiesManager m_entitiesManager;
     Qt3DRender::QMaterial* m_materialPipe;

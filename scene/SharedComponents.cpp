@@ -1,9 +1,12 @@
 #include "scene/SharedComponents.h"
 
+#include "scene/ReadableEffect.h"
+
 #include <Qt3DCore/QComponent>
 #include <Qt3DExtras/QCylinderMesh>
 #include <Qt3DExtras/QGoochMaterial>
 #include <Qt3DExtras/QSphereMesh>
+#include <Qt3DRender/QParameter>
 
 #include <algorithm>
 
@@ -16,7 +19,7 @@ using Qt3DExtras::QSphereMesh;
 namespace {
 
 constexpr qreal coolShare = 0.3;
-constexpr int slices = 12;
+constexpr int slices = 16;
 constexpr int cylinderRings = 2; // the least that the mesh generator can do
 constexpr int sphereRings = 8;
 
@@ -69,6 +72,7 @@ Qt3DCore::QNode* SharedComponents::holder()
         m_cylinders.clear();
         m_spheres.clear();
         m_materials.clear();
+        m_readableEffect = nullptr;
         m_holder = new Qt3DCore::QNode;
     }
     return m_holder;
@@ -77,6 +81,28 @@ Qt3DCore::QNode* SharedComponents::holder()
 void SharedComponents::setHome(Qt3DCore::QNode* home)
 {
     holder()->setParent(home);
+}
+
+Qt3DRender::QEffect* SharedComponents::readableEffect()
+{
+    Qt3DCore::QNode* const parent = holder();
+    if (!m_readableEffect) {
+        m_readableEffect = Readable::makeEffect(parent);
+        setMetresPerPixel(m_metresPerPixel);
+    }
+    return m_readableEffect;
+}
+
+void SharedComponents::setMetresPerPixel(float metresPerPixel)
+{
+    m_metresPerPixel = metresPerPixel;
+    if (!m_holder || !m_readableEffect)
+        return;
+    const auto parameters = m_readableEffect->parameters();
+    for (Qt3DRender::QParameter* parameter : parameters) {
+        if (parameter->name() == QLatin1String(Readable::metresPerPixelParameter))
+            parameter->setValue(metresPerPixel);
+    }
 }
 
 QCylinderMesh* SharedComponents::unitCylinder()
@@ -113,7 +139,12 @@ QGoochMaterial* SharedComponents::goochMaterial(const GoochLook& look)
         m_materials.append({look, {}});
         found = m_materials.end() - 1;
     }
-    return withRoom(found->items, [parent, &look] { return makeGooch(look, parent); });
+    Qt3DRender::QEffect* const effect = readableEffect();
+    return withRoom(found->items, [parent, effect, &look] {
+        QGoochMaterial* const material = makeGooch(look, parent);
+        Readable::apply(material, effect, pipePixels);
+        return material;
+    });
 }
 
 QGoochMaterial* SharedComponents::goochMaterial(const QColor& warm)

@@ -11,6 +11,10 @@ class QCylinderMesh;
 class QGoochMaterial;
 class QSphereMesh;
 } // namespace Qt3DExtras
+namespace Qt3DRender {
+class QEffect;
+class QParameter;
+} // namespace Qt3DRender
 
 namespace Torvik::View3d {
 
@@ -52,6 +56,14 @@ public:
     /** Warm as given, cool three tenths of it, the rest as every pipe has it. */
     Qt3DExtras::QGoochMaterial* goochMaterial(const QColor& warm);
     static GoochLook lookFromWarm(const QColor& warm);
+    /** The effect by which the pool's materials draw, and others may (scene/ReadableEffect.h). */
+    Qt3DRender::QEffect* readableEffect();
+    /** Metres that a pixel shows at the view's centre; thin things are drawn wider from far away. */
+    void setMetresPerPixel(float metresPerPixel);
+
+    /** Least width on the screen. */
+    static constexpr float pipePixels = 1.5F;
+    static constexpr float nodePixels = 5.0F;
 
     /** Entities that one component serves before the next is made. */
     static constexpr int usersPerComponent = 120;
@@ -66,6 +78,8 @@ private:
     Qt3DCore::QNode* holder();
 
     QPointer<Qt3DCore::QNode> m_holder;
+    Qt3DRender::QEffect* m_readableEffect = nullptr;
+    float m_metresPerPixel = 0.0F;
     QVector<Qt3DExtras::QCylinderMesh*> m_cylinders;
     QVector<Qt3DExtras::QSphereMesh*> m_spheres;
     QVector<Materials> m_materials;

@@ -59,6 +59,13 @@ void storeWhatIsPending(ViewerController& controller)
 
 int showWindow(ViewerController& controller, const QString& folder)
 {
+    // The project that the program was started with ends it when it cannot be opened; of one that is chosen in the
+    // window the window tells.
+    QObject starting;
+    QObject::connect(&controller, &ViewerController::openingFailed, &starting,
+                     [&controller] { QGuiApplication::exit(Commands::failure(controller.errorText())); });
+    QObject::connect(&controller, &ViewerController::opened, &starting,
+                     [&starting, &controller] { controller.disconnect(&starting); });
     controller.openFolder(folder);
     const int status = QGuiApplication::exec();
     storeWhatIsPending(controller);

@@ -134,6 +134,7 @@ void tst_Program::aMissingProjectGivesOneLineAndStatus1_data()
     QTest::newRow("info") << QStringList({"info", "no-such-town"});
     QTest::newRow("dump") << QStringList({"no-such-town", "--dump", "scene.json"});
     QTest::newRow("picture") << QStringList({"no-such-town", "--screenshot", "picture.png"});
+    QTest::newRow("window") << QStringList({"no-such-town"});
 }
 
 void tst_Program::aMissingProjectGivesOneLineAndStatus1()
