@@ -10,6 +10,7 @@
 #include "geo/GdalGeoProjector.h"
 #include "network/Node.h"
 #include "network/Section.h"
+#include "scene/Debounce.h"
 #include "scene/SceneEntities.h"
 #include "scene/SceneRoot.h"
 
@@ -44,6 +45,7 @@ EntitiesManager::EntitiesManager(SceneRoot& root, QObject* parent)
 
 EntitiesManager::~EntitiesManager()
 {
+    holdStoring(false);
     // The root is being destroyed; the dock must not do it again.
     if (m_root.parentNode() == m_dock.get())
         m_root.setParent(static_cast<Qt3DCore::QNode*>(nullptr));
@@ -74,6 +76,7 @@ void EntitiesManager::onLoadingStarted(int total)
 {
     // What is still leaving would be searched through with every object that comes.
     m_loadIsLarge = total > largeLoad;
+    holdStoring(true);
     if (m_removals.isBusy())
         m_reader.pauseLoad();
     else
@@ -107,7 +110,19 @@ void EntitiesManager::onLoadingFinished()
 {
     m_root.setEnabled(true);
     returnToScene();
+    holdStoring(false);
     emit loadingFinished();
+}
+
+void EntitiesManager::holdStoring(bool hold)
+{
+    if (m_holdsStoring == hold)
+        return;
+    m_holdsStoring = hold;
+    if (hold)
+        Debounce::pauseAll();
+    else
+        Debounce::resumeAll();
 }
 
 QVector3D EntitiesManager::positionFromWKT(const QString& wkt)

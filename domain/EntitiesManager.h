@@ -94,6 +94,8 @@ private:
     void onLoadingStarted(int total);
     void leaveScene();
     void returnToScene();
+    /** While objects come, what they would store waits: it is a comparison with what they have just been read from. */
+    void holdStoring(bool hold);
     void onLoadingProgress(int done, int total);
     void onLoadingFinished();
 
@@ -101,6 +103,7 @@ private:
     DomainReader m_reader;
     PipeEntityBuilder m_pipeEntityBuilder;
     RemovalQueue m_removals;
+    bool m_holdsStoring = false;
     /** Where the root stays while a large project loads: outside the scene the renderer does not look at the objects
      * one by one, which would take twice as long and more. */
     std::unique_ptr<Qt3DCore::QNode> m_dock;

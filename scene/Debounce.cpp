@@ -29,12 +29,20 @@ public:
 
     static DebounceQueue& forInterval(int intervalMs)
     {
-        // Never destroyed: objects of static storage may stop their wait after any static of ours is gone.
-        static auto* const queues = new std::map<int, DebounceQueue*>;
-        auto& queue = (*queues)[intervalMs];
+        auto& queue = all()[intervalMs];
         if (!queue)
             queue = new DebounceQueue(intervalMs);
         return *queue;
+    }
+
+    static void pauseAll() { ++pauses(); }
+
+    static void resumeAll()
+    {
+        if (pauses() == 0 || --pauses() > 0)
+            return;
+        for (const auto& [interval, queue] : all())
+            queue->arm();
     }
 
     void start(Debounce& debounce)
@@ -62,6 +70,8 @@ protected:
     void timerEvent(QTimerEvent*) override
     {
         m_timer.stop();
+        if (pauses() > 0)
+            return;
         const auto begin = m_clock.elapsed();
         while (!m_waiting.empty() && m_waiting.front()->m_dueMs <= begin) {
             Debounce& due = *m_waiting.front();
@@ -76,9 +86,22 @@ protected:
     }
 
 private:
+    static std::map<int, DebounceQueue*>& all()
+    {
+        // Never destroyed: objects of static storage may stop their wait after any static of ours is gone.
+        static auto* const queues = new std::map<int, DebounceQueue*>;
+        return *queues;
+    }
+
+    static int& pauses()
+    {
+        static int pauses = 0;
+        return pauses;
+    }
+
     void arm()
     {
-        if (m_waiting.empty())
+        if (m_waiting.empty() || pauses() > 0)
             return;
         const auto wait = std::max(0LL, m_waiting.front()->m_dueMs - m_clock.elapsed());
         m_timer.start(static_cast<int>(wait), Qt::PreciseTimer, this);
@@ -99,6 +122,16 @@ Debounce::Debounce(int intervalMs, std::function<void()> action)
 Debounce::~Debounce()
 {
     stop();
+}
+
+void Debounce::pauseAll()
+{
+    DebounceQueue::pauseAll();
+}
+
+void Debounce::resumeAll()
+{
+    DebounceQueue::resumeAll();
 }
 
 void Debounce::start()

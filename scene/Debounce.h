@@ -22,6 +22,11 @@ public:
     void stop();
     bool isActive() const { return m_active; }
 
+    /** Lets every action wait, those that are due too, until as many resumeAll() have come: for a load, whose objects
+     *  would otherwise compare what they hold with what is stored while others still come. */
+    static void pauseAll();
+    static void resumeAll();
+
 private:
     friend class DebounceQueue;
 

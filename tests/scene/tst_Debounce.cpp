@@ -88,6 +88,27 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(calls, 3, 1000);
     }
 
+    void aPauseHoldsWhatIsDueUntilTheLastResume()
+    {
+        int calls = 0;
+        Debounce debounce(10, [&] { ++calls; });
+        Debounce::pauseAll();
+        Debounce::pauseAll();
+        debounce.start();
+        QTest::qWait(50);
+        Debounce::resumeAll();
+        QTest::qWait(30);
+        QCOMPARE(calls, 0);
+        QVERIFY(debounce.isActive());
+
+        Debounce::resumeAll();
+
+        QTRY_COMPARE_WITH_TIMEOUT(calls, 1, 1000);
+        Debounce::resumeAll();
+        debounce.start();
+        QTRY_COMPARE_WITH_TIMEOUT(calls, 2, 1000);
+    }
+
     void tenThousandWaitsRestartTenTimesInAMoment()
     {
         int calls = 0;
