@@ -16,8 +16,60 @@ struct Head {
     bool empty = false;
 };
 
+bool isLetter(QChar c)
+{
+    return (c >= QLatin1Char('A') && c <= QLatin1Char('Z')) || (c >= QLatin1Char('a') && c <= QLatin1Char('z'));
+}
+
+int skipBlanks(const QString& text, int i)
+{
+    while (i < text.size() && text[i].isSpace()) {
+        ++i;
+    }
+    return i;
+}
+
+/** The letters from i on, in capitals; i goes behind them. */
+QString wordFrom(const QString& text, int& i)
+{
+    const int start = i;
+    while (i < text.size() && isLetter(text[i])) {
+        ++i;
+    }
+    return text.mid(start, i - start).toUpper();
+}
+
+/** The head as nearly every text has it, "KEYWORD ZM(": a project is read by the hundred thousand of them. False for
+ *  anything else. */
+bool usualHead(const QString& wkt, Head& head)
+{
+    int i = skipBlanks(wkt, 0);
+    const QString keyword = wordFrom(wkt, i);
+    if (keyword.isEmpty()) {
+        return false;
+    }
+    i = skipBlanks(wkt, i);
+    const QString dimensions = wordFrom(wkt, i);
+    i = skipBlanks(wkt, i);
+    const bool known =
+        dimensions == QLatin1String("ZM") || dimensions == QLatin1String("Z") || dimensions == QLatin1String("M") ||
+        // Without a word of their own they may end the keyword: "POINTZM(".
+        (dimensions.isEmpty() && !keyword.endsWith(QLatin1Char('Z')) && !keyword.endsWith(QLatin1Char('M')));
+    if (!known || i >= wkt.size() || wkt[i] != QLatin1Char('(')) {
+        return false;
+    }
+    head.keyword = keyword;
+    head.dimensions = dimensions;
+    head.bodyStart = i;
+    return true;
+}
+
 Head headOf(const QString& wkt)
 {
+    Head usual;
+    if (usualHead(wkt, usual)) {
+        return usual;
+    }
     static const QRegularExpression pattern(
         QStringLiteral("^\\s*(?:SRID\\s*=\\s*\\d+\\s*;)?\\s*([A-Z]+?)\\s*(ZM|Z|M)?\\s*(\\(|\\bEMPTY\\b|$)"),
         QRegularExpression::CaseInsensitiveOption);
@@ -77,12 +129,20 @@ QVector<QString> splitAtTopLevel(const QString& body)
 
 WktPoint pointOf(const QString& vertex, const QString& dimensions)
 {
-    static const QRegularExpression blanks(QStringLiteral("\\s+"));
-    const QStringList ordinates = vertex.split(blanks, Qt::SkipEmptyParts);
-    if (dimensions == QLatin1String("M")) {
-        return {ordinates.value(0), ordinates.value(1), QString(), ordinates.value(2)};
+    QString ordinates[4];
+    int end = 0;
+    for (QString& ordinate : ordinates) {
+        const int start = skipBlanks(vertex, end);
+        end = start;
+        while (end < vertex.size() && !vertex[end].isSpace()) {
+            ++end;
+        }
+        ordinate = end > start ? vertex.mid(start, end - start) : QString();
     }
-    return {ordinates.value(0), ordinates.value(1), ordinates.value(2), ordinates.value(3)};
+    if (dimensions == QLatin1String("M")) {
+        return {ordinates[0], ordinates[1], QString(), ordinates[2]};
+    }
+    return {ordinates[0], ordinates[1], ordinates[2], ordinates[3]};
 }
 
 bool hasHorizontalPosition(const WktPoint& point)
