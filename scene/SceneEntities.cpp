@@ -34,6 +34,8 @@ SceneEntities::SceneEntities()
 void SceneEntities::initConnections()
 {
     auto& app = AppState::instance();
+    // A scene that is built again must not hear everything twice.
+    disconnect(&app, nullptr, this, nullptr);
     const auto onInspection = [this](const CDomainObjectPointer& inspection) {
         onActiveInspectionChanged(CQmlDomainObject(inspection));
     };

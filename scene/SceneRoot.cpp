@@ -55,6 +55,8 @@ SceneRoot::SceneRoot()
     SharedComponents::instance().setHome(this);
     auto& app = AppState::instance();
     connect(&app, &AppState::activeProjectChanged, this, &SceneRoot::cleanupBeforeProjectChanged);
+    // Anew for each root, so that it comes before every other reaction to the change.
+    disconnect(&app, &AppState::activeProjectChanged, GdalGeoProjector::instance(), &GdalGeoProjector::deinit);
     connect(&app, &AppState::activeProjectChanged, GdalGeoProjector::instance(), &GdalGeoProjector::deinit);
     createSetDefaultMaterialSelected();
     SceneEntities::instance().initConnections();
