@@ -80,10 +80,10 @@ void LogSink::setThreshold(int level)
     sink().threshold = level;
 }
 
-int LogSink::subscribe(Listener listener)
+int LogSink::subscribe(const Listener& listener)
 {
     QMutexLocker lock(&sink().mutex);
-    sink().listeners.insert(++sink().lastSubscription, std::move(listener));
+    sink().listeners.insert(++sink().lastSubscription, listener);
     return sink().lastSubscription;
 }
 

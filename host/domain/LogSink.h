@@ -24,7 +24,7 @@ public:
 
     /** From now on the listener hears every line, on the thread that logs it and one line at a time. It may log itself,
      *  which it will not hear. The result is for unsubscribe(). */
-    static int subscribe(Listener listener);
+    static int subscribe(const Listener& listener);
     /** When this returns on a thread other than the logging one, the listener is not running and will not run again. */
     static void unsubscribe(int subscription);
 };
