@@ -32,6 +32,13 @@ bool import(OGRSpatialReference& system, const QString& wkt)
     return system.importFromWkt(withoutPrefix(wkt).toUtf8().constData()) == OGRERR_NONE;
 }
 
+/** A definition in any of GDAL's forms, but never a file or an address: the text comes out of a project. */
+bool importDefinition(OGRSpatialReference& system, const QString& text)
+{
+    return system.SetFromUserInput(text.toUtf8().constData(),
+                                   OGRSpatialReference::SET_FROM_USER_INPUT_LIMITATIONS_get()) == OGRERR_NONE;
+}
+
 OGRSpatialReference wgs84()
 {
     OGRSpatialReference system;
@@ -45,7 +52,8 @@ OGRSpatialReference wgs84()
 OGRSpatialReference systemOf(const QString& wkt)
 {
     OGRSpatialReference system;
-    if (!import(system, wkt))
+    // A project may name its system by a code, "EPSG:25832".
+    if (!import(system, wkt) && !importDefinition(system, withoutPrefix(wkt)))
         throw std::runtime_error("Failed to create coordinate transformation.");
     system.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
     return system;
@@ -101,7 +109,7 @@ bool isDefinition(const QString& text)
 {
     const CPLErrorHandlerPusher quiet(CPLQuietErrorHandler);
     OGRSpatialReference system;
-    return system.SetFromUserInput(text.toUtf8().constData()) == OGRERR_NONE;
+    return importDefinition(system, text);
 }
 
 double mercatorScale(double latitude)

@@ -66,7 +66,8 @@ bool sameShape(const QString& stored, const QString& text)
 {
     const auto storedParts = Database::WktParser::parseWkt(stored);
     const auto parts = Database::WktParser::parseWkt(text);
-    return std::equal(storedParts.begin(), storedParts.end(), parts.begin(), parts.end(), samePolyline);
+    return !parts.isEmpty() &&
+           std::equal(storedParts.begin(), storedParts.end(), parts.begin(), parts.end(), samePolyline);
 }
 
 Writer::Writer(const QString& prefix)

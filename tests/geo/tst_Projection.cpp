@@ -1,6 +1,7 @@
 #include "geo/GeoTestSystems.h"
 #include "geo/Projection.h"
 
+#include <QTemporaryFile>
 #include <QtTest>
 
 #include <cmath>
@@ -43,6 +44,8 @@ private slots:
     void thereAndBackStaysWithinAMillimetre_data();
     void thereAndBackStaysWithinAMillimetre();
     void anUnknownSystemCannotBeTransformedTo();
+    void aFileIsNoDefinition();
+    void aSystemNamedByItsCodeConvertsAsItsTextDoes();
     void aPlaceOutsideTheWorldFails();
     void mercatorMetresShrinkWithTheLatitude();
 };
@@ -233,6 +236,26 @@ void tst_Projection::anUnknownSystemCannotBeTransformedTo()
     QCOMPARE(failureOf(8.0, 50.0, "WKT:"), expected);
     QCOMPARE(failureOf(8.0, 50.0, "PROJCS[\"broken"), expected);
     QVERIFY_EXCEPTION_THROWN(Projection::geographicFromProjected({0, 0, 0}, ""), std::runtime_error);
+}
+
+void tst_Projection::aFileIsNoDefinition()
+{
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    file.write(wktOf(25832).toUtf8());
+    file.close();
+
+    QVERIFY(!Projection::isDefinition(file.fileName()));
+    QCOMPARE(failureOf(8.0, 50.0, file.fileName()), QStringLiteral("Failed to create coordinate transformation."));
+}
+
+void tst_Projection::aSystemNamedByItsCodeConvertsAsItsTextDoes()
+{
+    const auto byText = Projection::projectedFromGeographic({8.0, 50.0, 0}, wktOf(25832));
+    const auto byCode = Projection::projectedFromGeographic({8.0, 50.0, 0}, "EPSG:25832");
+
+    QCOMPARE(byCode.easting, byText.easting);
+    QCOMPARE(byCode.northing, byText.northing);
 }
 
 void tst_Projection::aPlaceOutsideTheWorldFails()

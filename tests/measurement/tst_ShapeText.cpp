@@ -190,6 +190,7 @@ void tst_ShapeText::aShapeThatComesBackNearlyIsTheSameOne_data()
                                                    << QStringLiteral("POINT ZM(570030 5830039.9999 37 16)") << true;
     QTest::newRow("a point by a millimetre") << QStringLiteral("POINT ZM(570030 5830040 37 16)")
                                              << QStringLiteral("POINT ZM(570030.001 5830040 37 16)") << false;
+    QTest::newRow("blanks stored and nothing to store") << QStringLiteral("  ") << QString() << false;
     QTest::newRow("nothing stored") << QString() << line << false;
 }
 
