@@ -8,7 +8,9 @@
 #include "domain/boundary/Notifications.h"
 #include "domain/boundary/Vector3D.h"
 #include "geo/GdalGeoProjector.h"
+#include "measurement/SystemControlProxy.h"
 #include "network/Node.h"
+#include "network/ObservationConnection.h"
 #include "network/Section.h"
 #include "scene/Debounce.h"
 #include "scene/SceneEntities.h"
@@ -59,6 +61,8 @@ void EntitiesManager::init()
     connect(&m_reader, &DomainReader::nodeModified, this, &EntitiesManager::onNodeModified);
     connect(&m_reader, &DomainReader::sectionModified, this, &EntitiesManager::onSectionModified);
     connect(&m_reader, &DomainReader::inspectionModified, this, &EntitiesManager::onInspectionModified);
+    connect(&m_reader, &DomainReader::observationInserted, this, &EntitiesManager::onObservationInserted);
+    connect(&m_reader, &DomainReader::observationModified, this, &EntitiesManager::onObservationModified);
     connect(&m_reader, &DomainReader::allRowsRemoved, this, &EntitiesManager::onCleanAll);
     connect(&m_reader, &DomainReader::objectRemoved, this, &EntitiesManager::onObjectRemoved);
     connect(&m_reader, &DomainReader::loadingStarted, this, &EntitiesManager::onLoadingStarted);
@@ -264,7 +268,48 @@ void EntitiesManager::onSectionInspectionInserted(const CDomainObjectPointer& ob
         return;
     }
     m_pipeEntityBuilder.create(inspection);
+    m_pipeEntityBuilder.loadObservations(inspection);
+    const auto pipe = inspection->parentObject().toStrongRef();
+    if (pipe && pipe->objectType() == LateralObjectType)
+        testProximty(inspection);
 }
+
+void EntitiesManager::testProximty(const QSharedPointer<CPipeInspectionObject>& inspection)
+{
+    const auto lateral = inspection->parentObject().toStrongRef();
+    if (!lateral || lateral->readValue(QStringLiteral("OBJ_Section_REF")).toString().isEmpty())
+        return;
+    // A lateral that appears right at the crawler is announced at once.
+    if (Section* const section = SceneEntities::instance().getPipeEntities().getByInspectionId(inspection->id()))
+        section->testLateralProximity(static_cast<double>(SystemControlProxy::instance().sectionDistanceCounter()));
+}
+
+void EntitiesManager::onObservationInserted(const CDomainObjectPointer& observation, bool fromDB)
+{
+    m_pipeEntityBuilder.insertObservation(observation, fromDB);
+}
+
+void EntitiesManager::onObservationModified(const CDomainObjectPointer& object)
+{
+    auto& observations = SceneEntities::instance().getObservations();
+    const auto entry = observations.constFind(object ? object->id() : QString());
+    if (entry == observations.constEnd()) {
+        logError("onObservationModified object not found");
+        return;
+    }
+    Observation* const observation = *entry;
+    if (!observation) {
+        logError("onObservationModified object is not Observation");
+        return;
+    }
+    Observation* const replacement = observation->modify();
+    if (replacement == observation)
+        return;
+    observations.insert(object->id(), replacement);
+    observation->deleteLater();
+}
+
+void EntitiesManager::onObservationRemoved(const CDomainObjectPointer&) {}
 
 void EntitiesManager::onNodeModified(const CDomainObjectPointer& object)
 {
@@ -330,12 +375,19 @@ void EntitiesManager::onObjectRemoved(const QString& id)
         section->deleteLater();
         return;
     }
-    if (Node* const node = entities.getNodes().take(id))
+    if (Node* const node = entities.getNodes().take(id)) {
         node->deleteLater();
+        return;
+    }
+    if (Observation* const observation = entities.getObservations().take(id)) {
+        observation->performCleanup();
+        observation->deleteLater();
+    }
 }
 
 void EntitiesManager::onCleanAll()
 {
+    cleanObservations();
     cleanNodes();
     const auto sections = SceneEntities::instance().getPipeEntities().takeAll();
     for (Section* section : sections)
@@ -350,6 +402,17 @@ void EntitiesManager::letGo(Renderable* object)
     // While it waits for its removal the same project may be opened again: it must not store its shape there.
     disconnect(object, &Renderable::editingFinished, nullptr, nullptr);
     m_removals.remove(object);
+}
+
+void EntitiesManager::cleanObservations()
+{
+    auto& entities = SceneEntities::instance();
+    const auto laterals = entities.getLateralConnections().keys();
+    for (const QString& lateral : laterals)
+        entities.getLateralConnections().take(lateral);
+    const auto observations = entities.getObservations().keys();
+    for (const QString& id : observations)
+        letGo(entities.getObservations().take(id));
 }
 
 void EntitiesManager::cleanNodes()

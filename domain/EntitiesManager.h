@@ -19,7 +19,8 @@ class QNode;
 }
 namespace Torvik::Database {
 class CDomainObjectProxy;
-}
+class CPipeInspectionObject;
+} // namespace Torvik::Database
 
 namespace Torvik::View3d {
 
@@ -70,6 +71,10 @@ public slots:
     void onNodeModified(const CDomainObjectPointer& node);
     void onSectionModified(const CDomainObjectPointer& object);
     void onInspectionModified(const CDomainObjectPointer& inspection);
+    void onObservationInserted(const CDomainObjectPointer& observation, bool fromDB);
+    void onObservationModified(const CDomainObjectPointer& object);
+    /** Nothing: removal goes through onObjectRemoved. */
+    void onObservationRemoved(const CDomainObjectPointer& observation);
     void onCleanAll();
     void onObjectRemoved(const QString& id);
     void onCrawlerPositionChanged(double distance);
@@ -89,6 +94,8 @@ private:
     void onNodeValueChanged(const Database::CDomainObjectProxy& proxy, Node* node, const QString& key,
                             const QVariant& value, int origin);
     void letGo(Renderable* object);
+    void testProximty(const QSharedPointer<Database::CPipeInspectionObject>& inspection);
+    void cleanObservations();
     void cleanNodes();
     void cleanVirtualNodes();
     void onLoadingStarted(int total);

@@ -1,13 +1,25 @@
 #include "domain/PipeEntityBuilder.h"
 
 #include "domain/NotificationMapper.h"
+#include "domain/ObservationAdapter.h"
 #include "domain/SectionAdapter.h"
+#include "domain/boundary/CLogger.h"
 #include "domain/boundary/Notifications.h"
+#include "network/ObservationConnection.h"
 #include "network/Section.h"
 #include "scene/SceneEntities.h"
 #include "scene/SceneRoot.h"
 
 namespace Torvik::View3d {
+
+namespace {
+
+void logError(const char* message)
+{
+    Logging::CLogger::logMessage(Logging::LogError, QStringLiteral("PipeEntityBuilder"), QLatin1String(message));
+}
+
+} // namespace
 
 PipeEntityBuilder::PipeEntityBuilder(QObject* parent)
     : QObject(parent)
@@ -30,6 +42,10 @@ Section* PipeEntityBuilder::create(const Inspection& inspection)
 
 void PipeEntityBuilder::connectSection(Section* section)
 {
+    connect(section, &Section::lateralConnectionAdded, this, &PipeEntityBuilder::onLateralConnectionAdded,
+            Qt::DirectConnection);
+    connect(section, &Section::lateralConnectionRemoved, this, &PipeEntityBuilder::onLateralConnectionRemoved);
+    connect(section, &Section::lateralRefreshRequest, this, &PipeEntityBuilder::onLateralRefreshRequest);
     connect(section, &Section::lateralInProximity, this, &PipeEntityBuilder::onLateralInProximity);
     connect(section, &Section::lateralNotInProximity, SceneRoot::instance(), &SceneRoot::lateralNotInProximity);
 }
@@ -44,7 +60,63 @@ Section* PipeEntityBuilder::createOrReplace(Section* old, Section* replacement, 
     }
     if (!inspection || replacement)
         return nullptr;
-    return create(inspection);
+    Section* const section = create(inspection);
+    loadObservations(inspection);
+    return section;
+}
+
+void PipeEntityBuilder::loadObservations(const Inspection& inspection)
+{
+    if (!inspection)
+        return;
+    const auto& known = SceneEntities::instance().getObservations();
+    for (int i = 0; i < inspection->observationCount(); ++i) {
+        const auto observation = inspection->observation(i);
+        if (observation && !known.contains(observation->id()))
+            insertObservation(observation, true);
+    }
+}
+
+void PipeEntityBuilder::insertObservation(const CDomainObjectPointer& observation, bool fromDB)
+{
+    const auto inspection = observation ? observation->parentObject().toStrongRef() : CDomainObjectPointer();
+    auto& entities = SceneEntities::instance();
+    Section* const section = inspection ? entities.getPipeEntities().getByInspectionId(inspection->id()) : nullptr;
+    if (!section)
+        return;
+    auto* const proxy = new Database::CDomainObjectProxy(sharedNotificationMapper(), observation, nullptr);
+    auto* const adapter = new ObservationAdapter(proxy, nullptr);
+    proxy->setParent(adapter);
+    entities.getObservations().insert(observation->id(), Observation::create(section, adapter, fromDB));
+}
+
+void PipeEntityBuilder::onLateralConnectionAdded(const QString& sectionId, ObservationConnection* connection)
+{
+    auto& entities = SceneEntities::instance();
+    entities.getLateralConnections().insert(sectionId, connection);
+    const auto sections = entities.getPipeEntities().getBySectionId(sectionId);
+    for (Section* section : sections)
+        section->reposition();
+}
+
+void PipeEntityBuilder::onLateralConnectionRemoved(const QString& sectionId)
+{
+    SceneEntities::instance().getLateralConnections().take(sectionId);
+}
+
+void PipeEntityBuilder::onLateralRefreshRequest(const QString& sectionId)
+{
+    const auto sections = SceneEntities::instance().getPipeEntities().getBySectionId(sectionId);
+    if (sections.isEmpty())
+        logError("onLateralRefreshRequest object not found");
+    for (Section* section : sections) {
+        if (!section) {
+            logError("onLateralRefreshRequest object is not a Section");
+            return;
+        }
+        section->reposition();
+        section->refreshName();
+    }
 }
 
 void PipeEntityBuilder::onLateralInProximity(const QString& inspectionId)

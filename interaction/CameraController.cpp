@@ -63,6 +63,11 @@ void CameraController::connectInput()
 
 void CameraController::classBegin() {}
 
+void CameraController::abandonGesture()
+{
+    m_pressed = false;
+}
+
 void CameraController::componentComplete()
 {
     GlobalNav::instance()->registerCameraController(this);

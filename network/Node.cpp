@@ -5,12 +5,15 @@
 #include "domain/boundary/CLogger.h"
 #include "domain/boundary/WktPoint.h"
 #include "geo/GdalGeoProjector.h"
+#include "interaction/TouchControl.h"
 #include "network/LowestManholeTracker.h"
 #include "network/NodeGeometry.h"
 #include "network/NodeInformationToggle.h"
 #include "network/Section.h"
 #include "scene/Fuzzy.h"
 #include "scene/SceneEntities.h"
+#include "scene/SceneRoot.h"
+#include "scene/SelectionAwareness.h"
 
 namespace Torvik::View3d {
 
@@ -58,6 +61,8 @@ Node::Node(Qt3DCore::QEntity* parent, NodeAdapter* props, bool isVirtual, bool v
 
 Node::~Node()
 {
+    if (SelectionAwareness::instance().isSelected(guid()))
+        SceneRoot::instance()->deselectByDomainGuid(guid());
     const auto sections = m_sections;
     for (Section* section : sections)
         section->unregisterNode(this);
@@ -105,6 +110,11 @@ void Node::setSelectedMaterial()
 void Node::setDefaultMaterial()
 {
     m_geometry->unselected();
+}
+
+TouchControlBase* Node::createTouchControl()
+{
+    return new TouchControl(this, false);
 }
 
 QString Node::guid()

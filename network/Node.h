@@ -123,6 +123,9 @@ signals:
     /** The mesh was rebuilt or the depth has changed. */
     void shapeChanged();
 
+protected:
+    TouchControlBase* createTouchControl() override;
+
 private:
     void applyVisibility(bool visible);
 

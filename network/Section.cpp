@@ -4,6 +4,7 @@
 #include "domain/boundary/CLogger.h"
 #include "domain/boundary/WktPoint.h"
 #include "geo/GdalGeoProjector.h"
+#include "interaction/TouchControl.h"
 #include "interaction/Utils3d.h"
 #include "measurement/InspectionCommands.h"
 #include "network/LowestManholeTracker.h"
@@ -12,6 +13,7 @@
 #include "network/Pipe.h"
 #include "scene/Fuzzy.h"
 #include "scene/GlobalNav.h"
+#include "scene/SceneEntities.h"
 #include "scene/SceneRoot.h"
 
 namespace Torvik::View3d {
@@ -39,6 +41,8 @@ Section::Section(Qt3DCore::QEntity* parent, SectionAdapterBase* props)
 
 Section::~Section()
 {
+    SceneEntities::instance().removeObject(this);
+    connectCancel();
     LowestManholeTracker::instance()->unregisterSection(this);
     emit lateralNotInProximity();
     delete m_inspection;
@@ -67,6 +71,8 @@ Section* Section::create(Qt3DCore::QEntity* parent, SectionAdapterBase* props)
     section->moveEndNodeToPipeEnd();
     if (section->m_endNode->has3dPosition())
         section->rotateToEndNodeDirection();
+    section->refreshConnectionVisibility();
+    section->recalculateManualRotationOffset();
     emit section->sectionGeometryChanged();
     return section;
 }
@@ -166,6 +172,11 @@ void Section::setSelectedMaterial()
 void Section::setDefaultMaterial()
 {
     m_pipe->setColor(QColor(defaultColour));
+}
+
+TouchControlBase* Section::createTouchControl()
+{
+    return new TouchControl(this, false);
 }
 
 QString Section::guid()

@@ -18,7 +18,9 @@
 
 namespace Qt3DRender {
 class QPickEvent;
-}
+class QRayCaster;
+class QRayCasterHit;
+} // namespace Qt3DRender
 
 namespace Torvik::View3d {
 
@@ -62,6 +64,12 @@ public:
     QString name() const override;
     void setName(const QString& name) override;
     QString renderableType() const override;
+    /** Previews a connection: the last segment runs straight to where the target takes it, until connectApply() or
+     *  connectCancel(). Nothing while a preview stands. */
+    void connectTo(Renderable* target) override;
+    /** Makes the preview final, and stores it. */
+    void connectApply() override;
+    void connectCancel() override;
     QMatrix4x4 crawlerTransformMatrix() const override;
     float pipeScale() const override;
     /** The main pipe's course, then the second pipe's. */
@@ -121,6 +129,36 @@ public:
     void alignToOutlet(Node* node);
     /** Puts the start to the node and lets it follow the node from now on. */
     void snapToNode(Node* node);
+
+    /** Stretches the last segment abreast of the end node; to the next pipe ahead when that node is virtual. The
+     * direction stays. */
+    Q_INVOKABLE void connectToEnd();
+    /** Stretches the last segment into the pipe that a ray along it meets, up to five metres ahead. The answer comes in
+     *  a later turn of the event loop. */
+    void connectToNearestSectionEntity(Qt3DRender::QRayCaster* rayCaster);
+
+    /** A lateral of this section begins at the connection. */
+    void addLateralConnection(const QString& ref, ObservationConnection* connection);
+    void removeLateralConnection(const QString& ref);
+    /** Lateral ids and the distances, in metres, at which their connections were first seen. */
+    const QHash<QString, float>& laterals() const { return m_laterals; }
+    /** Announces the lateral within half a metre of the distance, if its inspection runs upstream, or that there is
+     *  none any more. */
+    void testLateralProximity(double distance);
+    /** The lateral goes with its connection: keeping the direction that the user gave it, or with the second taking the
+     *  joint's anew. */
+    void refreshLateral(const QString& ref);
+    void refreshLateralFromObservationConnection(const QString& ref);
+    /** As a lateral: to its connection, keeping the turn against it; the downstream node goes along. */
+    void reposition();
+    /** As a lateral: to its connection, in the joint's direction. */
+    void repositionObservationConnection();
+    void repositionToParent(Renderable* parent, bool keepOffset);
+    void recalculateManualRotationOffset();
+    /** Turn of the pipe against its connection. */
+    QQuaternion computeManualRotationMatrix(ObservationConnection* connection) const;
+    /** The connection's stub shows as long as the lateral is not really inspected. */
+    void refreshConnectionVisibility();
 
     void rotateToTarget(const QVector3D& target, int flags);
     /** Points at the outlet of an end node whose place is known, unless the section is bound. */
@@ -196,19 +234,33 @@ signals:
     void lateralInProximity(Torvik::Base::GUID lateralRef);
     void lateralNotInProximity();
 
+protected:
+    TouchControlBase* createTouchControl() override;
+
 private:
     void createPipes(const QVector<QVector<QVector3D>>& shapes);
     void connectPipe();
     void onRealTimeEnabledChanged(bool enabled);
     void followStartNode(Node* node);
     void snapLateralToNode(Node* node);
+    void startAtNode(Node* node);
+    void startAtJoint(Node* node);
+    void pointAlong(const QMatrix4x4& joint);
+    template <typename Move>
+    void refreshLateralBy(const QString& ref, Move follow);
+    /** Of this lateral; null, with a line in the log, when there is none. */
+    ObservationConnection* connectionToParent() const;
+    void stretchLastSegment(float length);
+    void connectToHits(const QVector<Qt3DRender::QRayCasterHit>& hits);
     float recordedDepthAt(Node* node, const QVariant& recorded) const;
     QVector3D pointAtFirstSegmentEnd() const;
     Node* virtualNode();
 
+    QQuaternion m_manualRotationOffset; ///< of a lateral against its connection
     double m_diameter = 0.0;
     bool m_lockedAsEnded = false;
     float m_endDistance = 0.0F;
+    bool m_lateralInProximity = false;
     bool m_autorotation = true;
     SectionAdapterBase* m_props = nullptr;
     InspectionCommands* m_inspection = nullptr;
@@ -218,9 +270,13 @@ private:
     QPointer<Node> m_startNode;
     QPointer<Node> m_endNode;
     QVector<Node*> m_tiedNodes;
+    QHash<QString, float> m_laterals;
     ShapeAccess m_shapeAccess;
     Qt3DCore::QEntity* m_directionArrow = nullptr;
     std::optional<QString> m_name;
+    bool m_connecting = false;
+    QQuaternion m_savedRotation;
+    float m_savedLength = 0.0F;
 };
 
 } // namespace Torvik::View3d

@@ -62,18 +62,21 @@ void Section::rotateToPointDirection(QVector3D pointEndTo, int flags)
     const QVector3D end = m_pipe->getTransformMatrixAtDistance(m_pipe->length()).column(3).toVector3D();
     const QMatrix4x4 turn = OutletMath::turnTowardsPoint(position(), end, pointEndTo);
     transform()->setMatrix(turn * transform()->matrix(), flags);
+    recalculateManualRotationOffset();
     emit sectionGeometryChanged();
 }
 
 void Section::rotateToTargetAngleY(float angle, int flags)
 {
     transform()->setRotationY(angle, flags);
+    recalculateManualRotationOffset();
     emit sectionGeometryChanged();
 }
 
 void Section::rotateToTargetInclination(float angle, int flags)
 {
     m_inspection->rotateToTargetInclination(angle, flags);
+    recalculateManualRotationOffset();
     emit sectionGeometryChanged();
 }
 
@@ -136,10 +139,14 @@ void Section::onDistanceCounterChanged(double distance)
     if (hasMultipipe())
         return;
     m_inspection->setDistance(static_cast<float>(distance), !realTime());
-    if (!realTime())
+    if (!realTime()) {
         m_shapeAccess.writePoints(this);
+        testLateralProximity(distance);
+    }
     if (m_startNode && !needsDirectionArrow())
         hideDirectionArrow();
+    if (m_props->isLateral())
+        refreshConnectionVisibility();
     emit sectionGeometryChanged();
 }
 

@@ -2,7 +2,6 @@
 
 #include "domain/NodeAdapter.h"
 #include "domain/SectionAdapterBase.h"
-#include "domain/boundary/CLogger.h"
 #include "network/Node.h"
 #include "network/OutletMath.h"
 #include "scene/Fuzzy.h"
@@ -247,23 +246,6 @@ void Section::snapToNode(Node* node)
         snapLateralToNode(node);
     alignToOutlet(node);
     followStartNode(node);
-}
-
-void Section::snapLateralToNode(Node* node)
-{
-    if (!node)
-        return;
-    const auto write = [](Logging::LogLevel level, const QString& message) {
-        Logging::CLogger::logMessage(level, QStringLiteral("View3d::Section"), message);
-    };
-    if (inspectionDownstream()) {
-        transform()->setTranslation(node->transform()->translation(), 0);
-        if (m_endNode)
-            rotateToPointDirection(m_endNode->position(), 0);
-    } else {
-        write(Logging::LogError, QStringLiteral("Lateral connection does not exist"));
-    }
-    write(Logging::LogInformation, QStringLiteral("Lateral %1 snapped to Node %1").arg(name()));
 }
 
 void Section::followStartNode(Node* node)

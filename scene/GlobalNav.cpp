@@ -26,9 +26,13 @@ void GlobalNav::registerCameraController(CameraController* controller)
 
 void GlobalNav::setActiveObjectTransformControl(bool active)
 {
-    if (m_cameraController) {
-        m_cameraController->setEnabled(!active);
+    if (!m_cameraController) {
+        return;
     }
+    if (active) {
+        m_cameraController->abandonGesture();
+    }
+    m_cameraController->setEnabled(!active);
 }
 
 bool GlobalNav::axisX() const

@@ -97,6 +97,12 @@ public slots:
     void setConnectionMode(bool connectionMode);
     /** Stores the height in the settings and takes the stored value for the labels. */
     void setLabelLineHeight(float lineHeight);
+    /** The crawler has come to a lateral: pipeProximityPos follows the crawler on the screen from now on. `entity` is
+     *  the section's transform; its changes are when to look again. */
+    void onLateralInProximity(const QString& lateralId, Qt3DCore::QTransform* entity);
+    void onLateralNotInProximity();
+    /** The argument is not used. */
+    void calculateProximityScreenPos(QVector3D translation);
 
 signals:
     void axisXChanged(bool free);
@@ -123,6 +129,7 @@ signals:
 private:
     GlobalNav() = default;
 
+    void unsetProximityConn();
     /** Whether the component of the axis lock has changed. */
     bool setAxis(int axis, bool free);
 
@@ -132,6 +139,8 @@ private:
     bool m_translateMode = true;
     bool m_realTimeEnabled = false;
     QPointF m_pipeProximityPos;
+    QPointer<Qt3DCore::QTransform> m_proximityTransform;
+    QPointer<Qt3DRender::QCamera> m_proximityCamera;
     bool m_objectsMovingDisabled = true;
     bool m_labelsVisible = true;
     bool m_obsVisible = true;

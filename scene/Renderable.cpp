@@ -138,6 +138,8 @@ void Renderable::setTransformFlags(int flags)
 void Renderable::setAsSelected()
 {
     setSelectedMaterial();
+    // From now on it must hear what a drag means.
+    touchControl();
 }
 
 void Renderable::setAsDeselected()
@@ -149,6 +151,7 @@ void Renderable::setAsDeselected()
 
 void Renderable::setEnablePicker(bool enabled)
 {
+    m_pickable = enabled;
     if (!m_touchControl)
         return;
     if (enabled)
@@ -159,7 +162,7 @@ void Renderable::setEnablePicker(bool enabled)
 
 void Renderable::allowTouchControl(bool allowed)
 {
-    if (m_touchControl)
+    if (touchControl())
         m_touchControl->allow(allowed);
 }
 
@@ -168,8 +171,15 @@ bool Renderable::isTouchControlAllowed() const
     return m_touchControl && m_touchControl->isAllowed();
 }
 
+TouchControlBase* Renderable::createTouchControl()
+{
+    return nullptr;
+}
+
 TouchControlBase* Renderable::touchControl() const
 {
+    if (!m_touchControl)
+        m_touchControl = const_cast<Renderable*>(this)->createTouchControl();
     return m_touchControl;
 }
 

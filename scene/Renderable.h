@@ -76,9 +76,13 @@ public:
     void setEnablePicker(bool enabled);
     void allowTouchControl(bool allowed);
     bool isTouchControlAllowed() const;
+    /** What turns touches on the object into selection and drags; made when it is first asked for, since most objects
+     *  are never touched. Null for objects that can't be grabbed. */
     TouchControlBase* touchControl() const;
     /** Takes over the control; an earlier one is deleted later. Emits nothing. */
     void setTouchControl(TouchControlBase* touchControl);
+    /** Whether a press on the object counts. */
+    bool isPickable() const { return m_pickable; }
 
 public slots:
     void move(QVector3D vector, Torvik::View3d::TransformFlags::Flags flags);
@@ -94,6 +98,10 @@ signals:
     void nameChanged(QString name);
     void touchControlChanged(Torvik::View3d::TouchControlBase* touchControl);
 
+protected:
+    /** Null in the base. */
+    virtual TouchControlBase* createTouchControl();
+
 private:
     void initTransform();
     void initChangeFinishedTimer();
@@ -101,7 +109,8 @@ private:
     void setPositionKeepingSource(const QVector3D& position) { setPosition(position, 0); }
 
     FlaggedTransform* m_transform = nullptr;
-    QPointer<TouchControlBase> m_touchControl;
+    mutable QPointer<TouchControlBase> m_touchControl;
+    bool m_pickable = true;
     Debounce m_changeFinished;
     QString m_guid;
 };

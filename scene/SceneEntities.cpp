@@ -3,7 +3,9 @@
 #include "domain/boundary/AppState.h"
 #include "domain/boundary/CLogger.h"
 #include "domain/boundary/CProjectObject.h"
+#include "measurement/SystemControlProxy.h"
 #include "network/Node.h"
+#include "network/ObservationConnection.h"
 #include "network/Section.h"
 #include "scene/GlobalNav.h"
 
@@ -76,8 +78,11 @@ void SceneEntities::onInspReady()
     showDirectionArrowIfNeeded();
     if (!m_activeInspection)
         return;
-    if (Section* const section = getActiveSectionEntity())
+    if (Section* const section = getActiveSectionEntity()) {
+        // What was announced in the inspection before holds no more.
         emit section->lateralNotInProximity();
+        section->testLateralProximity(static_cast<double>(SystemControlProxy::instance().sectionDistanceCounter()));
+    }
 }
 
 void SceneEntities::showDirectionArrowIfNeeded()
@@ -127,6 +132,8 @@ void SceneEntities::removeObject(QObject* object)
 {
     m_pipeEntities.removeObject(object);
     m_nodes.removeObject(object);
+    m_lateralConnections.removeObject(object);
+    m_observations.removeObject(object);
 }
 
 } // namespace Torvik::View3d

@@ -16,6 +16,8 @@ class QQmlEngine;
 namespace Torvik::View3d {
 
 class Node;
+class Observation;
+class ObservationConnection;
 class Section;
 
 /** Registry of what stands in the scene for the current project, and the coordinator of the active inspection. Holds
@@ -32,6 +34,10 @@ public:
     PipeEntities& getPipeEntities() { return m_pipeEntities; }
     /** By domain id; a virtual node that QML made by its guid. */
     EntityRegistry<Node>& getNodes() { return m_nodes; }
+    /** By domain id. */
+    EntityRegistry<Observation>& getObservations() { return m_observations; }
+    /** The connection that carries a lateral, by the lateral's id. */
+    EntityRegistry<ObservationConnection>& getLateralConnections() { return m_lateralConnections; }
     ShapeAccess& shapeAccess() { return m_shapeAccess; }
 
     /** Follows the application's active inspection and structure. Called once, by the scene's root. */
@@ -61,6 +67,8 @@ private:
 
     PipeEntities m_pipeEntities;
     EntityRegistry<Node> m_nodes;
+    EntityRegistry<Observation> m_observations;
+    EntityRegistry<ObservationConnection> m_lateralConnections;
     CDomainObjectPointer m_activeInspection;
     bool m_inspectionReady = false;
     bool m_structureReady = false;

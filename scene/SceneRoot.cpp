@@ -2,11 +2,13 @@
 
 #include "domain/boundary/AppState.h"
 #include "geo/GdalGeoProjector.h"
-#include "network/Node.h"
-#include "network/Section.h"
+#include "interaction/TouchInput.h"
+#include "measurement/SystemControlProxy.h"
 #include "scene/Fuzzy.h"
+#include "scene/GlobalNav.h"
 #include "scene/ReadableEffect.h"
 #include "scene/SceneEntities.h"
+#include "scene/SelectionAwareness.h"
 #include "scene/SharedComponents.h"
 
 #include <Qt3DCore/QTransform>
@@ -50,9 +52,11 @@ SceneRoot::SceneRoot()
     , m_materialCone(new Qt3DExtras::QPhongMaterial(this))
     , m_materialConnection(new Qt3DExtras::QPhongMaterial(this))
     , m_rayCaster(new Qt3DRender::QRayCaster(this))
+    , m_touchInput(new TouchInput(this))
 {
     m_instance = this;
     SharedComponents::instance().setHome(this);
+    connect(GlobalNav::instance(), &GlobalNav::shortTap, this, &SceneRoot::onShortTap);
     auto& app = AppState::instance();
     connect(&app, &AppState::activeProjectChanged, this, &SceneRoot::cleanupBeforeProjectChanged);
     // Anew for each root, so that it comes before every other reaction to the change.
@@ -63,7 +67,11 @@ SceneRoot::SceneRoot()
     addComponent(m_rayCaster);
 }
 
-SceneRoot::~SceneRoot() = default;
+SceneRoot::~SceneRoot()
+{
+    // Objects that go with the root must not ask it to deselect them.
+    SelectionAwareness::instance().deselectAll();
+}
 
 SceneRoot* SceneRoot::instance()
 {
@@ -88,11 +96,16 @@ void SceneRoot::createSetDefaultMaterialSelected()
     setMaterialSelected(material);
 }
 
-void SceneRoot::cleanupBeforeProjectChanged() {}
-
 void SceneRoot::qmlOnCompleted()
 {
+    auto& vehicle = SystemControlProxy::instance();
+    const auto distance = [&vehicle] { return static_cast<double>(vehicle.sectionDistanceCounter()); };
+    connect(&vehicle, &SystemControlProxy::sectionDistanceCounterChanged, this,
+            [this, distance] { onDistanceValueChanged(distance()); });
+    SceneEntities::instance().onCrawlerPositionChanged(distance());
     m_entitiesManager.init();
+    connect(this, &SceneRoot::lateralInProximity, GlobalNav::instance(), &GlobalNav::onLateralInProximity);
+    connect(this, &SceneRoot::lateralNotInProximity, GlobalNav::instance(), &GlobalNav::onLateralNotInProximity);
 }
 
 void SceneRoot::onDistanceValueChanged(double distance)
@@ -111,26 +124,6 @@ void SceneRoot::safeGeoProjectorInitFromMap(double latit, double longit, double 
 {
     if (!sceneHasNodesWithPosition())
         GdalGeoProjector::instance()->initFromMap(latit, longit, alitid);
-}
-
-bool SceneRoot::sceneHasNodesWithPosition() const
-{
-    const auto& nodes = SceneEntities::instance().getNodes();
-    return std::any_of(nodes.begin(), nodes.end(), [](Node* node) { return node && node->has3dPosition(); });
-}
-
-bool SceneRoot::sceneHasVirtualNodesWithPosition() const
-{
-    const auto& nodes = SceneEntities::instance().getNodes();
-    return std::any_of(nodes.begin(), nodes.end(), [](Node* node) { return node && node->isVirtual(); });
-}
-
-QVariant SceneRoot::getRenderableByDomainGuid(const QString& guid) const
-{
-    Renderable* renderable = SceneEntities::instance().getNodes().value(guid);
-    if (!renderable)
-        renderable = SceneEntities::instance().getPipeEntities().getByInspectionId(guid);
-    return QVariant::fromValue(renderable);
 }
 
 Qt3DCore::QEntity* SceneRoot::createMarker(const QColor& colour)

@@ -3,12 +3,15 @@
 #include "domain/EntitiesManager.h"
 #include "domain/boundary/WktPoint.h"
 #include "scene/KxView3dExport.h"
+#include "scene/Renderable.h"
 
 #include <QColor>
 #include <QList>
 #include <QPointer>
 #include <QVariant>
+#include <QVariantMap>
 #include <QVector3D>
+#include <QVector>
 #include <Qt3DCore/QEntity>
 #include <Qt3DRender/QCamera>
 
@@ -21,9 +24,13 @@ class QMaterial;
 class QRayCaster;
 } // namespace Qt3DRender
 
+namespace Qt3DInput {
+class QMouseEvent;
+}
+
 namespace Torvik::View3d {
 
-class Renderable;
+class TouchInput;
 
 /** Root of the network's part of the scene and the facade that QML talks to. It holds what the scene's objects share -
  *  materials, camera, ray caster - and the manager that makes them. QML creates one; instance() and camera() may be
@@ -58,6 +65,8 @@ class KXVIEW3D_EXPORT SceneRoot : public Qt3DCore::QEntity {
     Q_PROPERTY(double sceneHeight READ sceneHeight WRITE setSceneHeight NOTIFY sceneHeightChanged)
     Q_PROPERTY(Qt3DRender::QCamera* camera READ camera WRITE setCamera)
     Q_PROPERTY(Qt3DRender::QRayCaster* rayCaster READ rayCaster WRITE setRayCaster NOTIFY rayCasterChanged)
+    Q_PROPERTY(Torvik::View3d::Renderable* selectedRenderable READ selectedRenderable NOTIFY selectedRenderableChanged)
+    Q_PROPERTY(int selectionsCount READ selectionsCount NOTIFY selectedRenderableChanged)
 
 public:
     SceneRoot();
@@ -95,6 +104,9 @@ public:
     double sceneHeight() const { return static_cast<double>(m_sceneHeight); }
     Qt3DRender::QRayCaster* rayCaster() const { return m_rayCaster; }
 
+    /** The finger on the scene's objects. */
+    TouchInput* touchInput() const { return m_touchInput; }
+
     /** Starts the flow of the project's objects. QML calls it once, when camera and projector are ready. */
     Q_INVOKABLE void qmlOnCompleted();
 
@@ -111,6 +123,46 @@ public:
     /** The node, or the section by its inspection's id, in a variant; a null pointer when unknown. */
     Q_INVOKABLE QVariant getRenderableByDomainGuid(const QString& guid) const;
 
+    /** The object that a guid selects: a node, a section by its inspection's id, or a connection point. Null when there
+     *  is none. */
+    Renderable* renderableByDomainGuid(const QString& guid) const;
+    /** The object that was selected last, or null. */
+    Renderable* selectedRenderable() const;
+    QVariant selectedRenderableVariant() const;
+    int selectionsCount() const;
+    bool nothingSelected() const;
+    bool isSelected(const QString& guid) const;
+    /** Selects this object alone, and gives it; an invalid variant, and no change, for what can't be selected: an
+     *  unknown guid, a node without a place, or anything while selections are off. */
+    Q_INVOKABLE QVariant selectOneByDomainGuid(const QString& guid);
+    /** Adds the object to the selection; emits maxSelectionExceeded when that is full. */
+    Q_INVOKABLE QVariant selectNextByDomainGuid(const QString& guid);
+    /** Ends the connection mode and takes maxSelection back to 1 as well. With `enableGlobalNav` the camera gets its
+     *  gestures back. */
+    Q_INVOKABLE void deselectAll(bool enableGlobalNav);
+    Q_INVOKABLE void deselectAll();
+    /** For an object that is going. */
+    void deselectByDomainGuid(const QString& guid);
+
+    /** Takes the selected object's entry out of the registry of nodes. The object stays, and so does its selection. */
+    Q_INVOKABLE void deleteSelected();
+    /** Deletes a node; nothing for any other id. */
+    Q_INVOKABLE void deleteById(const QString& id);
+    /** A node without a record, in a variant. */
+    Q_INVOKABLE QVariant createVirtualVisibleNode(const QString& virtualNodeName, const QString& nodeTypeHint);
+
+    /** Previews the connection of the first selected object to the second, until connectApply() or connectCancel(). */
+    Q_INVOKABLE void connectSelectedObjects();
+    Q_INVOKABLE void connectApply();
+    Q_INVOKABLE void connectCancel();
+
+    /** Colours each section by the value of a column of its record: palette maps values to colour names, with the key
+     *  "DEFAULTPIPECOLOR" for all others. A record without the column keeps its colour. */
+    Q_INVOKABLE void setSectionsColorWithPalette(const QVariantMap& colorPaletteMap,
+                                                 const QString& columnNameInSectionTable);
+    Q_INVOKABLE void showAllNodes();
+    Q_INVOKABLE void hideNodesWithoutParentSection();
+
     /** For diagnostics: a thin pole of this colour. */
     Qt3DCore::QEntity* createMarker(const QColor& colour);
     void setMarkerPosition(int index, const QVector3D& position);
@@ -123,6 +175,8 @@ public slots:
     void cleanupBeforeProjectChanged();
     /** The distance counter, in metres along the active section. */
     void onDistanceValueChanged(double distance);
+    /** A tap that hit no object deselects. */
+    void onShortTap(Qt3DInput::QMouseEvent* mouseEvent);
 
     void setMaterialPipe(Qt3DRender::QMaterial* material);
     void setMaterialNode(Qt3DRender::QMaterial* material);
@@ -168,10 +222,15 @@ signals:
 
     void lateralInProximity(QString lateralId, Qt3DCore::QTransform* entity);
     void lateralNotInProximity();
+    void selectedRenderableChanged(Torvik::View3d::Renderable* renderable);
+    void deselectionMouseEvent(Qt3DInput::QMouseEvent* mouseEvent);
     void maxSelectionExceeded(int maxSelection);
     void distanceValueChanged(double distance);
 
 private:
+    QVariant selectRenderable(Renderable* renderable, bool next);
+    static void logQNodeToRenderableCastError();
+
     /** Thin things are drawn wider from far away. */
     void tellViewScale();
 
@@ -191,6 +250,7 @@ private:
     Qt3DRender::QMaterial* m_materialSelected = nullptr;
     Qt3DRender::QMaterial* m_materialConnection;
     Qt3DRender::QMaterial* m_materialVertexLabel = nullptr;
+    QVector<QPointer<Renderable>> m_connectedRenderables; ///< with a preview of a connection
     bool m_gridVisible = true;
     bool m_backgroundVisible = false;
     float m_sceneWidth = 300.0F;
@@ -199,6 +259,7 @@ private:
     Qt3DRender::QLayer* m_layerObservation = nullptr;
     Qt3DRender::QLayer* m_layerStructure = nullptr;
     Qt3DRender::QRayCaster* m_rayCaster;
+    TouchInput* m_touchInput;
     bool m_planLayerEnabled = true;
     bool m_planLayerOnAllViewModesEnabled = true;
     bool m_selectionsEnabled = true;

@@ -1,0 +1,58 @@
+#include "interaction/RotationRing.h"
+
+#include "interaction/DragMath.h"
+#include "interaction/ObjectPicker.h"
+#include "scene/SceneRoot.h"
+
+#include <Qt3DCore/QTransform>
+#include <Qt3DExtras/QCylinderMesh>
+#include <Qt3DExtras/QPhongAlphaMaterial>
+#include <Qt3DRender/QCamera>
+
+namespace Torvik::View3d {
+
+namespace {
+
+constexpr float height = 0.1F;
+/** Below the object's own place. */
+constexpr float lowered = -0.2F;
+constexpr int slices = 42;
+constexpr float alpha = 0.85F;
+
+} // namespace
+
+RotationRing::RotationRing(Qt3DCore::QEntity* parent)
+    : Qt3DCore::QEntity(parent)
+    , m_mesh(new Qt3DExtras::QCylinderMesh(this))
+    , m_picker(new ObjectPicker(this))
+{
+    auto* const place = new Qt3DCore::QTransform(this);
+    place->setTranslation({0.0F, lowered, 0.0F});
+    m_mesh->setLength(height);
+    m_mesh->setSlices(slices);
+    auto* const material = new Qt3DExtras::QPhongAlphaMaterial(this);
+    material->setDiffuse(Qt::white);
+    material->setSpecular(Qt::white);
+    material->setAmbient(Qt::white);
+    material->setShininess(0.0F);
+    material->setAlpha(alpha);
+    for (Qt3DCore::QComponent* component :
+         std::initializer_list<Qt3DCore::QComponent*> {place, m_mesh, material, m_picker})
+        addComponent(component);
+    followView();
+    if (const auto* const camera = SceneRoot::camera())
+        connect(camera, &Qt3DRender::QCamera::viewVectorChanged, this, &RotationRing::followView);
+}
+
+float RotationRing::radius() const
+{
+    return m_mesh->radius();
+}
+
+void RotationRing::followView()
+{
+    const auto* const camera = SceneRoot::camera();
+    m_mesh->setRadius(DragMath::ringRadius(camera ? camera->viewVector().length() : 0.0F));
+}
+
+} // namespace Torvik::View3d

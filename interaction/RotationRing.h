@@ -1,0 +1,31 @@
+#pragma once
+
+#include <Qt3DCore/QEntity>
+
+namespace Qt3DExtras {
+class QCylinderMesh;
+}
+
+namespace Torvik::View3d {
+
+class ObjectPicker;
+
+/** The disc around an object by which it is turned about the vertical; of the same size on the screen at any distance.
+ */
+class RotationRing : public Qt3DCore::QEntity {
+    Q_OBJECT
+
+public:
+    explicit RotationRing(Qt3DCore::QEntity* parent);
+
+    ObjectPicker* picker() const { return m_picker; }
+    float radius() const;
+
+private:
+    void followView();
+
+    Qt3DExtras::QCylinderMesh* m_mesh;
+    ObjectPicker* m_picker;
+};
+
+} // namespace Torvik::View3d

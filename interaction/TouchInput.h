@@ -1,0 +1,49 @@
+#pragma once
+
+#include "scene/KxView3dExport.h"
+
+#include <Qt3DCore/QEntity>
+
+#include <QPointer>
+
+namespace Qt3DInput {
+class QMouseDevice;
+class QMouseHandler;
+} // namespace Qt3DInput
+namespace Qt3DLogic {
+class QFrameAction;
+}
+namespace Qt3DRender {
+class QPickEvent;
+}
+
+namespace Torvik::View3d {
+
+class CustomPicker;
+class ObjectPicker;
+
+/** The finger on the scene's objects: one picker, one source of movement and one tick per frame for all of them, so
+ * that an object that nobody touches costs nothing. A press goes to the object that it hits; whoever drags listens to
+ * the handler and the tick while it does. Must be a child of the scene's root, whose picker it is. Main thread only. */
+class KXVIEW3D_EXPORT TouchInput : public Qt3DCore::QEntity {
+    Q_OBJECT
+
+public:
+    explicit TouchInput(Qt3DCore::QEntity* root);
+
+    ObjectPicker* picker() const { return m_picker; }
+    Qt3DInput::QMouseHandler* mouseHandler() const { return m_mouseHandler; }
+    Qt3DLogic::QFrameAction* frameAction() const { return m_frameAction; }
+
+private:
+    void onPressed(Qt3DRender::QPickEvent* pick);
+    void onReleased();
+
+    ObjectPicker* m_picker;
+    Qt3DInput::QMouseDevice* m_mouseDevice;
+    Qt3DInput::QMouseHandler* m_mouseHandler;
+    Qt3DLogic::QFrameAction* m_frameAction;
+    QPointer<CustomPicker> m_pressed;
+};
+
+} // namespace Torvik::View3d

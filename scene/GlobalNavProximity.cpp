@@ -1,0 +1,55 @@
+#include "scene/GlobalNav.h"
+
+#include "interaction/Utils3d.h"
+#include "network/Section.h"
+#include "scene/SceneEntities.h"
+#include "scene/SceneRoot.h"
+
+#include <Qt3DCore/QTransform>
+
+/** The lateral that the crawler has come to, as the screen sees it. Third part of GlobalNav's source. */
+namespace Torvik::View3d {
+
+void GlobalNav::unsetProximityConn()
+{
+    if (m_proximityTransform)
+        disconnect(m_proximityTransform, &Qt3DCore::QTransform::translationChanged, this,
+                   &GlobalNav::calculateProximityScreenPos);
+    if (m_proximityTransform && m_proximityCamera)
+        disconnect(m_proximityCamera, &Qt3DRender::QCamera::positionChanged, this,
+                   &GlobalNav::calculateProximityScreenPos);
+}
+
+void GlobalNav::onLateralInProximity(const QString& /*lateralId*/, Qt3DCore::QTransform* entity)
+{
+    unsetProximityConn();
+    m_proximityTransform = entity;
+    m_proximityCamera = SceneRoot::camera();
+    if (entity)
+        connect(entity, &Qt3DCore::QTransform::translationChanged, this, &GlobalNav::calculateProximityScreenPos);
+    if (m_proximityCamera)
+        connect(m_proximityCamera, &Qt3DRender::QCamera::positionChanged, this,
+                &GlobalNav::calculateProximityScreenPos);
+    calculateProximityScreenPos(QVector3D());
+}
+
+void GlobalNav::onLateralNotInProximity()
+{
+    unsetProximityConn();
+    m_proximityTransform = nullptr;
+    emit lateralNotInProximity();
+}
+
+void GlobalNav::calculateProximityScreenPos(QVector3D /*translation*/)
+{
+    const SceneRoot* const root = SceneRoot::instance();
+    const Section* const section = SceneEntities::instance().getActiveSectionEntity();
+    if (!m_proximityTransform || !root || !section)
+        return;
+    // The announcement stands where the crawler is; the lateral's transform only tells when to look again.
+    const QVector3D crawler = section->crawlerTransformMatrix().column(3).toVector3D();
+    setPipeProximityPos(Utils3d::pointWorldToScreen(m_proximityCamera, crawler, static_cast<float>(root->sceneWidth()),
+                                                    static_cast<float>(root->sceneHeight())));
+}
+
+} // namespace Torvik::View3d

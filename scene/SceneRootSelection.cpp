@@ -1,0 +1,307 @@
+#include "scene/SceneRoot.h"
+
+#include "domain/boundary/AppState.h"
+#include "domain/boundary/CLogger.h"
+#include "domain/boundary/CProjectObject.h"
+#include "network/ConnectionPoint.h"
+#include "network/Node.h"
+#include "network/ObservationConnection.h"
+#include "network/Pipe.h"
+#include "network/Section.h"
+#include "scene/GlobalNav.h"
+#include "scene/SceneEntities.h"
+#include "scene/SelectionAwareness.h"
+
+#include <algorithm>
+#include <utility>
+
+/** What the root does with objects that are selected, and with many at a time. Second part of SceneRoot's source. */
+namespace Torvik::View3d {
+
+namespace {
+
+const QString defaultPipeColour = QStringLiteral("DEFAULTPIPECOLOR");
+
+void logError(const char* message)
+{
+    Logging::CLogger::logMessage(Logging::LogError, QStringLiteral("Torvik::SceneRoot"), QLatin1String(message));
+}
+
+Renderable* connectionPointByGuid(const QString& guid)
+{
+    // Only they are called so; other keys need not be looked for among them.
+    if (!guid.startsWith(ConnectionPoint::guidPrefix()))
+        return nullptr;
+    const auto& connections = SceneEntities::instance().getLateralConnections();
+    for (const ObservationConnection* connection : connections) {
+        const auto point = connection ? connection->getConnectionPoint() : QSharedPointer<ConnectionPoint>();
+        if (point && point->guid() == guid)
+            return point.data();
+    }
+    return nullptr;
+}
+
+/** The palette's colour for a section, or an invalid one when the section keeps its own. */
+QColor paletteColour(const QVariantMap& palette, const QVariant& value)
+{
+    if (!value.isValid())
+        return {};
+    const QString text = value.toString();
+    const QString key = !text.isEmpty() && palette.contains(text) ? text : defaultPipeColour;
+    QColor colour;
+    if (palette.contains(key))
+        colour.setNamedColor(palette.value(key).toString());
+    return colour;
+}
+
+QVariant readColumn(const QString& objectId, const QString& column)
+{
+    const auto active = AppState::instance().getActiveProject();
+    if (!active || active->objectType() != Database::ProjectObjectType)
+        return {};
+    const auto object = qSharedPointerCast<Database::CProjectObject>(active)->lookupObject(objectId);
+    return object ? object->readValue(column) : QVariant();
+}
+
+} // namespace
+
+void SceneRoot::logQNodeToRenderableCastError()
+{
+    logError("Cannot dynamic cast existing QNode to Renderable");
+}
+
+QVariant SceneRoot::getRenderableByDomainGuid(const QString& guid) const
+{
+    Renderable* renderable = SceneEntities::instance().getNodes().value(guid);
+    if (!renderable)
+        renderable = SceneEntities::instance().getPipeEntities().getByInspectionId(guid);
+    return QVariant::fromValue(renderable);
+}
+
+Renderable* SceneRoot::renderableByDomainGuid(const QString& guid) const
+{
+    if (guid.isEmpty())
+        return nullptr;
+    auto& entities = SceneEntities::instance();
+    if (Node* const node = entities.getNodes().value(guid))
+        return node;
+    if (Section* const section = entities.getPipeEntities().getByInspectionId(guid))
+        return section;
+    return connectionPointByGuid(guid);
+}
+
+Renderable* SceneRoot::selectedRenderable() const
+{
+    return renderableByDomainGuid(SelectionAwareness::instance().lastSelected());
+}
+
+QVariant SceneRoot::selectedRenderableVariant() const
+{
+    return QVariant::fromValue(selectedRenderable());
+}
+
+int SceneRoot::selectionsCount() const
+{
+    return SelectionAwareness::instance().selectedGuids().size();
+}
+
+bool SceneRoot::nothingSelected() const
+{
+    return SelectionAwareness::instance().nothingSelected();
+}
+
+bool SceneRoot::isSelected(const QString& guid) const
+{
+    return SelectionAwareness::instance().isSelected(guid);
+}
+
+QVariant SceneRoot::selectOneByDomainGuid(const QString& guid)
+{
+    return m_selectionsEnabled ? selectRenderable(renderableByDomainGuid(guid), false) : QVariant();
+}
+
+QVariant SceneRoot::selectNextByDomainGuid(const QString& guid)
+{
+    if (!m_selectionsEnabled)
+        return {};
+    if (m_maxSelection > selectionsCount())
+        return selectRenderable(renderableByDomainGuid(guid), true);
+    emit maxSelectionExceeded(m_maxSelection);
+    return {};
+}
+
+QVariant SceneRoot::selectRenderable(Renderable* renderable, bool next)
+{
+    if (!renderable)
+        return {};
+    auto& selection = SelectionAwareness::instance();
+    const QString guid = renderable->guid();
+    if (selection.onlyOneSelected() && selection.isSelected(guid))
+        return QVariant::fromValue(renderable);
+    // A node without a place can't be selected.
+    const auto* const node = qobject_cast<const Node*>(renderable);
+    if (node && !node->isVirtual() && !node->has3dPosition())
+        return {};
+    if (next) {
+        selection.selectNext(guid);
+    } else {
+        deselectAll(false);
+        selection.selectOne(guid);
+    }
+    renderable->setAsSelected();
+    emit selectedRenderableChanged(renderable);
+    return QVariant::fromValue(renderable);
+}
+
+void SceneRoot::deselectAll()
+{
+    deselectAll(true);
+}
+
+void SceneRoot::deselectAll(bool enableGlobalNav)
+{
+    if (!m_selectionsEnabled)
+        return;
+    auto& selection = SelectionAwareness::instance();
+    if (const auto guids = selection.selectedGuids(); !guids.isEmpty()) {
+        for (const QString& guid : guids) {
+            if (Renderable* const renderable = renderableByDomainGuid(guid))
+                renderable->setAsDeselected();
+            else
+                logQNodeToRenderableCastError();
+        }
+        selection.deselectAll();
+        if (enableGlobalNav)
+            GlobalNav::instance()->setActiveObjectTransformControl(false);
+        emit selectedRenderableChanged(nullptr);
+    }
+    GlobalNav::instance()->setConnectionMode(false);
+    setMaxSelection(1);
+}
+
+void SceneRoot::deselectByDomainGuid(const QString& guid)
+{
+    auto& selection = SelectionAwareness::instance();
+    selection.deselect(guid, false);
+    if (Renderable* const renderable = renderableByDomainGuid(guid))
+        renderable->setAsDeselected();
+    selection.deselect(guid, false);
+    emit selectedRenderableChanged(nullptr);
+}
+
+void SceneRoot::onShortTap(Qt3DInput::QMouseEvent* mouseEvent)
+{
+    if (SelectionAwareness::instance().selectionInProgress())
+        return;
+    deselectAll(true);
+    emit deselectionMouseEvent(mouseEvent);
+}
+
+void SceneRoot::deleteSelected()
+{
+    Renderable* const selected = selectedRenderable();
+    if (!selected)
+        return;
+    SceneEntities::instance().getNodes().take(selected->guid());
+    emit selectedRenderableChanged(nullptr);
+}
+
+void SceneRoot::deleteById(const QString& id)
+{
+    Node* const node = SceneEntities::instance().getNodes().value(id);
+    if (!node)
+        return;
+    delete node;
+    emit selectedRenderableChanged(nullptr);
+}
+
+QVariant SceneRoot::createVirtualVisibleNode(const QString& virtualNodeName, const QString& nodeTypeHint)
+{
+    Node* const node = Node::createVirtual(this, true, virtualNodeName, nodeTypeHint);
+    node->createMesh();
+    SceneEntities::instance().getNodes().insert(node->guid(), node);
+    return QVariant::fromValue(node);
+}
+
+void SceneRoot::connectSelectedObjects()
+{
+    const auto guids = SelectionAwareness::instance().selectedGuids();
+    if (guids.size() < 2)
+        return;
+    Renderable* const first = renderableByDomainGuid(guids.at(0));
+    Renderable* const second = renderableByDomainGuid(guids.at(1));
+    if (first && second) {
+        first->connectTo(second);
+        m_connectedRenderables.append(first);
+    }
+    deselectAll(true);
+}
+
+void SceneRoot::connectApply()
+{
+    for (const auto& renderable : std::exchange(m_connectedRenderables, {})) {
+        if (renderable)
+            renderable->connectApply();
+    }
+}
+
+void SceneRoot::connectCancel()
+{
+    for (const auto& renderable : std::exchange(m_connectedRenderables, {})) {
+        if (renderable)
+            renderable->connectCancel();
+    }
+}
+
+void SceneRoot::cleanupBeforeProjectChanged()
+{
+    SelectionAwareness::instance().deselectAll();
+    m_connectedRenderables.clear();
+}
+
+void SceneRoot::setSectionsColorWithPalette(const QVariantMap& colorPaletteMap, const QString& columnNameInSectionTable)
+{
+    const auto sections = SceneEntities::instance().getPipeEntities().getPipeEntities();
+    for (Section* section : sections) {
+        const QVariant value = readColumn(section->getDomainObjectId(), columnNameInSectionTable);
+        const QColor colour = paletteColour(colorPaletteMap, value);
+        if (colour.isValid() && section->pipe())
+            section->pipe()->setColor(colour);
+    }
+}
+
+void SceneRoot::showAllNodes()
+{
+    const auto& nodes = SceneEntities::instance().getNodes();
+    for (Node* node : nodes) {
+        if (node)
+            node->show();
+        else
+            logError("showAllNodes: Node is null");
+    }
+}
+
+void SceneRoot::hideNodesWithoutParentSection()
+{
+    const auto& nodes = SceneEntities::instance().getNodes();
+    for (Node* node : nodes) {
+        if (!node)
+            logError("hideNodesWithoutParentSection: Node is null");
+        else if (!node->isConnected())
+            node->setVisible(false);
+    }
+}
+
+bool SceneRoot::sceneHasNodesWithPosition() const
+{
+    const auto& nodes = SceneEntities::instance().getNodes();
+    return std::any_of(nodes.begin(), nodes.end(), [](Node* node) { return node && node->has3dPosition(); });
+}
+
+bool SceneRoot::sceneHasVirtualNodesWithPosition() const
+{
+    const auto& nodes = SceneEntities::instance().getNodes();
+    return std::any_of(nodes.begin(), nodes.end(), [](Node* node) { return node && node->isVirtual(); });
+}
+
+} // namespace Torvik::View3d
