@@ -2,10 +2,10 @@
 
 #include "network/Node.h"
 #include "network/Section.h"
-#include "scene/Fuzzy.h"
 #include "scene/SceneRoot.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace Torvik::View3d {
 
@@ -14,6 +14,12 @@ namespace {
 float lowestOf(const Node& node)
 {
     return node.position().y() - node.depth();
+}
+
+/** False also for an infinity that stays what it was, since their difference is no number. */
+bool isChange(float before, float now)
+{
+    return std::abs(now - before) * 100000.0F > std::min(std::abs(now), std::abs(before));
 }
 
 float lowestOf(const Section& section)
@@ -72,20 +78,29 @@ void LowestManholeTracker::unregisterSection(Section* section)
     unfollow(section);
 }
 
-void LowestManholeTracker::follow(QObject* object)
+void LowestManholeTracker::follow(Qt3DCore::QNode* object)
 {
+    connect(object, &Qt3DCore::QNode::parentChanged, this, &LowestManholeTracker::onParentChanged,
+            Qt::UniqueConnection);
     m_unfollowed.remove(object);
     m_followed.insert(object);
     refresh(object);
     publish();
 }
 
-void LowestManholeTracker::unfollow(QObject* object)
+void LowestManholeTracker::unfollow(Qt3DCore::QNode* object)
 {
     if (!m_followed.remove(object))
         return;
+    disconnect(object, &Qt3DCore::QNode::parentChanged, this, &LowestManholeTracker::onParentChanged);
     m_stale.remove(object);
+    m_outside.remove(object);
     m_unfollowed.insert(object, object);
+}
+
+void LowestManholeTracker::onParentChanged()
+{
+    markStale(sender());
 }
 
 void LowestManholeTracker::lookAt(QObject* object)
@@ -105,15 +120,19 @@ void LowestManholeTracker::refresh(QObject* object)
     // An object in the midst of its destruction is no longer of its class, and a child of another entity doesn't count.
     if (const auto* const node = qobject_cast<Node*>(object); node && node->parentNode() == m_root) {
         m_nodes.set(object, lowestOf(*node));
+        m_outside.remove(object);
         return;
     }
     if (const auto* const section = qobject_cast<Section*>(object);
         section && section->parentNode() == m_root && section->pipe()) {
         m_sections.set(object, lowestOf(*section));
+        m_outside.remove(object);
         return;
     }
     m_nodes.remove(object);
     m_sections.remove(object);
+    if (m_followed.contains(object))
+        m_outside.insert(object);
 }
 
 void LowestManholeTracker::refreshAll()
@@ -144,6 +163,14 @@ void LowestManholeTracker::refreshUnfollowed()
         m_unfollowed = {};
 }
 
+void LowestManholeTracker::refreshOutside()
+{
+    // A copy: what has been hung into the scene leaves the set.
+    const auto outside = m_outside;
+    for (QObject* object : outside)
+        refresh(object);
+}
+
 void LowestManholeTracker::catchUp()
 {
     if (m_root != SceneRoot::instance()) {
@@ -155,6 +182,7 @@ void LowestManholeTracker::catchUp()
         for (QObject* object : stale)
             refresh(object);
     }
+    refreshOutside();
     refreshUnfollowed();
 }
 
@@ -184,7 +212,7 @@ void LowestManholeTracker::publish()
 {
     catchUp();
     const float lowest = std::min({m_nodes.lowest(), m_sections.lowest(), 0.0F});
-    if (Fuzzy::equal(lowest, m_lowestY))
+    if (!isChange(m_lowestY, lowest))
         return;
     m_lowestY = lowest;
     emit lowestObjectChanged(lowest);

@@ -8,6 +8,10 @@
 #include <QPointer>
 #include <QSet>
 
+namespace Qt3DCore {
+class QNode;
+}
+
 namespace Torvik::View3d {
 
 class Node;
@@ -52,11 +56,13 @@ signals:
 private:
     LowestManholeTracker();
 
-    void follow(QObject* object);
-    void unfollow(QObject* object);
+    void follow(Qt3DCore::QNode* object);
+    void unfollow(Qt3DCore::QNode* object);
+    void onParentChanged();
     void refresh(QObject* object);
     void refreshAll();
     void refreshUnfollowed();
+    void refreshOutside();
     void catchUp();
     void publish();
 
@@ -64,6 +70,8 @@ private:
     LowestCandidates<const QObject*> m_sections;
     QSet<QObject*> m_followed;
     QSet<QObject*> m_stale;
+    // Followed, but no child of the root: QML may hang it there later without a signal.
+    QSet<QObject*> m_outside;
     // What is followed no longer still counts as long as it lives.
     QHash<const QObject*, QPointer<QObject>> m_unfollowed;
     SceneRoot* m_root = nullptr;

@@ -16,6 +16,13 @@ constexpr double defaultDiameterMm = 300.0;
 constexpr float minimalRadius = 0.05F;
 constexpr float directionVisibleFrom = 0.1F;
 constexpr float stubLength = 0.01F;
+constexpr float storedFrom = 1e-5F;
+
+/** A stored ordinate that says something: neither noise nor, as a text may give it, no number at all. */
+bool isStored(float ordinate)
+{
+    return std::abs(ordinate) > storedFrom;
+}
 
 QVector3D level(const QVector3D& v)
 {
@@ -54,11 +61,11 @@ QVector3D endNodePosition(const QVector3D& pipeEnd, float depthOffset, const QVe
                           const QVector3D& storedScene)
 {
     QVector3D result(pipeEnd.x(), pipeEnd.y() + depthOffset, pipeEnd.z());
-    if (!Fuzzy::isNull(stored.x()) && !Fuzzy::isNull(stored.z())) {
+    if (isStored(stored.x()) && isStored(stored.z())) {
         result.setX(storedScene.x());
         result.setZ(storedScene.z());
     }
-    if (!Fuzzy::isNull(stored.y()))
+    if (isStored(stored.y()))
         result.setY(storedScene.y());
     return result;
 }

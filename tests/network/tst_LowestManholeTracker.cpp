@@ -2,6 +2,8 @@
 
 #include <QtTest>
 
+#include <limits>
+
 using namespace Torvik::View3d;
 
 class tst_LowestManholeTracker : public QObject {
@@ -21,11 +23,19 @@ private slots:
     void anUnregisteredManholeIsNotHeard();
     void aSectionReachesDownToItsFarEnd();
     void aSectionReachesDownToItsStart();
+    void aSectionThatMovesIsHeard();
+    void aSectionThatTurnsIsHeard();
+    void aSectionThatGrowsIsHeard();
+    void anUnregisteredSectionIsNotHeard();
     void aDipInTheMiddleDoesNotCount();
     void aCourseThatChangesInSilenceIsSeenAtTheNextSignal();
     void noiseIsNotAnnounced();
+    void anyDifferenceFromTheGroundIsAnnounced();
+    void aBottomlessManholeIsAnnouncedOnce();
     void registeringNothingDoesNothing();
     void onlyChildrenOfTheRootCount();
+    void aNodeHungIntoTheSceneLaterIsSeenAtTheNextSignal();
+    void aNodeTakenOutOfTheSceneIsMissedAtTheNextSignal();
     void anotherRootMeansAnotherScene();
     void agreesWithAWalkOverEverything();
 
@@ -37,6 +47,15 @@ private:
     }
     /** A bound section along these scene points. */
     Section* pipe(const QVector<QVector3D>& course) { return m_scene->section(nullptr, nullptr, {}, course); }
+    /** A pipe whose two nodes stand high above it, bound to where they are: only the pipe itself can be heard. */
+    Section* pipeBelowBoundNodes(const QVector<QVector3D>& course)
+    {
+        return m_scene->section(manhole(100.0F, 1.0F), manhole(100.0F, 1.0F), {}, course);
+    }
+    static float farEnd(const Section* section)
+    {
+        return section->pipeTransMatrixAtDistance(float(section->length())).column(3).y();
+    }
     static LowestManholeTracker* tracker() { return LowestManholeTracker::instance(); }
 
     std::unique_ptr<NetworkScene> m_scene;
@@ -167,6 +186,53 @@ void tst_LowestManholeTracker::aSectionReachesDownToItsStart()
     QCOMPARE(tracker()->getLowestSectionElevation(), -5.0F);
 }
 
+void tst_LowestManholeTracker::aSectionThatMovesIsHeard()
+{
+    Section* const section = pipeBelowBoundNodes({{0.0F, 0.0F, 0.0F}, {0.0F, 0.0F, 10.0F}});
+    QVERIFY(tracker()->getCurrentLowestY() > -1.0F);
+
+    section->transform()->setTranslation({0.0F, -20.0F, 0.0F}, 0);
+
+    QCOMPARE(tracker()->getCurrentLowestY(), -20.0F);
+}
+
+void tst_LowestManholeTracker::aSectionThatTurnsIsHeard()
+{
+    Section* const section = pipeBelowBoundNodes({{0.0F, 0.0F, 0.0F}, {0.0F, 0.0F, 10.0F}});
+
+    section->setRotation(QQuaternion::fromDirection({0.0F, -1.0F, 1.0F}, {0.0F, 1.0F, 0.0F}), 0);
+
+    QVERIFY(farEnd(section) < -7.0F);
+    QCOMPARE(tracker()->getCurrentLowestY(), farEnd(section));
+}
+
+void tst_LowestManholeTracker::aSectionThatGrowsIsHeard()
+{
+    Section* const section = pipeBelowBoundNodes({{0.0F, -1.0F, 0.0F}, {0.0F, -3.0F, 10.0F}});
+    const QSignalSpy moved(section, &Section::transformChanged);
+
+    section->onDistanceCounterChanged(30.0);
+
+    QCOMPARE(moved.count(), 0);
+    QVERIFY(farEnd(section) < -6.0F);
+    QCOMPARE(tracker()->getCurrentLowestY(), farEnd(section));
+}
+
+void tst_LowestManholeTracker::anUnregisteredSectionIsNotHeard()
+{
+    Section* const section = pipeBelowBoundNodes({{0.0F, 0.0F, 0.0F}, {0.0F, 0.0F, 10.0F}});
+    tracker()->unregisterSection(section);
+    const QSignalSpy lowest(tracker(), &LowestManholeTracker::lowestObjectChanged);
+
+    section->transform()->setTranslation({0.0F, -20.0F, 0.0F}, 0);
+    emit section->sectionGeometryChanged();
+    QCOMPARE(lowest.count(), 0);
+
+    tracker()->registerSection(section);
+    QCOMPARE(lowest.count(), 1);
+    QCOMPARE(tracker()->getCurrentLowestY(), -20.0F);
+}
+
 void tst_LowestManholeTracker::aDipInTheMiddleDoesNotCount()
 {
     pipe({{0.0F, -1.0F, 0.0F}, {0.0F, -9.0F, 10.0F}, {0.0F, -1.0F, 20.0F}});
@@ -200,6 +266,38 @@ void tst_LowestManholeTracker::noiseIsNotAnnounced()
     QCOMPARE(lowest.count(), 1);
 }
 
+void tst_LowestManholeTracker::anyDifferenceFromTheGroundIsAnnounced()
+{
+    Node* const node = manhole(1.0F, 1.0F);
+    QCOMPARE(tracker()->getCurrentLowestY(), 0.0F);
+    const QSignalSpy lowest(tracker(), &LowestManholeTracker::lowestObjectChanged);
+
+    node->setPosition({0.0F, 0.999999F, 0.0F}, 0);
+    QCOMPARE(lowest.count(), 1);
+    QCOMPARE(lowest.at(0).first().toFloat(), 0.999999F - 1.0F);
+
+    node->setPosition({0.0F, 1.0F, 0.0F}, 0);
+    QCOMPARE(lowest.count(), 2);
+    QCOMPARE(lowest.at(1).first().toFloat(), 0.0F);
+}
+
+void tst_LowestManholeTracker::aBottomlessManholeIsAnnouncedOnce()
+{
+    const float bottomless = -std::numeric_limits<float>::infinity();
+    Node* const node = manhole(0.0F, 1.0F);
+    const QSignalSpy lowest(tracker(), &LowestManholeTracker::lowestObjectChanged);
+
+    node->setPosition({0.0F, bottomless, 0.0F}, 0);
+    node->setPosition({1.0F, bottomless, 0.0F}, 0);
+    tracker()->updateLowestObject();
+    QCOMPARE(lowest.count(), 1);
+    QCOMPARE(tracker()->getCurrentLowestY(), bottomless);
+
+    node->setPosition({0.0F, -1.0F, 0.0F}, 0);
+    QCOMPARE(lowest.count(), 2);
+    QCOMPARE(tracker()->getCurrentLowestY(), -2.0F);
+}
+
 void tst_LowestManholeTracker::registeringNothingDoesNothing()
 {
     tracker()->registerNode(nullptr);
@@ -219,6 +317,37 @@ void tst_LowestManholeTracker::onlyChildrenOfTheRootCount()
     node->setPosition({0.0F, -50.0F, 0.0F}, 0);
 
     QCOMPARE(tracker()->getCurrentLowestY(), 0.0F);
+}
+
+void tst_LowestManholeTracker::aNodeHungIntoTheSceneLaterIsSeenAtTheNextSignal()
+{
+    Node* const other = manhole(1.0F, 0.5F);
+    auto* const byItself = new Node;
+    auto* const byQml = new Node;
+    byQml->setPosition({0.0F, -2.0F, 0.0F}, 0);
+
+    byItself->setParent(m_scene->root.get());
+    QCOMPARE(tracker()->getCurrentLowestY(), 0.0F);
+    other->setPosition({1.0F, 1.0F, 0.0F}, 0);
+    QCOMPARE(tracker()->getCurrentLowestY(), -1.0F);
+
+    // QML's engine sets the parent as any object's, of which an entity tells nothing.
+    static_cast<QObject*>(byQml)->setParent(m_scene->root.get());
+    other->setPosition({2.0F, 1.0F, 0.0F}, 0);
+    QCOMPARE(tracker()->getCurrentLowestY(), -3.0F);
+}
+
+void tst_LowestManholeTracker::aNodeTakenOutOfTheSceneIsMissedAtTheNextSignal()
+{
+    Qt3DCore::QEntity elsewhere;
+    Node* const low = manhole(0.0F, 6.0F);
+    Node* const other = manhole(0.0F, 4.0F);
+
+    low->setParent(&elsewhere);
+    QCOMPARE(tracker()->getCurrentLowestY(), -6.0F);
+
+    other->setPosition({1.0F, 0.0F, 0.0F}, 0);
+    QCOMPARE(tracker()->getCurrentLowestY(), -4.0F);
 }
 
 void tst_LowestManholeTracker::anotherRootMeansAnotherScene()

@@ -108,6 +108,8 @@ void tst_OutletMath::endNodePosition_data()
     QTest::newRow("only a place") << QVector3D(-100.0F, 0.0F, 200.0F) << QVector3D(7.0F, -0.5F, 9.0F);
     QTest::newRow("only an easting") << QVector3D(-100.0F, 0.0F, 0.0F) << QVector3D(1.0F, -0.5F, 3.0F);
     QTest::newRow("only a northing") << QVector3D(0.0F, 0.0F, 200.0F) << QVector3D(1.0F, -0.5F, 3.0F);
+    QTest::newRow("a height that is no number") << QVector3D(-100.0F, qQNaN(), 200.0F) << QVector3D(7.0F, -0.5F, 9.0F);
+    QTest::newRow("an easting that is no number") << QVector3D(qQNaN(), 50.0F, 200.0F) << QVector3D(1.0F, 8.0F, 3.0F);
     QTest::newRow("noise") << QVector3D(1e-5F, 1e-5F, 1e-5F) << QVector3D(1.0F, -0.5F, 3.0F);
 }
 
