@@ -82,6 +82,7 @@ void tst_NodeFollowing::whatIsStoredIsJudgedByItsPlainOrdinates_data()
     QTest::newRow("the origin itself") << "POINT ZM(100 200 50 0)" << QVector3D();
     QTest::newRow("zeros, far from the origin") << "POINT ZM(0 0 0 0)" << QVector3D(3.0F, -2.0F, 15.0F);
     QTest::newRow("the origin's height") << "POINT ZM(0 0 50 0)" << QVector3D(3.0F, 0.0F, 15.0F);
+    QTest::newRow("a height that is no number") << "POINT ZM(93 208 nan 0)" << QVector3D(7.0F, -2.0F, 8.0F);
 }
 
 void tst_NodeFollowing::whatIsStoredIsJudgedByItsPlainOrdinates()

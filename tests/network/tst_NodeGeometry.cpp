@@ -17,6 +17,7 @@ using namespace Torvik::View3d;
 using Geometry::BuildingGeometry;
 using Geometry::ConnectionGeometry;
 using Geometry::ManholeGeometry;
+using Geometry::MeshGeometry;
 
 namespace {
 
@@ -41,7 +42,13 @@ private slots:
     void aManholeHangsFromTheGround();
     void aBuildingTouchesTheGroundFromBelow();
     void aBuildingTakesNoNoticeOfTheDepth();
+    void aNodeWithoutARecordIsAManhole();
+    void meshesOfTheirOwnHaveNoMaterial();
+    void materialsComeWithTheSelection_data();
     void materialsComeWithTheSelection();
+    void aNewMeshOfASelectedNodeIsNotSelected();
+    void hidingTheMeshLeavesTheMaterial_data();
+    void hidingTheMeshLeavesTheMaterial();
     void theMaterialIsThereBeforeAnyMeshIsShown();
     void aMeshIsShownOnceHoweverOften();
     void aConnectionShowsNothing();
@@ -52,6 +59,12 @@ private slots:
     void aMaterialThatDiedIsForgotten();
 
 private:
+    static void typesWithAMesh()
+    {
+        QTest::addColumn<QString>("type");
+        QTest::newRow("manhole") << "MH";
+        QTest::newRow("building") << "BLD";
+    }
     Node* realNode(const QString& type, const QVariantMap& more = {})
     {
         QVariantMap values = more;
@@ -104,6 +117,28 @@ void tst_NodeGeometry::aVirtualNodeKeepsItsFirstMeshUntilItIsMadeAnew()
     node->createMesh();
 
     QVERIFY(qobject_cast<ConnectionGeometry*>(node->geometry()));
+
+    Node* const building = Node::createVirtual(m_scene->root.get(), true, "V", "BLD");
+    building->createMesh();
+    QVERIFY(qobject_cast<BuildingGeometry*>(building->geometry()));
+}
+
+void tst_NodeGeometry::aNodeWithoutARecordIsAManhole()
+{
+    const Node node(m_scene->root.get(), nullptr, false, true, QString());
+
+    QVERIFY(qobject_cast<ManholeGeometry*>(node.geometry()));
+}
+
+void tst_NodeGeometry::meshesOfTheirOwnHaveNoMaterial()
+{
+    const ManholeGeometry manhole(nullptr);
+    QCOMPARE(componentsOf<Qt3DExtras::QCylinderMesh>(&manhole).size(), 1);
+    QCOMPARE(componentsOf<Qt3DRender::QMaterial>(&manhole).size(), 0);
+
+    const BuildingGeometry building(nullptr);
+    QCOMPARE(componentsOf<Qt3DExtras::QSphereMesh>(&building).size(), 1);
+    QCOMPARE(componentsOf<Qt3DRender::QMaterial>(&building).size(), 0);
 }
 
 void tst_NodeGeometry::aManholeHangsFromTheGround()
@@ -148,11 +183,21 @@ void tst_NodeGeometry::aBuildingTakesNoNoticeOfTheDepth()
     QCOMPARE(mesh->transform()->matrix(), QMatrix4x4());
 }
 
+void tst_NodeGeometry::materialsComeWithTheSelection_data()
+{
+    typesWithAMesh();
+}
+
 void tst_NodeGeometry::materialsComeWithTheSelection()
 {
-    Node* const node = realNode("MH");
-    const auto* const mesh = qobject_cast<ManholeGeometry*>(node->geometry());
+    QFETCH(QString, type);
+    Node* const node = realNode(type);
+    const auto* const mesh = qobject_cast<MeshGeometry*>(node->geometry());
     const auto materials = [mesh] { return componentsOf<Qt3DRender::QMaterial>(mesh); };
+    QVERIFY(mesh->unselectedMaterial());
+    // One of several that draw as the root's own does.
+    QCOMPARE(mesh->unselectedMaterial()->parentNode(), m_scene->root->materialNode());
+    QCOMPARE(mesh->unselectedMaterial()->effect(), m_scene->root->materialNode()->effect());
     QCOMPARE(materials(), (QVector<Qt3DRender::QMaterial*> {mesh->unselectedMaterial()}));
 
     node->setSelectedMaterial();
@@ -163,6 +208,37 @@ void tst_NodeGeometry::materialsComeWithTheSelection()
     node->setDefaultMaterial();
     node->setDefaultMaterial();
     QCOMPARE(materials(), (QVector<Qt3DRender::QMaterial*> {mesh->unselectedMaterial()}));
+}
+
+void tst_NodeGeometry::aNewMeshOfASelectedNodeIsNotSelected()
+{
+    Node* const node = realNode("MH");
+    node->setSelectedMaterial();
+
+    node->createMesh();
+
+    const auto* const mesh = qobject_cast<MeshGeometry*>(node->geometry());
+    QCOMPARE(componentsOf<Qt3DRender::QMaterial>(mesh), (QVector<Qt3DRender::QMaterial*> {mesh->unselectedMaterial()}));
+}
+
+void tst_NodeGeometry::hidingTheMeshLeavesTheMaterial_data()
+{
+    typesWithAMesh();
+}
+
+void tst_NodeGeometry::hidingTheMeshLeavesTheMaterial()
+{
+    QFETCH(QString, type);
+    Node* const node = realNode(type);
+    auto* const mesh = qobject_cast<MeshGeometry*>(node->geometry());
+    const auto materials = [mesh] { return componentsOf<Qt3DRender::QMaterial>(mesh); };
+
+    mesh->setVisible(false);
+    QCOMPARE(materials(), (QVector<Qt3DRender::QMaterial*> {mesh->unselectedMaterial()}));
+
+    node->setSelectedMaterial();
+    mesh->setVisible(true);
+    QCOMPARE(materials(), (QVector<Qt3DRender::QMaterial*> {mesh->selectedMaterial()}));
 }
 
 void tst_NodeGeometry::theMaterialIsThereBeforeAnyMeshIsShown()
