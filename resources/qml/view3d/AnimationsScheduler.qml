@@ -55,8 +55,11 @@ QtObject {
             scheduled: false,
             running: false,
             start: function() {
-                executeCallbackWithPriority(callback)
-                onAnimationFinished(pseudoAnimation)
+                try {
+                    executeCallbackWithPriority(callback)
+                } finally {
+                    onAnimationFinished(pseudoAnimation)
+                }
             },
             complete: function() {}
         }

@@ -245,11 +245,9 @@ QtObject {
                 if (!scheduled) {
                     console.error("returnToLastFullView not in scheduler")
                 }
-            }
-            onStopped: {
                 camera.restoreFullViewModes()
-                camera.animScheduler.onAnimationFinished(returnToLastFullView)
             }
+            onStopped: camera.animScheduler.onAnimationFinished(returnToLastFullView)
         }
     ]
 }

@@ -66,12 +66,15 @@ QtObject {
 
         property var scheduled
 
-        alwaysRunToEnd: true
-        onStarted: {
+        // An animation cannot be completed while it tells that it has started.
+        function start() {
+            running = true
             if (!cameraFollow.active) {
                 complete()
             }
         }
+
+        alwaysRunToEnd: true
         onStopped: cameraFollow.targetCamera.animScheduler.onAnimationFinished(anim)
 
         Vector3dAnimation {

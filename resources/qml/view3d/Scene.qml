@@ -332,9 +332,7 @@ Scene3D {
                 target: myScene
 
                 function onDistanceValueChanged(distance) {
-                    if (cameraFollowAnimation.active) {
-                        cameraFollowAnimation.schedule()
-                    }
+                    cameraFollowAnimation.schedule()
                 }
             }
         }

@@ -96,6 +96,8 @@ Camera {
     }
 
     function resetCameraProperties() {
+        // A move that went on would overwrite the default pose.
+        scheduler.completeAll()
         lastPositionFullView = undefined
         lastUpVectorFullView = undefined
         lastViewCenterFullView = undefined

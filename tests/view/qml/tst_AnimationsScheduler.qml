@@ -117,13 +117,17 @@ TestCase {
     function test_aCallbackThatFailsLeavesTheQueueUsable() {
         let failed = false
         try {
-            scheduler.executeCallbackWithPriority(function() { throw new Error("broken") })
+            scheduler.scheduleDelayedAnimation(function() { throw new Error("broken") })
         } catch (error) {
             failed = true
         }
 
         verify(failed)
         compare(scheduler.priorityScheduleIndex, -1)
+        compare(scheduler.scheduledAnimations.length, 0)
+        compare(log, ["started", "finished"])
+        scheduler.scheduleAnimation(animation("a"))
+        compare(log, ["started", "finished", "started", "a"])
     }
 
     function test_anEndOutOfTurnLeavesTheQueue() {

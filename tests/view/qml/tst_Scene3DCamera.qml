@@ -1,75 +1,10 @@
 import QtQuick 2.12
-import QtTest 1.12
-import com.torvik.view3d 1.0 as Torvik3d
 
-import "qrc:/qml/view3d"
-
-Item {
+CameraWindow {
     id: window3d
 
-    property real cameraFOV: 3
-    property int mode3dType: 1
-    property bool gridDisabled: false
-    property bool splitViewMode: false
-
-    signal beforeSplitViewModeChanged()
-
-    width: 600
-    height: 400
-
-    Component {
-        id: sceneComponent
-
-        Item {
-            id: scene3d
-
-            property alias camera: theCamera
-            property alias cameraFollow: theFollow
-            property vector3d cameraPosDefault: Qt.vector3d(0, 350 / Math.sqrt(2), 0)
-            property vector3d cameraCenterDefault: Qt.vector3d(0, 0, 0)
-            property vector3d cameraUpDefault: Qt.vector3d(0, 0, 1)
-
-            width: 600
-            height: 400
-
-            property QtObject cameraHolder: Scene3DCamera {
-                id: theCamera
-            }
-            property QtObject followHolder: CameraFollowAnimation {
-                id: theFollow
-
-                targetCamera: theCamera
-            }
-        }
-    }
-
-    TestCase {
-        id: testCase
-
-        readonly property int view3d: Torvik3d.CameraController.View3d
-        readonly property int topView: Torvik3d.CameraController.View2dTop
-        readonly property int frontView: Torvik3d.CameraController.View2dFront
-
-        property var camera
-        property var scene
-
+    CameraTestCase {
         name: "Scene3DCamera"
-
-        function init() {
-            window3d.splitViewMode = false
-            screenManager.ongoingScreenKey = ""
-            scene = createTemporaryObject(sceneComponent, window3d)
-            verify(scene)
-            camera = scene.camera
-        }
-
-        function near(actual, expected, tolerance) {
-            verify(actual.minus(expected).length() < (tolerance || 0.01), actual + " is not " + expected)
-        }
-
-        function settle() {
-            camera.animScheduler.completeAll()
-        }
 
         function test_startsLookingStraightDownWithNorthAtTheTop() {
             near(camera.position, Qt.vector3d(0, 247.487, 0))
@@ -262,6 +197,7 @@ Item {
             window3d.splitViewMode = false
             near(camera.position, Qt.vector3d(0, 9, 0))
             tryVerify(function() { return camera.animationsRunning })
+            compare(camera.viewType, view3d)
             settle()
             near(camera.position, Qt.vector3d(0, 50, -86.6))
             compare(camera.viewType, view3d)
@@ -289,6 +225,20 @@ Item {
             near(camera.position, Qt.vector3d(0, 247.487, 0))
             compare(camera.viewType, topView)
             compare(resets, 1)
+        }
+
+        function test_noMoveOutlivesAReset() {
+            camera.set3dView()
+            camera.set2dFrontView()
+            wait(50)
+
+            camera.resetCameraProperties()
+
+            verify(!camera.animationsRunning)
+            near(camera.position, Qt.vector3d(0, 247.487, 0))
+            near(camera.viewCenter, Qt.vector3d(0, 0, 0))
+            near(camera.upVector, Qt.vector3d(0, 0, 1))
+            compare(camera.viewType, topView)
         }
 
         function test_resettingThePositionIn2dMovesOutAtOnce() {
@@ -320,27 +270,6 @@ Item {
             verify(camera.tooFarFromOrigin)
             camera.setPose(Qt.vector3d(0, 9999, 0), Qt.vector3d(0, 0, 0), Qt.vector3d(0, 0, 1))
             verify(!camera.tooFarFromOrigin)
-        }
-
-        function test_theFollowedObjectIsSeenFromBehindAndAbove() {
-            const followed = createTemporaryQmlObject("import Qt3D.Core 2.12; import QtQuick 2.12; QtObject {"
-                + "property vector3d position: Qt.vector3d(10, 0, 20); signal editingFinished();"
-                + "property var transform: Transform {} }", window3d)
-            scene.cameraFollow.objectFollowed = followed
-            scene.cameraFollow.active = true
-            compare(camera.viewType, Torvik3d.CameraController.ViewUndefined)
-            settle()
-
-            const distance = 50 / camera.viewVectorLenToFovScale
-            near(camera.position, Qt.vector3d(10, distance, 20 - distance), 0.1)
-            near(camera.viewCenter, Qt.vector3d(10, 0, 20), 0.1)
-            near(camera.upVector, Qt.vector3d(0, 0.7071, 0.7071), 0.001)
-
-            followed.position = Qt.vector3d(10, 0, 30)
-            followed.editingFinished()
-            settle()
-            near(camera.viewCenter, Qt.vector3d(10, 0, 30), 0.1)
-            scene.cameraFollow.active = false
         }
     }
 }
