@@ -6,6 +6,9 @@ import "qrc:/qml/view3d"
 TestCase {
     id: testCase
 
+    readonly property string outOfTurn: "Error: When animation is over, it should be still in scheduledAnimations array"
+        + " (not -1) and it should be first (index zero). Actually it is: "
+
     property var log: []
 
     name: "AnimationsScheduler"
@@ -135,6 +138,7 @@ TestCase {
         const b = animation("b")
         scheduler.scheduleAnimation(a)
 
+        host.expectLog(outOfTurn + "-1")
         scheduler.onAnimationFinished(b)
 
         compare(scheduler.scheduledAnimations.length, 1)

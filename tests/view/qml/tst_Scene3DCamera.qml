@@ -262,6 +262,7 @@ CameraWindow {
             near(camera.groundCenter(), Qt.vector3d(0, 0, 0))
 
             camera.setPose(Qt.vector3d(0, 50, -50), Qt.vector3d(0, 50, 0), Qt.vector3d(0, 1, 0))
+            host.expectError("# Camera ground intersection with plane not found!")
             near(camera.groundCenter(), Qt.vector3d(0, 50, 0))
         }
 
