@@ -25,10 +25,7 @@ public:
 
     Q_INVOKABLE void setPage(const QString& key) const
     {
-        m_engine->rootContext()
-            ->contextProperty("pageStack")
-            .value<Torvik::Viewer::PageStack*>()
-            ->setCurrentKey(key);
+        m_engine->rootContext()->contextProperty("pageStack").value<Torvik::Viewer::PageStack*>()->setCurrentKey(key);
     }
 
     Q_INVOKABLE void setFeet(bool feet) const
@@ -38,10 +35,7 @@ public:
     }
 
 private:
-    static void expect(QtMsgType type, const QString& text)
-    {
-        QTest::ignoreMessage(type, qPrintable(text));
-    }
+    static void expect(QtMsgType type, const QString& text) { QTest::ignoreMessage(type, qPrintable(text)); }
 
     QQmlEngine* m_engine;
 };

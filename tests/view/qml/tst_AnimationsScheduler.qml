@@ -133,6 +133,38 @@ TestCase {
         compare(log, ["started", "finished", "started", "a"])
     }
 
+    function test_whatNestedCallbacksScheduleComesFirst() {
+        const a = animation("a")
+        const inner = animation("inner")
+        const waiting = animation("waiting")
+        scheduler.scheduleAnimation(a)
+        scheduler.scheduleDelayedAnimation(function() {
+            log.push("outer callback")
+            compare(scheduler.priorityScheduleIndex, 1)
+            scheduler.scheduleDelayedAnimation(function() { log.push("inner callback") })
+            scheduler.scheduleAnimation(inner)
+        })
+        scheduler.scheduleAnimation(waiting)
+
+        scheduler.completeAll()
+
+        compare(log, ["started", "a", "outer callback", "inner callback", "inner", "waiting", "finished"])
+    }
+
+    function test_aWaitingAnimationThatEndsLeavesTheQueue() {
+        const a = animation("a")
+        const b = animation("b")
+        scheduler.scheduleAnimation(a)
+        scheduler.scheduleAnimation(b)
+
+        host.expectLog(outOfTurn + "1")
+        scheduler.onAnimationFinished(b)
+
+        compare(scheduler.scheduledAnimations.length, 1)
+        compare(scheduler.scheduledAnimations[0], a)
+        compare(b.scheduled, false)
+    }
+
     function test_anEndOutOfTurnLeavesTheQueue() {
         const a = animation("a")
         const b = animation("b")
