@@ -48,7 +48,7 @@ Reach reach(const QVector3D& begin, const QVector3D& target, const QQuaternion& 
 {
     const QVector3D way = target - begin;
     const auto inScene = QQuaternion::fromDirection(way.normalized(), up);
-    return {worldRotation.inverted() * parentRotation.inverted() * inScene, way.length()};
+    return {parentRotation.inverted() * worldRotation.inverted() * inScene, way.length()};
 }
 
 bool lengthAbreastOf(const QVector3D& begin, const QVector3D& end, const QVector3D& target, float& length)

@@ -54,13 +54,18 @@ QColor paletteColour(const QVariantMap& palette, const QVariant& value)
     return colour;
 }
 
-QVariant readColumn(const QString& objectId, const QString& column)
+/** Of the section's own record, which is its inspection, or else of the pipe. */
+QVariant readColumn(const QString& inspectionId, const QString& column)
 {
     const auto active = AppState::instance().getActiveProject();
     if (!active || active->objectType() != Database::ProjectObjectType)
         return {};
-    const auto object = qSharedPointerCast<Database::CProjectObject>(active)->lookupObject(objectId);
-    return object ? object->readValue(column) : QVariant();
+    const auto inspection = qSharedPointerCast<Database::CProjectObject>(active)->lookupObject(inspectionId);
+    if (!inspection)
+        return {};
+    const QVariant value = inspection->readValue(column);
+    const auto pipe = inspection->parentObject().toStrongRef();
+    return value.isValid() || !pipe ? value : pipe->readValue(column);
 }
 
 } // namespace
