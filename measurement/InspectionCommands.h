@@ -43,13 +43,14 @@ public:
     void rotateToTargetInclination(float angle, int flags);
     QQuaternion rotationFromClockAndAngle(float angle, float clock);
 
-    /** Measured points are taken only while it is set. */
-    bool realTime = false;
-
 private:
     Pipe* m_pipe;
     Renderable* m_renderable;
     float m_currentDistance = 0.0F;
+
+public:
+    /** Measured points are taken only while it is set. */
+    bool realTime = false;
 };
 
 } // namespace Torvik::View3d

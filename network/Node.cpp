@@ -119,7 +119,7 @@ TouchControlBase* Node::createTouchControl()
 
 QString Node::guid()
 {
-    return m_isVirtual ? Renderable::guid() : getDomainObjectId();
+    return m_isVirtual || !m_props ? Renderable::guid() : getDomainObjectId();
 }
 
 QString Node::name() const

@@ -60,12 +60,14 @@ private slots:
     void inclinationIsTheRise();
     void theDistanceIsRoundedToCentimetres();
     void aDistanceBehindTheEndStretchesTheLastSegment();
+    void thePipeIsStretchedToTheRoundedDistance();
     void withoutExtensionThePipeStays();
     void aDistanceInsideStretchesNothing();
     void theCrawlerLooksACentimetreAhead();
     void pointsAreTakenInRealTimeOnly();
     void aBendIsAddedChangedAndRemoved();
     void directionLeadsFromTheFirstSegmentsEndToThePosition();
+    void inclinationIsThatOfTheFirstSegment();
     void aTargetInclinationIsTakenByTheFirstSegment_data();
     void aTargetInclinationIsTakenByTheFirstSegment();
     void aTargetInclinationKeepsTheHeadingAndStatesItsSource();
@@ -166,6 +168,15 @@ void tst_InspectionCommands::aDistanceBehindTheEndStretchesTheLastSegment()
     QVERIFY(std::abs(run.commands.totalDistance() - 7.5F) < 1e-6F);
 }
 
+void tst_InspectionCommands::thePipeIsStretchedToTheRoundedDistance()
+{
+    Run run;
+
+    run.commands.setDistance(7.504F, true);
+
+    QVERIFY(near(run.pipe->lastPoint(), QVector3D(0, 0, 7.5F)));
+}
+
 void tst_InspectionCommands::withoutExtensionThePipeStays()
 {
     Run run;
@@ -244,6 +255,13 @@ void tst_InspectionCommands::directionLeadsFromTheFirstSegmentsEndToThePosition(
 
     run.holder.setPosition(QVector3D(0, 5, 0), 0);
     QVERIFY(near(run.commands.direction(), QVector3D(0, 0, -4)));
+}
+
+void tst_InspectionCommands::inclinationIsThatOfTheFirstSegment()
+{
+    Run run({QVector3D(), QVector3D(0, 0, 4), QVector3D(0, 3, 7)});
+
+    QVERIFY(std::abs(run.commands.inclination()) < 0.02F);
 }
 
 void tst_InspectionCommands::aTargetInclinationIsTakenByTheFirstSegment_data()

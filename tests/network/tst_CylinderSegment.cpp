@@ -59,6 +59,9 @@ private slots:
     void aFollowerKeepsItsBendWhenItsPredecessorTurns();
     void aTranslatedSegmentSticksToItsPredecessor();
     void aVerticalSegmentTakesItsUpFromThePredecessor();
+    void aSegmentThatTurnsToTheVerticalTakesItsUpFromThePredecessor();
+    void aVerticalFirstSegmentHasAnUpOfItsOwn();
+    void theMeshTurnsWithThePointsAlone();
     void theWorldsUpIsSeenThroughTheHoldersTransform();
     void aPredecessorThatDiesIsForgotten();
     void proximityBeginsWithoutAPipe();
@@ -277,6 +280,41 @@ void tst_CylinderSegment::aVerticalSegmentTakesItsUpFromThePredecessor()
     QVERIFY(near(down->upDirection(), QVector3D(0, 0, 1)));
     QVERIFY(near(down->rotation().rotatedVector(QVector3D(0, 0, 1)), QVector3D(0, -1, 0)));
     QVERIFY(near(down->rotation().rotatedVector(QVector3D(0, 1, 0)), QVector3D(0, 0, 1)));
+}
+
+void tst_CylinderSegment::aSegmentThatTurnsToTheVerticalTakesItsUpFromThePredecessor()
+{
+    Qt3DCore::QEntity pipe;
+    auto* first = new CylinderSegment(&pipe, nullptr, QVector3D(), QVector3D(0, 0, 4));
+    auto* second = new CylinderSegment(&pipe, first, first->endPoint(), QVector3D(0, 0, 7));
+
+    second->setRotation(QQuaternion::fromDirection(QVector3D(0, -1, 0), QVector3D(0, 0, 1)));
+    QVERIFY(near(second->endPoint(), QVector3D(0, -3, 4)));
+    QVERIFY(near(second->upDirection(), QVector3D(0, 0, 1)));
+
+    second->setRotation(QQuaternion());
+    QVERIFY(near(second->endPoint(), QVector3D(0, 0, 7)));
+    QVERIFY(near(second->upDirection(), QVector3D(0, 1, 0)));
+}
+
+void tst_CylinderSegment::aVerticalFirstSegmentHasAnUpOfItsOwn()
+{
+    Qt3DCore::QEntity pipe;
+    QVERIFY(near(CylinderSegment(&pipe, nullptr, QVector3D(), QVector3D(0, 2, 0)).upDirection(), QVector3D(-1, 0, 0)));
+    QVERIFY(near(CylinderSegment(&pipe, nullptr, QVector3D(), QVector3D(0, -2, 0)).upDirection(), QVector3D(1, 0, 0)));
+}
+
+void tst_CylinderSegment::theMeshTurnsWithThePointsAlone()
+{
+    Qt3DCore::QEntity pipe;
+    auto* segment = new CylinderSegment(&pipe, nullptr, QVector3D(), QVector3D(4, 0, 0));
+    const QQuaternion rotation = segment->rotation();
+    const QMatrix4x4 drawn = segment->transform()->matrix();
+
+    segment->calcMeshRotation(QQuaternion::fromAxisAndAngle(1, 2, 3, 50.0F));
+
+    QCOMPARE(segment->rotation(), rotation);
+    QCOMPARE(segment->transform()->matrix(), drawn);
 }
 
 void tst_CylinderSegment::theWorldsUpIsSeenThroughTheHoldersTransform()

@@ -40,7 +40,7 @@ private slots:
     void theLabelsLineHeightComesFromTheSettings();
 
     void identityOfARealNode();
-    void identityOfAVirtualNode();
+    void identityOfANodeWithoutARecord();
     void nameEmitsOnAChangeOnly();
     void refreshingTheNameReadsTheRecord();
     void informationLines();
@@ -226,7 +226,7 @@ void tst_Node::identityOfARealNode()
     QVERIFY(!node->isVirtual());
 }
 
-void tst_Node::identityOfAVirtualNode()
+void tst_Node::identityOfANodeWithoutARecord()
 {
     Node* const node = virtualNode();
 
@@ -236,6 +236,11 @@ void tst_Node::identityOfAVirtualNode()
     QCOMPARE(node->name(), QStringLiteral("V"));
     QVERIFY(node->isVirtual());
     QVERIFY(!node->isVisible());
+
+    // A real one without a record: two of them must not share the empty key.
+    Node bare(nullptr, nullptr, false, false, QString());
+    QVERIFY(bare.guid().startsWith("rnd_"));
+    QCOMPARE(bare.getDomainObjectId(), QString());
 }
 
 void tst_Node::nameEmitsOnAChangeOnly()

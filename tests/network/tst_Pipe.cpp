@@ -29,6 +29,7 @@ private slots:
     void withoutPointsItIsAStubOfOneCentimetre();
     void aSinglePointGivesTheStubThere();
     void pointsBecomeAConnectedChain();
+    void aSegmentBeginsAtTheRoundedEndOfTheOneBefore();
     void aChainWithoutSegmentsHasNoEnds();
     void parentTimesOwnIsTheIdentity();
     void aPlainParentGetsOneTransform();
@@ -47,6 +48,7 @@ private slots:
     void aColourReachesEverySegmentThatThereIs();
     void appearanceTellsWhatIsSeen();
     void aDistanceOnAJointBelongsToTheSegmentBehind();
+    void aBendHitsAJointWithinACentimetre();
     void theFrameAtADistanceLiesOnThePipe();
     void theFrameAtTheLengthIsTheEnd();
     void theFrameMovesWithTheParent();
@@ -97,6 +99,15 @@ void tst_Pipe::pointsBecomeAConnectedChain()
     QVERIFY(near(pipe->lastPoint(), bent.last()));
     for (const EntitySegment* segment : pipe->segments())
         QVERIFY(segment->parentEntity() == pipe);
+}
+
+void tst_Pipe::aSegmentBeginsAtTheRoundedEndOfTheOneBefore()
+{
+    Holder holder;
+    const Pipe* pipe = Pipe::create(&holder, {QVector3D(), QVector3D(0, 0, 3.004F), QVector3D(2, 0, 3.004F)}, 0.15F);
+
+    QVERIFY(near(pipe->segments()[1]->beginPoint(), QVector3D(0, 0, 3), 1e-6F));
+    QVERIFY(isConnected(*pipe));
 }
 
 void tst_Pipe::aChainWithoutSegmentsHasNoEnds()
@@ -210,6 +221,9 @@ void tst_Pipe::newPointsReplaceTheChain()
 
     pipe->updatePoints({QVector3D(0, 0, 1), QVector3D(0, 0, 6)});
 
+    QCOMPARE(pipe->findChildren<EntitySegment*>().size(), 4);
+    deleteLatered();
+    QCOMPARE(pipe->findChildren<EntitySegment*>().size(), 1);
     QCOMPARE(lengths(*pipe), QVector<float>({5.0F}));
     QVERIFY(near(holder.position(), QVector3D(0, 0, 1)));
     QVERIFY(difference(pipe->worldMatrix(), QMatrix4x4()) < 1e-5F);
@@ -349,6 +363,21 @@ void tst_Pipe::aDistanceOnAJointBelongsToTheSegmentBehind()
     QCOMPARE(action.index, 0);
 }
 
+void tst_Pipe::aBendHitsAJointWithinACentimetre()
+{
+    Holder holder;
+    const Pipe* pipe = Pipe::create(&holder, bent, 0.15F);
+    const auto at = [pipe](float distance) {
+        const SegmentAction action = pipe->getActionForNearestSegment(distance);
+        return qMakePair(int(action.action), action.index);
+    };
+
+    QCOMPARE(at(3.995F), qMakePair(int(SegmentAction::UseNextSegment), 0));
+    QCOMPARE(at(3.98F), qMakePair(int(SegmentAction::SplitSegment), 0));
+    QCOMPARE(at(4.02F), qMakePair(int(SegmentAction::SplitSegment), 1));
+    QCOMPARE(at(7.995F), qMakePair(int(SegmentAction::AddAtChainEnd), -1));
+}
+
 void tst_Pipe::theFrameAtADistanceLiesOnThePipe()
 {
     Holder holder;
@@ -406,6 +435,8 @@ void tst_Pipe::orZeroGivesTheIdentityAtAndBehindTheEnd()
 
     QCOMPARE(pipe->getTransformMatrixAtDistanceOrZero(8.0F), QMatrix4x4());
     QCOMPARE(pipe->getTransformMatrixAtDistanceOrZero(9.0F), QMatrix4x4());
+    // Within one part in a hundred thousand it is the end.
+    QCOMPARE(pipe->getTransformMatrixAtDistanceOrZero(7.99998F), QMatrix4x4());
     QVERIFY(near(translation(pipe->getTransformMatrixAtDistanceOrZero(7.99F)), QVector3D(14, 1.01F, 8)));
     QVERIFY(log.lines().isEmpty());
 }

@@ -26,14 +26,18 @@ private slots:
     void aBendTakesItsDistanceRounded();
     void aBendNearAJointTurnsTheNextSegment_data();
     void aBendNearAJointTurnsTheNextSegment();
+    void aBendInsideAChainThatIsPutAtItsEndTurnsTheWhole();
     void aBendIsChangedAtTheSameDistance();
     void aBendAtTheEndAddsAStub_data();
     void aBendAtTheEndAddsAStub();
     void aBendInAnEmptyChainGivesNothing();
     void aNewSegmentTakesThePipesRadius();
     void aSplitLinksTheFollowerToTheNewSegment();
+    void theCutOffPieceCountsTheTurnOfTheWholeTwice();
     void removingABendAtTheEndTakesTheLastSegment_data();
     void removingABendAtTheEndTakesTheLastSegment();
+    void theEndIsMetInSpiteOfRounding();
+    void removingABendBehindTheChainAsIfInsideChangesNothing();
     void removingABendInsideAlwaysTakesTheSecondSegment_data();
     void removingABendInsideAlwaysTakesTheSecondSegment();
     void removingTheOnlyBendStraightensThePipe();
@@ -74,6 +78,7 @@ void tst_PipeBends::aBendNearAJointTurnsTheNextSegment_data()
     QTest::addColumn<float>("distance");
 
     QTest::newRow("on the joint") << 4.0F;
+    QTest::newRow("1 cm before it") << 3.99F;
     QTest::newRow("4 mm before it") << 3.996F;
     QTest::newRow("4 mm behind it") << 4.004F;
 }
@@ -92,6 +97,18 @@ void tst_PipeBends::aBendNearAJointTurnsTheNextSegment()
     QVERIFY(isConnected(*pipe));
     QVERIFY(near(pipe->segments()[1]->endPoint(), QVector3D(3, 0, 4)));
     QVERIFY(near(pipe->lastPoint(), QVector3D(4, 0, 4)));
+}
+
+void tst_PipeBends::aBendInsideAChainThatIsPutAtItsEndTurnsTheWhole()
+{
+    Holder holder;
+    Pipe* pipe = Pipe::create(&holder, straight, 0.15F);
+
+    QCOMPARE(pipe->addRotationInsideChain(toTheLeft, 8.0F), pipe->firstSegment());
+
+    QCOMPARE(lengths(*pipe), QVector<float>({4.0F, 3.0F, 1.0F}));
+    QVERIFY(isConnected(*pipe));
+    QVERIFY(near(pipe->lastPoint(), QVector3D(8, 0, 0)));
 }
 
 void tst_PipeBends::aBendIsChangedAtTheSameDistance()
@@ -163,6 +180,15 @@ void tst_PipeBends::aSplitLinksTheFollowerToTheNewSegment()
     QCOMPARE(lengths(*pipe), QVector<float>({1.5F, 2.5F, 3.0F, 1.0F}));
 }
 
+void tst_PipeBends::theCutOffPieceCountsTheTurnOfTheWholeTwice()
+{
+    Holder holder;
+    Pipe* pipe = Pipe::create(&holder, {QVector3D(), QVector3D(4, 0, 0)}, 0.15F);
+
+    // Its absolute turn is set as the one against its predecessor; a bend sets the real one at once.
+    QVERIFY(near(pipe->splitSegment(0, 1.5F)->direction(), QVector3D(0, 0, -1)));
+}
+
 void tst_PipeBends::removingABendAtTheEndTakesTheLastSegment_data()
 {
     QTest::addColumn<float>("distance");
@@ -181,6 +207,33 @@ void tst_PipeBends::removingABendAtTheEndTakesTheLastSegment()
     pipe->removeSegmentsRotation(distance);
 
     QCOMPARE(lengths(*pipe), QVector<float>({4.0F, 4.0F}));
+}
+
+void tst_PipeBends::theEndIsMetInSpiteOfRounding()
+{
+    Holder holder;
+    QVector<QVector3D> course;
+    for (int i = 0; i <= 10; ++i)
+        course.append(QVector3D(0, 0, 0.1F * static_cast<float>(i)));
+    Pipe* pipe = Pipe::create(&holder, course, 0.15F);
+    QVERIFY(pipe->length() > 1.0F);
+
+    pipe->removeSegmentsRotation(1.0F);
+
+    QCOMPARE(pipe->segmentCount(), 9);
+    QCOMPARE(lengths(*pipe).first(), 0.1F);
+    QCOMPARE(lengths(*pipe).last(), 0.2F);
+}
+
+void tst_PipeBends::removingABendBehindTheChainAsIfInsideChangesNothing()
+{
+    Holder holder;
+    Pipe* pipe = Pipe::create(&holder, straight, 0.15F);
+    const auto before = pipe->segments();
+
+    pipe->removeRotationInsideChain(9.0F);
+
+    QCOMPARE(pipe->segments(), before);
 }
 
 void tst_PipeBends::removingABendInsideAlwaysTakesTheSecondSegment_data()

@@ -19,6 +19,7 @@ private slots:
     void aDistanceFindsItsSegment();
     void aDistanceTellsWhatABendThereDoes_data();
     void aDistanceTellsWhatABendThereDoes();
+    void aDistanceAsFarOffAsTheToleranceHitsTheJoint();
     void onlyStraightUpAndDownIsVertical_data();
     void onlyStraightUpAndDownIsVertical();
     void aSegmentThatIsNotVerticalTakesTheWorldsUp();
@@ -134,6 +135,17 @@ void tst_PipeChain::aDistanceTellsWhatABendThereDoes()
     // One rounding to float of a difference that was computed in double.
     QVERIFY(qAbs(result.remaining - remaining) < 1e-6F);
     QCOMPARE(result.distance, distance);
+}
+
+void tst_PipeChain::aDistanceAsFarOffAsTheToleranceHitsTheJoint()
+{
+    const SegmentAction before = ChainMath::nearestSegmentAction({2.0F, 3.0F}, 1.75F, 0.25F);
+    QCOMPARE(before.action, static_cast<int>(SegmentAction::UseNextSegment));
+    QCOMPARE(before.index, 0);
+
+    const SegmentAction behind = ChainMath::nearestSegmentAction({2.0F, 3.0F}, 2.25F, 0.25F);
+    QCOMPARE(behind.action, static_cast<int>(SegmentAction::UseNextSegment));
+    QCOMPARE(behind.index, 0);
 }
 
 void tst_PipeChain::onlyStraightUpAndDownIsVertical_data()

@@ -30,6 +30,9 @@ private slots:
     void aPointInTheNextSegmentsBeginReplacesNothingOfIt();
     void aPointInTheSameSegmentReplacesItsHead();
     void aPointInTheFirstSegmentKeepsThePredecessorThatGoes();
+    void theNextPointInTheSameSegmentReplacesTheMeasuredOne();
+    void behindTheEndOfAChainMeasuredFromItsBeginAllButTheFirstGoes();
+    void aLongChainIsCutWhereTheSumOfItsLengthsSays();
     void aPointBeforeTheLastMeasuredChangesNothing();
     void aRunOfPointsLaysThePipeAnew();
     void startingBehindTheEndCountsAsTheLastSegment();
@@ -139,6 +142,7 @@ void tst_PipeMeasuredPoints::aPointInTheNextSegmentsBeginReplacesNothingOfIt()
     Holder holder;
     Pipe* pipe = Pipe::create(&holder, straight, 0.15F);
     startAt(pipe, 2.0F);
+    const QPointer<EntitySegment> replaced = pipe->segments()[1];
     const MeasuredLog log(pipe);
 
     // On the joint: the distance belongs to the second segment, of which nothing has passed yet.
@@ -146,6 +150,10 @@ void tst_PipeMeasuredPoints::aPointInTheNextSegmentsBeginReplacesNothingOfIt()
 
     QCOMPARE(log.entries, QStringList({"added (0,0,5) 2 1", "removed 1 2 1", "added (0,0,5) 1 1"}));
     QCOMPARE(lengths(*pipe), QVector<float>({4.0F, 1.0F, 3.0F, 3.0F}));
+    QCOMPARE(pipe->segments()[3]->prevSegment(), pipe->segments()[2]);
+    QVERIFY(replaced);
+    deleteLatered();
+    QVERIFY(!replaced);
 }
 
 void tst_PipeMeasuredPoints::aPointInTheSameSegmentReplacesItsHead()
@@ -194,6 +202,57 @@ void tst_PipeMeasuredPoints::aPointInTheFirstSegmentKeepsThePredecessorThatGoes(
     deleteLatered();
     QVERIFY(!measured->prevSegment());
     QCOMPARE(measured->parentRotation(), QQuaternion());
+}
+
+void tst_PipeMeasuredPoints::theNextPointInTheSameSegmentReplacesTheMeasuredOne()
+{
+    Holder holder;
+    Pipe* pipe = Pipe::create(&holder, straight, 0.15F);
+    startAt(pipe, 5.0F);
+    EntitySegment* anchor = pipe->firstSegment();
+    // Of sqrt(5), so that the next distance lies in it.
+    pipe->addPoint(QVector3D(0, 1, 6), 6.0F);
+    const MeasuredLog log(pipe);
+
+    const EntitySegment* measured = pipe->addPoint(QVector3D(0, 0, 5.5F), 5.5F);
+
+    QCOMPARE(log.entries, QStringList({"added (0,0,5.5) 2 1", "removed 1 2 1", "added (0,0,5.5) 1 1"}));
+    QCOMPARE(pipe->segments()[1], measured);
+    QCOMPARE(measured->prevSegment(), anchor);
+    QCOMPARE(measured->length(), 1.5F);
+}
+
+void tst_PipeMeasuredPoints::behindTheEndOfAChainMeasuredFromItsBeginAllButTheFirstGoes()
+{
+    Holder holder;
+    Pipe* pipe = Pipe::create(&holder, straight, 0.15F);
+    startAt(pipe, 2.0F);
+    const MeasuredLog log(pipe);
+
+    pipe->addPoint(QVector3D(0, 0, 20), 20.0F);
+
+    QCOMPARE(log.entries, QStringList({"removed 1 3 0", "added (0,0,0) 0 0", "added (0,0,20) 1 0"}));
+    QCOMPARE(lengths(*pipe), QVector<float>({4.0F, 16.0F}));
+}
+
+void tst_PipeMeasuredPoints::aLongChainIsCutWhereTheSumOfItsLengthsSays()
+{
+    Holder holder;
+    QVector<QVector3D> toAndFro;
+    for (int i = 0; i <= 61; ++i)
+        toAndFro.append(QVector3D(0, 0, i % 2 == 0 ? 0.0F : 1.11F));
+    Pipe* pipe = Pipe::create(&holder, toAndFro, 0.15F);
+    startAt(pipe, 0.0F);
+    const QVector3D begin = pipe->lastSegment()->beginPoint();
+    float before = 0.0F;
+    for (int i = 0; i < 60; ++i)
+        before += 1.11F;
+
+    pipe->addPoint(QVector3D(5, 0, 0), 67.16F);
+
+    // Taking the lengths off the distance one by one would cut 5 micrometres beside it.
+    QCOMPARE(pipe->segmentCount(), 3);
+    QVERIFY(near(pipe->lastSegment()->beginPoint().z() - begin.z(), 67.16F - before, 1e-6F));
 }
 
 void tst_PipeMeasuredPoints::aPointBeforeTheLastMeasuredChangesNothing()
@@ -246,11 +305,18 @@ void tst_PipeMeasuredPoints::measuredSegmentsTakeThePipesRadius()
     Pipe* pipe = Pipe::create(&holder, straight, 0.15F);
     startAt(pipe, 2.0F);
 
-    pipe->addPoint(QVector3D(0, 0, 6), 6.0F);
-    pipe->addPoint(QVector3D(0, 0, 12), 12.0F);
+    const auto radiiAreThePipes = [pipe] {
+        for (const EntitySegment* segment : pipe->segments())
+            if (static_cast<const CylinderSegment*>(segment)->radius() != 0.15F)
+                return false;
+        return true;
+    };
 
-    for (const EntitySegment* segment : pipe->segments())
-        QCOMPARE(static_cast<const CylinderSegment*>(segment)->radius(), 0.15F);
+    // The first point leaves a rest behind it, which the second one removes.
+    pipe->addPoint(QVector3D(0, 0, 6), 6.0F);
+    QVERIFY(radiiAreThePipes());
+    pipe->addPoint(QVector3D(0, 0, 12), 12.0F);
+    QVERIFY(radiiAreThePipes());
 }
 
 QTEST_GUILESS_MAIN(tst_PipeMeasuredPoints)

@@ -1,5 +1,6 @@
 #include "NetworkScene.h"
 
+#include "measurement/InspectionCommands.h"
 #include "network/EntitySegment.h"
 #include "scene/GlobalNav.h"
 
@@ -40,6 +41,7 @@ private slots:
     void northRotationIsACompassBearing();
 
     void aBendTurnsTheCourseAndBindsIt();
+    void changedAndRemovedBendsAreStored();
     void changingABendLeavesTheSource();
     void removingABendStraightensTheCourse();
     void bendsAreLeftAloneInRealTime();
@@ -47,6 +49,7 @@ private slots:
     void theCounterStretchesThePipe();
     void theCounterOnlyMovesTheCrawlerInRealTime();
     void realTimeMakesAGeosensorOfTheSection();
+    void theCommandsTakePointsWhileItIsRealTime();
     void aSecondShapeIsReadFromTheFarEnd();
     void theCounterLeavesASecondPipeAlone();
 
@@ -75,6 +78,15 @@ private:
     QVariant storedShapeOf(const Section* section) const
     {
         return m_scene->project().stored("SECINSP", "INS_PK", section->getInspectionObjectId(), "INS_Shape_WKT");
+    }
+
+    /** Until the end of editing and the pause before a write have passed: another object's write marks it. */
+    void waitForAWrite()
+    {
+        Node* const node = nodeAt({1.0F, 1.0F, 1.0F});
+        node->setPosition({9.0F, 9.0F, 9.0F}, TransformFlags::Manual);
+        QTRY_COMPARE(m_scene->project().stored("NODE", "OBJ_PK", node->guid(), "OBJ_Shape_WKT").toString(),
+                     QStringLiteral("POINT ZM(-9 9 9 4)"));
     }
 
     std::unique_ptr<NetworkScene> m_scene;
@@ -218,6 +230,24 @@ void tst_SectionCourse::aBendTurnsTheCourseAndBindsIt()
     QTRY_VERIFY(storedShapeOf(section).toString().count(',') == 2);
 }
 
+void tst_SectionCourse::changedAndRemovedBendsAreStored()
+{
+    Section* const section = m_scene->section(nullptr, nullptr, {}, tenMetresNorth);
+    const auto pointsStored = [this, section] { return storedShapeOf(section).toString().count(',') + 1; };
+    section->addBend(9.0F, 90.0F, 4.0F);
+    QTRY_COMPARE(pointsStored(), 3);
+    waitForAWrite();
+    const QString toTheLeft = storedShapeOf(section).toString();
+
+    section->modifyBend(3.0F, 90.0F, 4.0F);
+    QTRY_VERIFY(storedShapeOf(section).toString() != toTheLeft);
+    QCOMPARE(pointsStored(), 3);
+    waitForAWrite();
+
+    section->removeBend(4.0F);
+    QTRY_COMPARE(pointsStored(), 2);
+}
+
 void tst_SectionCourse::changingABendLeavesTheSource()
 {
     Section* const section = m_scene->section(nullptr, nullptr, {}, tenMetresNorth, TransformFlags::Manual);
@@ -245,6 +275,7 @@ void tst_SectionCourse::removingABendStraightensTheCourse()
 void tst_SectionCourse::bendsAreLeftAloneInRealTime()
 {
     Section* const section = m_scene->section(nullptr, nullptr, {}, tenMetresNorth);
+    const QString before = storedShapeOf(section).toString();
     GlobalNav::instance()->setRealTimeEnabled(true);
     const QSignalSpy geometry(section, &Section::sectionGeometryChanged);
 
@@ -254,6 +285,9 @@ void tst_SectionCourse::bendsAreLeftAloneInRealTime()
 
     QCOMPARE(section->pipe()->segmentCount(), 1);
     QCOMPARE(geometry.count(), 3);
+    QCOMPARE(section->transformFlags(), int(TransformFlags::Geosensor));
+    waitForAWrite();
+    QCOMPARE(storedShapeOf(section).toString(), before);
 }
 
 void tst_SectionCourse::theCounterStretchesThePipe()
@@ -279,6 +313,7 @@ void tst_SectionCourse::theCounterOnlyMovesTheCrawlerInRealTime()
     section->onDistanceCounterChanged(12.0);
 
     QCOMPARE(float(section->length()), 10.0F);
+    QCOMPARE(section->inspection()->currDist(), 12.0F);
 }
 
 void tst_SectionCourse::realTimeMakesAGeosensorOfTheSection()
@@ -291,6 +326,21 @@ void tst_SectionCourse::realTimeMakesAGeosensorOfTheSection()
     section->setTransformFlags(TransformFlags::Manual);
     GlobalNav::instance()->setRealTimeEnabled(false);
     QCOMPARE(section->transformFlags(), int(TransformFlags::Geosensor));
+}
+
+void tst_SectionCourse::theCommandsTakePointsWhileItIsRealTime()
+{
+    const Section* const section = m_scene->section(nullptr, nullptr);
+    QVERIFY(!section->inspection()->realTime);
+
+    GlobalNav::instance()->setRealTimeEnabled(true);
+    QVERIFY(section->inspection()->realTime);
+    const Section* const later = m_scene->section(nullptr, nullptr);
+    QVERIFY(later->inspection()->realTime);
+
+    GlobalNav::instance()->setRealTimeEnabled(false);
+    QVERIFY(!section->inspection()->realTime);
+    QVERIFY(!later->inspection()->realTime);
 }
 
 void tst_SectionCourse::aSecondShapeIsReadFromTheFarEnd()
@@ -452,11 +502,7 @@ void tst_SectionCourse::nothingIsStoredInRealTime()
 
     section->move({1.0F, 0.0F, 0.0F}, TransformFlags::Manual);
     QVERIFY(finished.wait());
-    // A write would still wait for its own pause; another object's write, begun after it, marks the end of that.
-    Node* const node = nodeAt({1.0F, 1.0F, 1.0F});
-    node->setPosition({9.0F, 9.0F, 9.0F}, TransformFlags::Manual);
-    QTRY_COMPARE(m_scene->project().stored("NODE", "OBJ_PK", node->guid(), "OBJ_Shape_WKT").toString(),
-                 QStringLiteral("POINT ZM(-9 9 9 4)"));
+    waitForAWrite();
 
     QCOMPARE(storedShapeOf(section).toString(), before);
 }
