@@ -81,6 +81,7 @@ void EntitiesManager::onLoadingStarted(int total)
     // What is still leaving would be searched through with every object that comes.
     m_loadIsLarge = total > largeLoad;
     holdStoring(true);
+    SceneEntities::instance().setLoading(true);
     if (m_removals.isBusy())
         m_reader.pauseLoad();
     else
@@ -115,6 +116,7 @@ void EntitiesManager::onLoadingFinished()
     m_root.setEnabled(true);
     returnToScene();
     holdStoring(false);
+    SceneEntities::instance().setLoading(false);
     emit loadingFinished();
 }
 

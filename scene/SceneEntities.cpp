@@ -38,6 +38,7 @@ void SceneEntities::initConnections()
     auto& app = AppState::instance();
     // A scene that is built again must not hear everything twice.
     disconnect(&app, nullptr, this, nullptr);
+    m_loading = false;
     const auto onInspection = [this](const CDomainObjectPointer& inspection) {
         onActiveInspectionChanged(CQmlDomainObject(inspection));
     };
@@ -73,8 +74,20 @@ void SceneEntities::onActiveStructureChanged(CQmlDomainObject section)
         onInspReady();
 }
 
+void SceneEntities::setLoading(bool loading)
+{
+    m_loading = loading;
+    if (!loading && m_readyWhileLoading && m_inspectionReady && m_structureReady)
+        onInspReady();
+    m_readyWhileLoading = false;
+}
+
 void SceneEntities::onInspReady()
 {
+    if (m_loading) {
+        m_readyWhileLoading = true;
+        return;
+    }
     showDirectionArrowIfNeeded();
     if (!m_activeInspection)
         return;

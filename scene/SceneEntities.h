@@ -52,6 +52,9 @@ public:
     QVariant getPositionOfAnyNodeFromSection(const QString& sectionId) const;
     /** Takes an object that is being destroyed out of every registry; an unknown one is ignored. */
     void removeObject(QObject* object);
+    /** While a project's objects come, the section of the active inspection may not stand yet: what its activation does
+     *  waits for the end. */
+    void setLoading(bool loading);
     /** The distance counter has a new value, in metres along the active section. */
     void onCrawlerPositionChanged(double distance);
 
@@ -72,6 +75,8 @@ private:
     CDomainObjectPointer m_activeInspection;
     bool m_inspectionReady = false;
     bool m_structureReady = false;
+    bool m_loading = false;
+    bool m_readyWhileLoading = false;
     ShapeAccess m_shapeAccess;
     PipeEntityBuilder m_pipeEntityBuilder;
 };

@@ -4,6 +4,8 @@
 #include <QSignalSpy>
 #include <QtTest>
 
+#include <functional>
+
 using namespace Torvik::View3d;
 
 namespace {
@@ -15,20 +17,34 @@ public:
     {
     }
     QString renderableType() const override { return QStringLiteral("thing"); }
-    void setSelectedMaterial() override { look = QStringLiteral("selected"); }
-    void setDefaultMaterial() override { look = QStringLiteral("default"); }
-    QString look;
+    void setSelectedMaterial() override { calls << QStringLiteral("selected"); }
+    void setDefaultMaterial() override { calls << QStringLiteral("default"); }
+    /** What happens to the thing and to its control, in order. */
+    QStringList calls;
+};
+
+/** As a node does: whatever moves it says where it comes from in the end. */
+class Dragged : public Thing {
+public:
+    using Thing::move;
+    void move(QVector3D vector, MeasurementType flags) override
+    {
+        calls << QStringLiteral("move %1").arg(int(flags));
+        Thing::move(vector, flags);
+        setTransformFlags(TransformFlags::Manual);
+    }
 };
 
 class Control : public TouchControlBase {
 public:
-    explicit Control(Renderable* parent)
-        : TouchControlBase(parent)
+    explicit Control(Thing* thing)
+        : TouchControlBase(thing)
+        , m_calls(thing->calls)
     {
     }
-    void disableArrows() override { calls << QStringLiteral("disableArrows"); }
-    void enablePick() override { calls << QStringLiteral("enablePick"); }
-    void disablePick() override { calls << QStringLiteral("disablePick"); }
+    void disableArrows() override { m_calls << QStringLiteral("disableArrows"); }
+    void enablePick() override { m_calls << QStringLiteral("enablePick"); }
+    void disablePick() override { m_calls << QStringLiteral("disablePick"); }
     void allow(bool allowed) override { m_allowed = allowed; }
     bool isAllowed() const override { return m_allowed; }
     void setMode(Mode const&) override {}
@@ -38,9 +54,9 @@ public:
     void setAxisArrowVisible(bool) override {}
     QString axisArrowMode() const override { return {}; }
     void setAxisArrowMode(QString const&) override {}
-    QStringList calls;
 
 private:
+    QStringList& m_calls;
     bool m_allowed = false;
 };
 
@@ -57,14 +73,14 @@ private slots:
         QTest::addColumn<int>("flags");
         QTest::addColumn<bool>("hasPosition");
         QTest::addColumn<bool>("bound");
-        QTest::newRow("unknown") << 0 << false << false;
-        QTest::newRow("observations") << 1 << true << false;
-        QTest::newRow("CAD") << 2 << true << true;
-        QTest::newRow("manual") << 4 << true << true;
-        QTest::newRow("GPS") << 8 << true << true;
-        QTest::newRow("GIS") << 16 << true << true;
-        QTest::newRow("geosensor") << 32 << true << true;
-        QTest::newRow("pipe shape") << 64 << true << true;
+        QTest::newRow("unknown") << int(TransformFlags::Unknown) << false << false;
+        QTest::newRow("observations") << int(TransformFlags::Observations) << true << false;
+        QTest::newRow("CAD") << int(TransformFlags::CAD) << true << true;
+        QTest::newRow("manual") << int(TransformFlags::Manual) << true << true;
+        QTest::newRow("GPS") << int(TransformFlags::GPS) << true << true;
+        QTest::newRow("GIS") << int(TransformFlags::GIS) << true << true;
+        QTest::newRow("geosensor") << int(TransformFlags::Geosensor) << true << true;
+        QTest::newRow("pipe shape") << int(TransformFlags::PipeShape) << true << true;
         QTest::newRow("observations and GIS") << 17 << true << true;
         QTest::newRow("only a direction bit") << 128 << false << false;
     }
@@ -78,6 +94,14 @@ private slots:
         QCOMPARE(value.getFlags(), flags);
         QCOMPARE(value.hasPosition(), hasPosition);
         QCOMPARE(value.positionBound(), bound);
+    }
+
+    void theSourcesAreStoredAsTheseBits()
+    {
+        using F = TransformFlags;
+        QCOMPARE(
+            (QVector<int> {F::Unknown, F::Observations, F::CAD, F::Manual, F::GPS, F::GIS, F::Geosensor, F::PipeShape}),
+            (QVector<int> {0, 1, 2, 4, 8, 16, 32, 64}));
     }
 
     void aStoredValueLosesTheBitsAbove64()
@@ -132,6 +156,93 @@ private slots:
         QCOMPARE(transform.translation(), QVector3D(4, 5, 6));
     }
 
+    void aSetterWithoutASourceLeavesTheSourceAlone()
+    {
+        FlaggedTransform transform(4);
+        QSignalSpy spy(&transform, &FlaggedTransform::flagsChanged);
+        QMatrix4x4 matrix;
+        matrix.translate(4, 5, 6);
+
+        transform.setMatrix(matrix, 0);
+        QCOMPARE(transform.translation(), QVector3D(4, 5, 6));
+        transform.setRotationY(30, 0);
+        transform.setTranslation(place, 0);
+        transform.setRotation(QQuaternion::fromAxisAndAngle(0, 1, 0, 60), 0);
+
+        QCOMPARE(transform.getFlags(), 4);
+        QCOMPARE(spy.count(), 0);
+    }
+
+    void theSourceIsToldBeforeTheGeometryChanges()
+    {
+        FlaggedTransform transform;
+        QVector<QMatrix4x4> told;
+        connect(&transform, &FlaggedTransform::flagsChanged, this, [&] { told.append(transform.matrix()); });
+        QVector<QMatrix4x4> before;
+        const auto set = [&](const std::function<void()>& setter) {
+            before.append(transform.matrix());
+            setter();
+        };
+        QMatrix4x4 matrix;
+        matrix.translate(4, 5, 6);
+
+        set([&] { transform.setTranslation(place, 2); });
+        set([&] { transform.setRotation(QQuaternion::fromAxisAndAngle(0, 1, 0, 30), 4); });
+        set([&] { transform.setRotationY(45, 8); });
+        set([&] { transform.setMatrix(matrix, 16); });
+
+        QCOMPARE(told, before);
+        QCOMPARE(transform.matrix(), matrix);
+    }
+
+    void everyKindOfChangeIsToldOnce()
+    {
+        Thing thing;
+        const QSignalSpy spy(&thing, &Renderable::transformChanged);
+        thing.setPosition(place, 0);
+        QCOMPARE(spy.count(), 1);
+        thing.setRotation(QQuaternion::fromAxisAndAngle(0, 1, 0, 30), 0);
+        QCOMPARE(spy.count(), 2);
+        thing.setTransformFlags(4);
+        QCOMPARE(spy.count(), 3);
+    }
+
+    void whatABareThingDoesNot()
+    {
+        Thing thing;
+        Thing other;
+        thing.setPosition(place, TransformFlags::Manual);
+        const QMatrix4x4 before = thing.transformMatrix();
+        const QSignalSpy moved(&thing, &Renderable::transformChanged);
+        const QSignalSpy named(&thing, &Renderable::nameChanged);
+
+        QCOMPARE(before, thing.transform()->matrix());
+        QCOMPARE(thing.connectionPoint(&other), place);
+        thing.setName(QStringLiteral("x"));
+        QCOMPARE(thing.name(), QString());
+        thing.connectTo(&other);
+        thing.connectApply();
+        thing.connectCancel();
+        thing.doubleTapped();
+
+        QCOMPARE(named.count(), 0);
+        QCOMPARE(moved.count(), 0);
+        QCOMPARE(thing.transformMatrix(), before);
+        QVERIFY(thing.calls.isEmpty());
+    }
+
+    void aDragFromQmlGoesTheObjectsOwnWay()
+    {
+        Dragged thing;
+        thing.setTransformFlags(TransformFlags::GIS);
+
+        QVERIFY(QMetaObject::invokeMethod(&thing, "move", Q_ARG(QVector3D, place)));
+
+        QCOMPARE(thing.calls, QStringList {QStringLiteral("move 0")});
+        QCOMPARE(thing.position(), place);
+        QCOMPARE(thing.transformFlags(), int(TransformFlags::Manual));
+    }
+
     void aNewThingStandsAtTheOriginWithoutASource()
     {
         Thing thing;
@@ -182,6 +293,8 @@ private slots:
         thing.setProperty("rotation", QQuaternion::fromAxisAndAngle(0, 1, 0, 90));
         QCOMPARE(thing.position(), place);
         QCOMPARE(thing.transformFlags(), int(TransformFlags::GIS));
+        QCOMPARE(thing.property("transform").value<FlaggedTransform*>(), thing.transform());
+        QVERIFY(thing.property("name").toString().isEmpty());
     }
 
     void transformFlagsAreClearedByZero()
@@ -189,6 +302,10 @@ private slots:
         Thing thing;
         thing.setTransformFlags(TransformFlags::GIS);
         thing.setTransformFlags(0);
+        QCOMPARE(thing.transformFlags(), 0);
+        thing.setProperty("transformFlags", int(TransformFlags::GIS));
+        QCOMPARE(thing.property("transformFlags").toInt(), int(TransformFlags::GIS));
+        thing.setProperty("transformFlags", 0);
         QCOMPARE(thing.transformFlags(), 0);
     }
 
@@ -219,6 +336,11 @@ private slots:
 
         thing.setTransform(&other);
         QCOMPARE(spy.count(), first + 1);
+
+        const FlaggedTransform sourceless(0);
+        thing.setTransform(&sourceless);
+        QCOMPARE(thing.position(), QVector3D());
+        QCOMPARE(thing.transformFlags(), 8);
     }
 
     void twoChangesWithinTheWaitAreOneEndOfEditing()
@@ -267,14 +389,11 @@ private slots:
     void selectionSwitchesTheLookAndPutsTheArrowsAway()
     {
         Thing thing;
-        auto* control = new Control(&thing);
-        thing.setTouchControl(control);
+        thing.setTouchControl(new Control(&thing));
         thing.setAsSelected();
-        QCOMPARE(thing.look, QStringLiteral("selected"));
-        QVERIFY(control->calls.isEmpty());
         thing.setAsDeselected();
-        QCOMPARE(thing.look, QStringLiteral("default"));
-        QCOMPARE(control->calls, QStringList {QStringLiteral("disableArrows")});
+        QCOMPARE(thing.calls, (QStringList {QStringLiteral("selected"), QStringLiteral("default"),
+                                            QStringLiteral("disableArrows")}));
     }
 
     void theTouchControlIsToldAndReplacedQuietly()
@@ -286,9 +405,11 @@ private slots:
         thing.setTouchControl(control);
         thing.setEnablePicker(true);
         thing.setEnablePicker(false);
-        QCOMPARE(control->calls, (QStringList {QStringLiteral("enablePick"), QStringLiteral("disablePick")}));
-        thing.allowTouchControl(true);
-        QVERIFY(thing.isTouchControlAllowed());
+        QCOMPARE(thing.calls, (QStringList {QStringLiteral("enablePick"), QStringLiteral("disablePick")}));
+        thing.setProperty("isTouchControlAllowed", true);
+        QVERIFY(control->isAllowed());
+        QVERIFY(thing.property("isTouchControlAllowed").toBool());
+        QCOMPARE(thing.property("touchControl").value<TouchControlBase*>(), control.data());
 
         thing.setTouchControl(new Control(&thing));
         QTRY_VERIFY(control.isNull());

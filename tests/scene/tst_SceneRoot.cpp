@@ -2,6 +2,7 @@
 #include "common/TestProject.h"
 #include "domain/boundary/CQmlDomainObject.h"
 #include "geo/GdalGeoProjector.h"
+#include "interaction/Utils3d.h"
 #include "network/Node.h"
 #include "network/Section.h"
 #include "scene/GlobalNav.h"
@@ -12,8 +13,10 @@
 #include <QQmlEngine>
 #include <QSignalSpy>
 #include <Qt3DCore/QTransform>
+#include <Qt3DExtras/QCylinderMesh>
 #include <Qt3DExtras/QGoochMaterial>
 #include <Qt3DExtras/QPhongMaterial>
+#include <Qt3DRender/QCamera>
 #include <Qt3DRender/QLayer>
 #include <Qt3DRender/QRayCaster>
 #include <QtTest>
@@ -48,9 +51,13 @@ private slots:
     void aNewRootHasItsDefaults()
     {
         QCOMPARE(SceneRoot::instance(), m_root);
-        QVERIFY(qobject_cast<Qt3DExtras::QPhongMaterial*>(m_root->materialPipe()));
-        QVERIFY(qobject_cast<Qt3DExtras::QPhongMaterial*>(m_root->materialNode()));
-        QVERIFY(qobject_cast<Qt3DExtras::QPhongMaterial*>(m_root->materialConnection()));
+        QVERIFY(!m_root->parentNode());
+        for (auto* const material : {m_root->materialPipe(), m_root->materialNode(), m_root->materialNodeSelected(),
+                                     m_root->materialCone(), m_root->materialConnection()}) {
+            QVERIFY(qobject_cast<Qt3DExtras::QPhongMaterial*>(material));
+            QCOMPARE(material->parentNode(), m_root);
+        }
+        QCOMPARE(m_root->findChildren<Qt3DExtras::QPhongMaterial*>().size(), 5);
         QVERIFY(!m_root->materialVertexLabel());
         QVERIFY(m_root->gridVisible());
         QVERIFY(!m_root->backgroundVisible());
@@ -91,6 +98,7 @@ private slots:
             m_root->setProperty(property, value);
             m_root->setProperty(property, value);
             QVERIFY2(spy.count() == 1, property);
+            QVERIFY2(spy.first().first() == value, property);
             QVERIFY2(m_root->property(property) == value, property);
         };
         const QVariant m = QVariant::fromValue<Qt3DRender::QMaterial*>(material);
@@ -117,9 +125,39 @@ private slots:
 
     void theSizeIsToldAsItIsKept()
     {
-        QSignalSpy spy(m_root, &SceneRoot::sceneWidthChanged);
+        QSignalSpy width(m_root, &SceneRoot::sceneWidthChanged);
+        QSignalSpy height(m_root, &SceneRoot::sceneHeightChanged);
+        m_root->setSceneWidth(300.0 + 1e-11);
+        m_root->setSceneHeight(300.0 + 1e-11);
+        QCOMPARE(width.count() + height.count(), 0);
+
+        // What is kept is a float, which is not 0.1: the same value comes as another one again.
         m_root->setSceneWidth(0.1);
-        QCOMPARE(spy.first().first().toDouble(), static_cast<double>(0.1F));
+        m_root->setSceneWidth(0.1);
+        m_root->setSceneHeight(0.1);
+        m_root->setSceneHeight(0.1);
+
+        QCOMPARE(width.count(), 2);
+        QCOMPARE(height.count(), 2);
+        QCOMPARE(width.first().first().toDouble(), static_cast<double>(0.1F));
+        QCOMPARE(height.first().first().toDouble(), static_cast<double>(0.1F));
+    }
+
+    void theLastRootAndItsCameraStayKnown()
+    {
+        Qt3DRender::QCamera camera;
+        m_root->setProperty("camera", QVariant::fromValue(&camera));
+        QCOMPARE(SceneRoot::camera(), &camera);
+        QCOMPARE(m_root->property("camera").value<Qt3DRender::QCamera*>(), &camera);
+
+        const auto* const gone = m_root;
+        delete m_root;
+        m_root = nullptr;
+        QCOMPARE(SceneRoot::instance(), gone);
+        QCOMPARE(SceneRoot::camera(), &camera);
+
+        m_root = new SceneRoot;
+        m_root->setCamera(nullptr);
     }
 
     void withoutAPlanTheLockIsOffAndTheLayerOnlyAFlag()
@@ -138,7 +176,12 @@ private slots:
         QQmlEngine engine;
         QQmlComponent component(&engine);
         component.setData("import QtQml 2.12\nimport com.torvik.view3d 1.0\n"
-                          "QtObject { property int manual: TransformFlags.Manual\n"
+                          "QtObject { property var sources: [TransformFlags.Unknown, TransformFlags.Observations,"
+                          "    TransformFlags.CAD, TransformFlags.Manual, TransformFlags.GPS, TransformFlags.GIS,"
+                          "    TransformFlags.Geosensor, TransformFlags.PipeShape]\n"
+                          "  property var utils: Utils3d {}\n"
+                          "  property var transform: TransformFlags {}\n"
+                          "  property Component root: Component { SceneRoot {} }\n"
                           "  property int front: CameraController.View2dFront\n"
                           "  property var entities: SceneEntities\n"
                           "  property Node3d node: Node3d {} }",
@@ -146,14 +189,34 @@ private slots:
         QVERIFY2(component.isReady(), qPrintable(component.errorString()));
         const QScopedPointer<QObject> object(component.create());
         QVERIFY(object);
-        QCOMPARE(object->property("manual").toInt(), 4);
+        QCOMPARE(object->property("sources").toList(), (QVariantList {0, 1, 2, 4, 8, 16, 32, 64}));
+        QVERIFY(qobject_cast<Utils3d*>(object->property("utils").value<QObject*>()));
+        QVERIFY(qobject_cast<FlaggedTransform*>(object->property("transform").value<QObject*>()));
         QCOMPARE(object->property("front").toInt(), 2);
         QCOMPARE(object->property("entities").value<QObject*>(), &SceneEntities::instance());
         QCOMPARE(QQmlEngine::objectOwnership(&SceneEntities::instance()), QQmlEngine::CppOwnership);
         QVERIFY(QMetaType::type("Node3d*") != QMetaType::UnknownType);
         QVERIFY(QMetaType::type("Section*") != QMetaType::UnknownType);
         QVERIFY(QMetaType::type("Renderable*") != QMetaType::UnknownType);
+        QVERIFY(QMetaType::type("TouchControlBase*") != QMetaType::UnknownType);
+        QVERIFY(QMetaType::type("FlaggedTransform*") != QMetaType::UnknownType);
         QVERIFY(QMetaType::type("CameraController.ControlModes") != QMetaType::UnknownType);
+        QVERIFY(QMetaType::type("CameraController.ControlPlanes") != QMetaType::UnknownType);
+    }
+
+    void theSingletonOutlivesTheEngine()
+    {
+        SceneRoot::registerMetaTypes();
+        {
+            QQmlEngine engine;
+            QQmlComponent component(&engine);
+            component.setData("import QtQml 2.12\nimport com.torvik.view3d 1.0\n"
+                              "QtObject { property var entities: SceneEntities }",
+                              QUrl());
+            delete component.create();
+        }
+        // Destroyed with the engine, this would be a use after the end.
+        QVERIFY(SceneEntities::instance().getNodes().isEmpty());
     }
 
     void theBoundsOfASystemCannotBeMadeInQml()
@@ -178,11 +241,22 @@ private slots:
 
         QString projection = QStringLiteral("another");
         m_root->safeGeoProjectorInit(Torvik::Database::WktPoint(placeB), projection);
-        GdalGeoProjector::instance()->initialized();
         m_root->safeGeoProjectorInitFromMap(10, 20, 0);
-
         QVERIFY(GdalGeoProjector::instance()->origin() == origin);
+
+        // Not because the projector is tied already, which would keep the map away by itself.
+        GdalGeoProjector::instance()->deinit();
+        m_root->safeGeoProjectorInit(Torvik::Database::WktPoint(placeB), projection);
+        m_root->safeGeoProjectorInitFromMap(10, 20, 0);
+        QVERIFY(!GdalGeoProjector::instance()->initialized());
         QCOMPARE(projection, QStringLiteral("another"));
+    }
+
+    void anEmptySceneIsTiedByTheMap()
+    {
+        QVERIFY(!GdalGeoProjector::instance()->initialized());
+        m_root->safeGeoProjectorInitFromMap(51, 10, 0);
+        QVERIFY(GdalGeoProjector::instance()->initialized());
     }
 
     void aProjectChangeUntiesTheScene()
@@ -221,12 +295,14 @@ private slots:
         AppState::instance().setActiveInspection(inspection);
         Section* const section = SceneEntities::instance().getActiveSectionEntity();
         QVERIFY(section);
-        QSignalSpy spy(m_root, &SceneRoot::distanceValueChanged);
+        QVector<QPair<double, double>> told; // the distance, and the length when it is told
+        connect(m_root, &SceneRoot::distanceValueChanged, this, [&](double distance) {
+            told.append({distance, section->length()});
+        });
 
         m_root->onDistanceValueChanged(2.5);
 
-        QCOMPARE(section->length(), static_cast<double>(2.5F));
-        QCOMPARE(spy.first().first().toDouble(), 2.5);
+        QCOMPARE(told, (QVector<QPair<double, double>> {{2.5, 2.5}}));
     }
 
     void oneArrowShowsWhitherTheActivePipeWillGrow()
@@ -302,7 +378,11 @@ private slots:
         QVERIFY(SceneEntities::instance().getProjectPathOrEmptyString().isEmpty());
         TestProject project;
         project.activate();
-        QVERIFY(SceneEntities::instance().getProjectPathOrEmptyString().startsWith(project.path()));
+        QCOMPARE(SceneEntities::instance().getProjectPathOrEmptyString(), project.project()->projectPath());
+        QVERIFY(!project.project()->projectPath().isEmpty());
+
+        AppState::instance().setActiveProject(project.addNode(QStringLiteral("A"), placeA));
+        QVERIFY(SceneEntities::instance().getProjectPathOrEmptyString().isEmpty());
     }
 
     void markersStandWhereTheyAreSet()
@@ -313,6 +393,15 @@ private slots:
         const auto transforms = marker->componentsOfType<Qt3DCore::QTransform>();
         QCOMPARE(transforms.size(), 1);
         QCOMPARE(transforms.first()->translation(), QVector3D(1, 2, 3));
+        QCOMPARE(marker->parentNode(), m_root);
+        const auto poles = marker->componentsOfType<Qt3DExtras::QCylinderMesh>();
+        QCOMPARE(poles.size(), 1);
+        QCOMPARE(poles.first()->length(), 2.0F);
+        QCOMPARE(poles.first()->radius(), 0.02F);
+        const auto colours = marker->componentsOfType<Qt3DExtras::QGoochMaterial>();
+        QCOMPARE(colours.size(), 1);
+        QCOMPARE(colours.first()->cool(), QColor(Qt::red));
+        QCOMPARE(colours.first()->warm(), QColor(Qt::red));
     }
 
     void fourPointsGiveARotationAboutTheFirst()
