@@ -4,6 +4,7 @@
 #include "domain/boundary/GeoCoord.h"
 #include "host/domain/HostSettings.h"
 
+#include <QMetaProperty>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -41,6 +42,23 @@ private slots:
 
         QCOMPARE(settings.getCustomSetting("KEY", "default"), QStringLiteral("Größe, 1"));
         QCOMPARE(settings.getDefaultLabelLineHeight(), 12.5F);
+
+        // An empty text is a value, too: what was remembered has been forgotten.
+        settings.setCustomSetting("KEY", QString());
+        Base::HostSettings::setSettingsFile(dir.filePath("settings.ini"));
+        QCOMPARE(settings.getCustomSetting("KEY", "default"), QString());
+    }
+
+    void anErrorCodeIsAValueThatQmlReads()
+    {
+        QCOMPARE(Base::CErrorCode(), Base::CErrorCode(0U));
+        const QVariant handedOver = QVariant::fromValue(Base::CErrorCode(0x150201U));
+        QCOMPARE(handedOver.value<Base::CErrorCode>().code(), 0x150201U);
+        const Base::CErrorCode error(0x150201U);
+        const QMetaObject& meta = Base::CErrorCode::staticMetaObject;
+        const int code = meta.indexOfProperty("code");
+        QVERIFY(code >= 0);
+        QCOMPARE(meta.property(code).readOnGadget(&error).toUInt(), 0x150201U);
     }
 
     void aChangedUnitIsAnnouncedOnce()

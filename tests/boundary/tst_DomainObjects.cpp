@@ -26,6 +26,13 @@ private slots:
         const auto inspection = p.addInspection(section, {}, 2);
         const auto observation = p.addObservation(inspection, "BCA", 3.5);
 
+        const auto typeOf = [](const CDomainObjectPointer& object) { return int(object->objectType()); };
+        QCOMPARE(typeOf(p.project()), 1);
+        QCOMPARE(typeOf(section), 3);
+        QCOMPARE(typeOf(lateral), 4);
+        QCOMPARE(typeOf(inspection), 5);
+        QCOMPARE(typeOf(observation), 6);
+        QCOMPARE(typeOf(a), 7);
         QCOMPARE(p.project()->nodeCount(), 2);
         QCOMPARE(p.project()->node(1), b);
         QCOMPARE(p.project()->sectionCount(), 1);
@@ -44,7 +51,22 @@ private slots:
         QCOMPARE(p.project()->findChildObjectById(NodeObjectType, a->id()), a);
         QVERIFY(!p.project()->findChildObjectById(SectionObjectType, a->id()));
         QVERIFY(!p.project()->findChildObjectById(PipeInspectionObjectType, inspection->id()));
+        QCOMPARE(section->findChildObjectById(PipeInspectionObjectType, inspection->id()),
+                 CDomainObjectPointer(inspection));
+        QVERIFY(!section->findChildObjectById(PipeObservationObjectType, observation->id()));
         QCOMPARE(lateral->readValue("OBJ_Section_REF").toString(), section->id());
+    }
+
+    void aParentThatHasGoneTestsAsFalse()
+    {
+        TestProject p;
+        const auto section = p.addSection("S", {}, {});
+        QVERIFY(section->parentObject());
+        QVERIFY(!p.project()->parentObject());
+
+        p.close();
+
+        QVERIFY(!section->parentObject());
     }
 
     void anIndexOutsideGivesNull()
@@ -273,6 +295,62 @@ private slots:
         QVERIFY(!QmlWrapper::CQmlDomainObject().isValid());
         QCOMPARE(QmlWrapper::CQmlDomainObject().objectType(), 0);
         QCOMPARE(QmlWrapper::CQmlDomainObject().queryAddressDetails(), QVariantList());
+    }
+
+    void qmlSeesWhatKindOfObjectItIs()
+    {
+        TestProject p;
+        const auto node = p.addNode("A");
+        const auto section = p.addSection("S", node, {});
+        const auto lateral = p.addLateral("L", section);
+        const auto inspection = p.addInspection(section, {}, 1, {{"INS_Key", "2024"}});
+        const auto observation = p.addObservation(inspection, "BCA", 1);
+        struct Row {
+            CDomainObjectPointer object;
+            const char* name;
+            const char* templateId;
+        };
+        for (const Row& row :
+             {Row {p.project(), "Test", "PROJECT"}, Row {section, "S", "SECTION"}, Row {lateral, "L", "LATERAL"},
+              Row {inspection, "2024", "SECINSP"}, Row {observation, "BCA", "SECOBS"}, Row {node, "A", "NODE"}}) {
+            const auto copy = QVariant::fromValue(QmlWrapper::CQmlDomainObject(row.object));
+            const auto seen = copy.value<QmlWrapper::CQmlDomainObject>();
+            QCOMPARE(seen.object(), row.object);
+            QCOMPARE(seen.objectType(), int(row.object->objectType()));
+            QCOMPARE(seen.queryName(), QString(row.name));
+            QCOMPARE(seen.queryTemplateId(), QString(row.templateId));
+        }
+        QCOMPARE(QmlWrapper::CQmlDomainObject().queryTemplateId(), QString());
+    }
+
+    void whatIsActiveIsHandedOverAndNullWhenTheProjectCloses()
+    {
+        TestProject p;
+        const CDomainObjectPointer section = p.addSection("S", {}, {});
+        const CDomainObjectPointer inspection = p.addInspection(section);
+        const CDomainObjectPointer project = p.project();
+        AppState& state = AppState::instance();
+        QVector<CDomainObjectPointer> projects;
+        QVector<CDomainObjectPointer> inspections;
+        QVector<CDomainObjectPointer> structures;
+        const QObject here;
+        connect(&state, &AppState::activeProjectChanged, &here, [&](const auto& object) { projects << object; });
+        connect(&state, &AppState::activeInspectionChanged, &here, [&](const auto& object) { inspections << object; });
+        connect(&state, &AppState::activeStructureChanged, &here, [&](const auto& object) { structures << object; });
+
+        p.activate();
+        state.setActiveStructure(section);
+        state.setActiveInspection(inspection);
+        QCOMPARE(state.getActiveInspection(), inspection);
+        QCOMPARE(state.getActiveStructure(), section);
+        p.close();
+
+        QCOMPARE(projects, (QVector<CDomainObjectPointer> {project, {}}));
+        QCOMPARE(inspections, (QVector<CDomainObjectPointer> {inspection, {}}));
+        QCOMPARE(structures, (QVector<CDomainObjectPointer> {section, {}}));
+        QVERIFY(!state.getActiveInspection());
+        QVERIFY(!state.getActiveStructure());
+        QVERIFY(!state.getActiveJob());
     }
 
     void aChangeOfProjectFirstClearsWhatBelongsToTheFormerOne()

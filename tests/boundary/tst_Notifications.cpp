@@ -56,6 +56,21 @@ private slots:
                  (QStringList {"2 " + a->id() + " OBJ_Key 5000", "2 " + a->id() + " OBJ_DepthToInvert 5000", "7"}));
     }
 
+    void anEventBearsTheNumberThatReceiversKnow() { QCOMPARE(int(CDomainNotificationEvent::eventType), 3020); }
+
+    void theWriterOfTheCoordinateSystemIsToldToo()
+    {
+        TestProject p;
+        deliver();
+        NotificationRecorder recorder;
+
+        p.project()->setProjectionWKT("LOCAL_CS[\"x\"]");
+        CDatabaseLibrary::dbAccessManager()->updateObject(p.project(), -1);
+        deliver();
+
+        QCOMPARE(recorder.heard, (QStringList {"2 " + p.project()->id() + " PRJ_ProjectionWKT -1", "7"}));
+    }
+
     void anObjectWithoutChangeTellsNothing()
     {
         TestProject p;

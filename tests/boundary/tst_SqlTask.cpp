@@ -2,6 +2,7 @@
 #include "common/TestProject.h"
 #include "domain/boundary/SqlTask.h"
 
+#include <QSemaphore>
 #include <QSqlField>
 #include <QThread>
 
@@ -34,17 +35,41 @@ public:
     QThread* thread = nullptr;
 };
 
+/** Runs until it is let go; gives up by itself so that a failing test ends. */
+class BlockingTask : public Torvik::Shared::Task<SqlResult> {
+public:
+    BlockingTask(std::atomic<bool>& started, QSemaphore& go)
+        : m_started(started)
+        , m_go(go)
+    {
+    }
+
+protected:
+    void fill(SqlResult&) override
+    {
+        m_started = true;
+        m_go.tryAcquire(1, 3000);
+    }
+
+private:
+    std::atomic<bool>& m_started;
+    QSemaphore& m_go;
+};
+
 class CountingTask : public QRunnable {
 public:
-    CountingTask(Async& async, std::atomic<int>& running, QVector<int>& order, int number)
+    CountingTask(Async& async, std::atomic<int>& running, QVector<int>& order, int number,
+                 std::atomic<QThread*>& thread)
         : m_async(async)
         , m_running(running)
         , m_order(order)
         , m_number(number)
+        , m_thread(thread)
     {
     }
     void run() override
     {
+        m_thread = QThread::currentThread();
         const bool alone = ++m_running == 1;
         QThread::yieldCurrentThread();
         m_order.append(alone ? m_number : -1);
@@ -57,6 +82,7 @@ private:
     std::atomic<int>& m_running;
     QVector<int>& m_order;
     int m_number;
+    std::atomic<QThread*>& m_thread;
 };
 
 } // namespace
@@ -198,6 +224,72 @@ private slots:
         QCOMPARE(listener.thread, QThread::currentThread());
     }
 
+    void eachRunIsHeardOnceWhateverElseIsUnderWay()
+    {
+        TestProject p;
+        p.activate();
+        Async async(Async::Sequential);
+        Listener listener;
+        std::atomic<int> done {0};
+        connect(
+            &async, &Async::taskDone, this, [&done] { ++done; }, Qt::DirectConnection);
+        QString statement("SELECT 1");
+
+        async.run(SqlUserTask::createAsyncTask(statement), &listener, &Listener::onResult);
+        async.run(SqlUserTask::createAsyncTask(statement), &listener, &Listener::onResult);
+        auto* const unheard = SqlUserTask::createAsyncTask(statement);
+        unheard->setAsync(&async);
+        async.startTask(unheard);
+
+        QTRY_COMPARE(done.load(), 3);
+        QCoreApplication::sendPostedEvents();
+        QCOMPARE(listener.results.size(), 2);
+    }
+
+    void aFailedTaskDeliversNoRows()
+    {
+        TestProject p;
+        p.activate();
+        Async async(Async::Sequential);
+        Listener listener;
+        QString statement("SELECT * FROM NO_TABLE");
+
+        async.run(SqlUserTask::createAsyncTask(statement), &listener, &Listener::onResult);
+
+        QTRY_COMPARE(listener.results.size(), 1);
+        QVERIFY(listener.results.first().data().isEmpty());
+    }
+
+    void aResultMayStartTheNextTaskBeforeTheInstanceGoes()
+    {
+        TestProject p;
+        p.activate();
+        QSemaphore go;
+        std::atomic<bool> started {false};
+        const QPointer<Async> async = new Async(Async::DeleteWhenIdle);
+        Listener listener;
+        auto* const next = new BlockingTask(started, go);
+        next->setAsync(async);
+        std::atomic<bool> first {true};
+        connect(
+            async.data(), &Async::taskDone, this,
+            [&, self = async.data()] {
+                if (first.exchange(false))
+                    self->startTask(next);
+            },
+            Qt::DirectConnection);
+        QString statement("SELECT 1");
+
+        async->run(SqlUserTask::createAsyncTask(statement), &listener, &Listener::onResult);
+
+        QTRY_VERIFY(started);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY2(async, "it was idle before it told the result");
+        go.release();
+        QTRY_VERIFY(!async);
+        QCOMPARE(listener.results.size(), 1);
+    }
+
     void aReceiverMayGoBeforeTheResult()
     {
         TestProject p;
@@ -218,15 +310,18 @@ private slots:
         std::atomic<int> running {0};
         QVector<int> order;
         QVector<int> expected;
+        std::atomic<QThread*> thread {nullptr};
         {
             Async async(Async::Sequential);
             for (int i = 0; i < 200; ++i) {
                 expected.append(i);
-                async.startTask(new CountingTask(async, running, order, i));
+                async.startTask(new CountingTask(async, running, order, i, thread));
             }
         }
 
         QCOMPARE(order, expected);
+        QVERIFY(thread);
+        QVERIFY(thread != QThread::currentThread());
     }
 
     void writesStartedBeforeTheEndAreDone()

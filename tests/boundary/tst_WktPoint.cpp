@@ -167,6 +167,19 @@ private slots:
         const Torvik::View3d::Vector3D<double> back(stored, 0.5);
         QVERIFY(back == position);
     }
+
+    void aPositionIsStoredEastNorthUp()
+    {
+        const Torvik::View3d::Vector3D<double> position(-8.0, 3.0, 6.0);
+
+        const WktPoint stored = position.toWKTPoint(2.0, 16);
+        QCOMPARE(stored.x(), QString("4"));
+        QCOMPARE(stored.y(), QString("3"));
+        QCOMPARE(stored.z(), QString("1.5"));
+
+        QVERIFY(Torvik::View3d::Vector3D<double>(stored, 2.0) == position);
+        QVERIFY(Torvik::View3d::Vector3D<double>(position, 2.0) == position * 2.0);
+    }
 };
 
 QTEST_GUILESS_MAIN(tst_WktPoint)

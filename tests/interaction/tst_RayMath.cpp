@@ -40,6 +40,8 @@ private slots:
     void theLimitOfParallelDependsOnTheLengthOfTheDirection();
     void theRotationHasLeftUpAndViewAsColumns();
     void aRayHitsThePixelThatItCameFrom();
+    void aPointBehindTheEyeIsMirrored();
+    void aPointBesideTheEyeCountsAsTheScenesOrigin();
     void theRayIsAimedAtTheMiddleOfThePixel();
     void theRayIsNotNormalised();
     void aTiltGoesBackByItsPixels();
@@ -165,6 +167,36 @@ void tst_RayMath::aRayHitsThePixelThatItCameFrom()
     }
 }
 
+void tst_RayMath::aPointBehindTheEyeIsMirrored()
+{
+    const RayMath::Eye eye = lookingNorthAndDown();
+    const QSizeF screen(600, 400);
+    const QVector3D ray = RayMath::screenRay(eye, 17.0F, 391.0F, screen);
+
+    const QPointF ahead = RayMath::screenPoint(eye, eye.position + 40.0F * ray, screen);
+    const QPointF behind = RayMath::screenPoint(eye, eye.position - 40.0F * ray, screen);
+
+    QVERIFY((ahead - QPointF(17, 391)).manhattanLength() < 0.02);
+    QVERIFY((behind - ahead).manhattanLength() < 0.04);
+}
+
+void tst_RayMath::aPointBesideTheEyeCountsAsTheScenesOrigin()
+{
+    RayMath::Eye eye = lookingNorthAndDown();
+    eye.position = QVector3D(0, 5, -30);
+    eye.view = QVector3D(0, 0, 30);
+    eye.up = QVector3D(0, 1, 0);
+    const QSizeF screen(600, 400);
+
+    const QPointF pixel = RayMath::screenPoint(eye, eye.position + QVector3D(7, 0, 0), screen);
+
+    // Seen from the eye the origin lies 5 m below the axis; a metre there is counted as one on the near plane.
+    const auto bottomward = static_cast<double>(-5.0F - eye.retina.top);
+    const auto height = static_cast<double>(eye.retina.bottom - eye.retina.top);
+    QVERIFY(std::abs(pixel.x() - 299.5) < 1e-3);
+    QVERIFY(std::abs(pixel.y() - (bottomward * 400.0 / height - 0.5)) < 1e-2);
+}
+
 void tst_RayMath::theRayIsAimedAtTheMiddleOfThePixel()
 {
     const RayMath::Eye eye = lookingNorthAndDown();
@@ -215,6 +247,8 @@ void tst_RayMath::aTiltBeyondALimitEndsOnTheLimit()
 void tst_RayMath::aViewStraightDownCountsAsNinetyDegrees()
 {
     QVERIFY(std::abs(RayMath::tiltStep(QVector3D(0.0F, -7.0F, 0.0F), 0.0, 10.1F, 89.5F) + 0.5F) < 1e-4F);
+    // A view upwards comes down to the flattest one, without a finger's way.
+    QVERIFY(std::abs(RayMath::tiltStep(QVector3D(0.0F, 1.0F, 1.0F), 0.0, 10.1F, 89.5F) - 55.1F) < 1e-4F);
 }
 
 void tst_RayMath::aZoomMovesByTwoPercentOfTheDistancePerPixel()
@@ -257,6 +291,14 @@ void tst_RayMath::headingsDifferByTheAngleSeenFromTheCentre()
     const float turn = RayMath::headingDifference(centre, centre + QVector3D(2, 0, 0), centre + QVector3D(0, 0, 3));
 
     QVERIFY(std::abs(turn - 90.0F) < 1e-4F);
+
+    // Heights do not count, and a turn across the back is not wrapped.
+    const float slanting =
+        RayMath::headingDifference(centre, centre + QVector3D(2, -4, 0), centre + QVector3D(0, 7, 3));
+    QVERIFY(std::abs(slanting - 90.0F) < 1e-4F);
+    const float across =
+        RayMath::headingDifference(centre, centre + QVector3D(-1, 0, 1), centre + QVector3D(-1, 0, -1));
+    QVERIFY(std::abs(across + 270.0F) < 1e-3F);
 }
 
 void tst_RayMath::aLevelPositionKeepsDistanceAndHeading()
@@ -267,6 +309,8 @@ void tst_RayMath::aLevelPositionKeepsDistanceAndHeading()
 
     // |(3,12,4)| = 13, its heading is (0.6, 0.8).
     QVERIFY((level - centre - QVector3D(7.8F, 0.0F, 10.4F)).length() < 1e-4F);
+    const QVector3D fromBelow = RayMath::levelPosition(centre + QVector3D(3, -12, 4), centre);
+    QVERIFY((fromBelow - level).length() < 1e-4F);
 }
 
 void tst_RayMath::aPositionStraightAboveTheCentreHasAFixedAnswer()
@@ -293,6 +337,10 @@ void tst_RayMath::axisAndAngleOfNoRotationAreZero()
 
     QCOMPARE(turn.axis, QVector3D());
     QCOMPARE(turn.angleDeg, 0.0F);
+
+    // The limit is 1e-12 of the squares' sum.
+    QCOMPARE(RayMath::axisAndAngle(QQuaternion(1, 5e-7F, 0, 0)).axis, QVector3D());
+    QVERIFY((RayMath::axisAndAngle(QQuaternion(1, 2e-6F, 0, 0)).axis - QVector3D(1, 0, 0)).length() < 1e-6F);
 }
 
 void tst_RayMath::anUnnormalisedQuaternionGivesAUnitAxis()
@@ -302,6 +350,10 @@ void tst_RayMath::anUnnormalisedQuaternionGivesAUnitAxis()
 
     QVERIFY((turn.axis - QVector3D(0.0F, 1.0F, 0.0F)).length() < 1e-6F);
     QCOMPARE(turn.angleDeg, 0.0F);
+
+    const RayMath::AxisAngle large = RayMath::axisAndAngle(QQuaternion(0.5F, 0.0F, 3.0F, 0.0F));
+    QVERIFY((large.axis - QVector3D(0.0F, 1.0F, 0.0F)).length() < 1e-6F);
+    QVERIFY(std::abs(large.angleDeg - 120.0F) < 1e-3F);
 }
 
 void tst_RayMath::sevenDecimalsStay()

@@ -56,6 +56,10 @@ private slots:
     void theInvokableOperationsStandInOrder();
     void qmlSeesUndefinedForAHorizontalRay();
     void qmlSeesThePointOfARay();
+    void qmlReachesTheCamerasPixels();
+    void aRayMeetsAnyPlane();
+    void aPlaneOfAnotherNormalIsMetWhereItStands();
+    void theCamerasOwnRetinaAndRay();
     void anIntersectionLeavesItsTargetUntouchedWhenThereIsNone();
     void aHorizontalRayGivesTheMarkOfFailureAndOneWarning();
     void aRayThatPointsAwayFromTheGroundMeetsItBehindTheCamera();
@@ -87,6 +91,13 @@ void tst_Utils3d::theInvokableOperationsStandInOrder()
 
     QCOMPARE(names, QStringList({"pointScreenToWorldGround", "pointWorldToScreen", "rayPlaneIntersec", "mapVector",
                                  "camFrontPosition"}));
+    for (const char* signature :
+         {"pointScreenToWorldGround(float,float,Qt3DRender::QCamera*,double,double,QVector3D)",
+          "pointScreenToWorldGround(float,float,Qt3DRender::QCamera*,double,double)",
+          "pointWorldToScreen(Qt3DRender::QCamera*,QVector3D,float,float)",
+          "rayPlaneIntersec(QVector3D,QVector3D,QVector3D,QVector3D)", "rayPlaneIntersec(QVector3D,QVector3D)",
+          "mapVector(QMatrix4x4,QVector3D)", "camFrontPosition(QVector3D,QVector3D)"})
+        QVERIFY2(meta->indexOfMethod(signature) >= 0, signature);
 }
 
 void tst_Utils3d::qmlSeesUndefinedForAHorizontalRay()
@@ -115,9 +126,81 @@ void tst_Utils3d::qmlSeesThePointOfARay()
     QCOMPARE(result.toVariant().value<QVector3D>(), QVector3D(1, 0, 1));
 }
 
+void tst_Utils3d::qmlReachesTheCamerasPixels()
+{
+    QQmlEngine engine;
+    QQmlEngine::setObjectOwnership(&Utils3d::instance(), QQmlEngine::CppOwnership);
+    const auto camera = cameraAbove(QVector3D(40, 0, -70));
+    QQmlEngine::setObjectOwnership(camera.get(), QQmlEngine::CppOwnership);
+    engine.globalObject().setProperty("Utils3D", engine.newQObject(&Utils3d::instance()));
+    engine.globalObject().setProperty("camera", engine.newQObject(camera.get()));
+    engine.globalObject().setProperty("matrix",
+                                      engine.toScriptValue(QMatrix4x4(QQuaternion(0, 0, 1, 0).toRotationMatrix())));
+    engine.globalObject().setProperty("ahead", engine.toScriptValue(QVector3D(0, 0, 1)));
+    const auto vector = [&engine](const char* text) {
+        const QJSValue result = engine.evaluate(text);
+        return result.isError() ? QVector3D(qQNaN(), 0, 0) : result.toVariant().value<QVector3D>();
+    };
+
+    const QPointF middle =
+        engine.evaluate("Utils3D.pointWorldToScreen(camera, camera.viewCenter, 600, 400)").toVariant().toPointF();
+    QVERIFY((middle - QPointF(299.5, 199.5)).manhattanLength() < 0.1);
+    QVERIFY(
+        near(vector("Utils3D.pointScreenToWorldGround(299.5, 199.5, camera, 600, 400)"), QVector3D(40, 0, -70), 0.01F));
+    QVERIFY(near(vector("Utils3D.mapVector(matrix, ahead)"), QVector3D(0, 0, -1)));
+    QVERIFY(near(vector("Utils3D.camFrontPosition(camera.position, camera.viewCenter)"),
+                 Utils3d::camFrontPosition(camera->position(), camera->viewCenter())));
+}
+
+void tst_Utils3d::aRayMeetsAnyPlane()
+{
+    QCOMPARE(Utils3d::rayPlaneIntersec(QVector3D(), QVector3D(1, 1, 0), QVector3D(4, 9, 9), QVector3D(10, 0, 0)),
+             QVariant(QVector3D(4, 4, 0)));
+    QVERIFY(
+        !Utils3d::rayPlaneIntersec(QVector3D(), QVector3D(0, 1, 0), QVector3D(4, 9, 9), QVector3D(10, 0, 0)).isValid());
+}
+
+void tst_Utils3d::aPlaneOfAnotherNormalIsMetWhereItStands()
+{
+    auto camera = cameraAbove(QVector3D());
+    camera->setPosition(QVector3D(0, 5, -30));
+    camera->setViewCenter(QVector3D(0, 5, 0));
+    camera->setUpVector(QVector3D(0, 1, 0));
+    const Kx::Test::LogCapture log;
+
+    const QVector3D point =
+        Utils3d::pointScreenToWorldGround(100.0F, 50.0F, camera.get(), 201.0, 101.0, QVector3D(0, 0, 1));
+
+    QVERIFY(near(point, QVector3D(0, 5, 0)));
+    QVERIFY(log.lines().isEmpty());
+}
+
+void tst_Utils3d::theCamerasOwnRetinaAndRay()
+{
+    const auto camera = cameraAbove(QVector3D(1, 2, 3));
+
+    const auto halfHeight = static_cast<float>(0.5 * std::tan(qDegreesToRadians(20.0)));
+    const RayMath::RetinaLimits limits = Utils3d::cameraRetinaLimits(camera.get());
+    QVERIFY(std::abs(limits.left - 1.5F * halfHeight) < 1e-5F);
+    QVERIFY(std::abs(limits.right + 1.5F * halfHeight) < 1e-5F);
+    QVERIFY(std::abs(limits.top - halfHeight) < 1e-5F);
+    QVERIFY(std::abs(limits.bottom + halfHeight) < 1e-5F);
+
+    const QMatrix4x4 rotation = Utils3d::cameraToWorldRotation(camera.get());
+    QVERIFY(near(rotation.column(1).toVector3D(), camera->upVector().normalized(), 1e-5F));
+    QVERIFY(near(rotation.column(2).toVector3D(), camera->viewVector().normalized(), 1e-5F));
+
+    const QVector3D ray = Utils3d::cameraToScreenRay(299.5F, 199.5F, camera.get(), width, height);
+    QVERIFY(near(ray, camera->viewVector().normalized() * 0.5F, 1e-5F));
+
+    QCOMPARE(Utils3d::roundToFloat(0.12345674), 0.1234567F);
+}
+
 void tst_Utils3d::anIntersectionLeavesItsTargetUntouchedWhenThereIsNone()
 {
+    const Kx::Test::LogCapture log;
     QVector3D out(7, 8, 9);
+    QVERIFY(!Utils3d::rayPlaneIntersec(QVector3D(0, 1, 0), QVector3D(1, 0, 0)).isValid());
 
     QVERIFY(
         !Utils3d::rayPlaneIntersection(QVector3D(0, 1, 0), QVector3D(1, 0, 0), out, QVector3D(), QVector3D(0, 1, 0)));
@@ -126,6 +209,7 @@ void tst_Utils3d::anIntersectionLeavesItsTargetUntouchedWhenThereIsNone()
     QVERIFY(
         Utils3d::rayPlaneIntersection(QVector3D(0, 1, 0), QVector3D(1, -1, 0), out, QVector3D(), QVector3D(0, 1, 0)));
     QCOMPARE(out, QVector3D(1, 0, 0));
+    QVERIFY(log.lines().isEmpty());
 }
 
 void tst_Utils3d::aHorizontalRayGivesTheMarkOfFailureAndOneWarning()
@@ -182,7 +266,9 @@ void tst_Utils3d::aGroundPointComesBackToItsPixel()
 
 void tst_Utils3d::noCameraGivesTheScreensCorner()
 {
+    const Kx::Test::LogCapture log;
     QCOMPARE(Utils3d::pointWorldToScreen(nullptr, QVector3D(1, 2, 3), width, height), QPointF());
+    QVERIFY(log.lines().isEmpty());
 }
 
 void tst_Utils3d::noCameraGivesNoGroundPoint()
