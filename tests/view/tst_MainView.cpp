@@ -1,6 +1,7 @@
 #include "common/TestProject.h"
 #include "geo/GdalGeoProjector.h"
 #include "host/modules/HostModules.h"
+#include "host/modules/Screens.h"
 #include "interaction/CameraController.h"
 #include "interaction/Utils3d.h"
 #include "scene/GlobalNav.h"
@@ -99,6 +100,53 @@ private slots:
     {
         QVERIFY(!m_flowBeforeTie);
         QVERIFY(flowStarted());
+    }
+
+    void theFlowOfDataStartsOnce()
+    {
+        TestProject project;
+        project.addNode("A", "POINT ZM(400000 5600000 100 16)");
+        project.activate();
+        QTRY_VERIFY(SceneRoot::instance()->sceneHasNodesWithPosition());
+        QSignalSpy loads(&SceneRoot::instance()->entitiesManager(), &EntitiesManager::loadingStarted);
+
+        emit GdalGeoProjector::instance()->initializedFromMap();
+
+        QCOMPARE(loads.count(), 0);
+        project.close();
+    }
+
+    void anInspectionTakesTheCameraToItsStartNode()
+    {
+        TestProject project;
+        const auto a = project.addNode("A", "POINT ZM(400000 5600000 100 16)");
+        const auto b = project.addNode("B", "POINT ZM(400040 5600000 100 16)");
+        const auto upstream = project.addInspection(project.addSection("A-B", a, b), {}, 2);
+        project.activate();
+        QTRY_VERIFY(SceneRoot::instance()->sceneHasNodesWithPosition());
+        settle();
+        start();
+        QVERIFY(!m_scene->property("crawlerVisible").toBool());
+
+        Torvik::AppState::instance().setActiveInspection(upstream);
+
+        QVERIFY(m_camera->property("animationsRunning").toBool());
+        settle();
+        const QVector3D node = GdalGeoProjector::instance()->worldPosForWktString("POINT ZM(400040 5600000 100 16)");
+        const QVector3D aboveNode(node.x(), 0, node.z());
+        QVERIFY2((m_camera->viewCenter() - aboveNode).length() < 0.01F,
+                 qPrintable(describe(m_camera->viewCenter(), aboveNode)));
+        QVERIFY((m_camera->position() - aboveNode - QVector3D(0, 350, 0)).length() < 0.01F);
+        QVERIFY(m_scene->property("crawlerVisible").toBool());
+        auto* pages = qvariant_cast<Torvik::Viewer::PageStack*>(m_engine->rootContext()->contextProperty("pageStack"));
+        pages->setCurrentKey("Screens::ProjectScreen");
+        QVERIFY(!m_scene->property("crawlerVisible").toBool());
+        pages->setCurrentKey("Screens::InspectionScreen");
+
+        Torvik::AppState::instance().setActiveInspection({});
+        QVERIFY(!m_camera->property("animationsRunning").toBool());
+        QVERIFY((m_camera->viewCenter() - aboveNode).length() < 0.01F);
+        project.close();
     }
 
     void aPipeIsPaintedWhereItLies()
@@ -304,6 +352,37 @@ private slots:
         project.close();
 
         QTRY_VERIFY((m_camera->position() - QVector3D(0, 247.487F, 0)).length() < 0.01F);
+        QCOMPARE(GlobalNav::instance()->viewType(), CameraController::View2dTop);
+    }
+
+    void anotherProjectKeepsTheCamera()
+    {
+        TestProject first;
+        first.activate();
+        pose({5, 400, -60}, {5, 0, 6}, {0, 1, 1}, CameraController::View3d);
+
+        TestProject second;
+        second.activate();
+
+        QVERIFY(!m_camera->property("animationsRunning").toBool());
+        QCOMPARE(m_camera->position(), QVector3D(5, 400, -60));
+        QCOMPARE(GlobalNav::instance()->viewType(), CameraController::View3d);
+        second.close();
+        first.close();
+    }
+
+    void closingDuringAMoveResetsTheCamera()
+    {
+        TestProject project;
+        project.activate();
+        start();
+        click("3dButton");
+        QVERIFY(m_camera->property("animationsRunning").toBool());
+
+        project.close();
+
+        QTRY_VERIFY(!m_camera->property("animationsRunning").toBool());
+        QVERIFY((m_camera->position() - QVector3D(0, 247.487F, 0)).length() < 0.01F);
         QCOMPARE(GlobalNav::instance()->viewType(), CameraController::View2dTop);
     }
 
