@@ -220,6 +220,17 @@ CameraWindow {
             verify(Qt.colorEqual(material.specular, "#000000"), material.specular)
         }
 
+        function test_oneMaterialIsSpare() {
+            const spare = Array.from(scene.entity.childNodes).filter(function(node) {
+                return node && node.warm !== undefined && Qt.colorEqual(node.warm, "red")
+            })
+            compare(spare.length, 1)
+            verify(Qt.colorEqual(spare[0].cool, "black"))
+            verify(Qt.colorEqual(spare[0].diffuse, Qt.rgba(0.1, 0.1, 0.1, 1)))
+            fuzzyCompare(spare[0].alpha, 0.12, 1e-6)
+            fuzzyCompare(spare[0].shininess, 0.1, 1e-6)
+        }
+
         function test_theGroundIsGreyAndAsTransparentAsTheWindowWants() {
             const settings = scene.entity.components[0]
             const frameGraph = settings.activeFrameGraph

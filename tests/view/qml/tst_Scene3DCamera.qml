@@ -1,6 +1,7 @@
 import Qt3D.Render 2.12
 import QtQuick 2.12
 import QtTest 1.12
+import com.torvik.view3d 1.0 as Torvik3d
 
 CameraWindow {
     id: window3d
@@ -47,6 +48,27 @@ CameraWindow {
             compare(camera.maxDist, 500000)
             verify(camera.initialized)
             verify(!camera.tooFarFromOrigin)
+        }
+
+        function test_gesturesKnowTheSceneAndItsModes() {
+            const controller = camera.cameraController
+            compare(controller.camera, camera)
+            compare(controller.scene, scene)
+            compare(controller.sceneWidth, 600)
+            compare(controller.sceneHeight, 400)
+            scene.width = 500
+            scene.height = 300
+            compare(controller.sceneWidth, 500)
+            compare(controller.sceneHeight, 300)
+
+            window3d.mode3dType = Torvik3d.CameraController.Zoom
+            compare(controller.mode, Torvik3d.CameraController.Zoom)
+            window3d.mode3dType = Torvik3d.CameraController.Translate
+            compare(controller.mode, Torvik3d.CameraController.Translate)
+            camera.viewType = frontView
+            compare(controller.viewType, frontView)
+            camera.viewType = undefinedView
+            compare(controller.viewType, undefinedView)
         }
 
         function test_everyPartOfTheProjectionTellsItsChange() {

@@ -135,7 +135,7 @@ CameraWindow {
             compare(camera.viewType, frontView)
         }
 
-        function test_nodeCoordinatesInAnotherViewDoNot() {
+        function test_nodeCoordinatesInAnotherViewReturnToo() {
             rememberTilted()
             window3d.splitViewMode = true
             moveAway()
@@ -144,6 +144,18 @@ CameraWindow {
             window3d.splitViewMode = false
 
             near(camera.position, tilted)
+        }
+
+        function test_theFrontViewOfAnotherScreenReturnsToo() {
+            rememberTilted()
+            window3d.splitViewMode = true
+            moveAway()
+            camera.viewType = frontView
+
+            window3d.splitViewMode = false
+
+            near(camera.position, tilted)
+            compare(camera.viewType, view3d)
         }
     }
 }
