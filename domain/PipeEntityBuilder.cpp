@@ -5,6 +5,7 @@
 #include "domain/SectionAdapter.h"
 #include "domain/boundary/CLogger.h"
 #include "domain/boundary/Notifications.h"
+#include "network/Node.h"
 #include "network/ObservationConnection.h"
 #include "network/Section.h"
 #include "scene/SceneEntities.h"
@@ -37,7 +38,17 @@ Section* PipeEntityBuilder::create(const Inspection& inspection)
     connectSection(section);
     section->setName(pipe->readValue(QStringLiteral("OBJ_Key")).toString());
     emit section->visibilityChanged(true);
+    takeToJoint(section);
     return section;
+}
+
+void PipeEntityBuilder::takeToJoint(Section* section)
+{
+    // A made-up node has a depth that no lateral begins at; its connection knows better.
+    const Node* const start = section->startNode();
+    if (section->inspectionUpstream() && start && start->isVirtual() &&
+        SceneEntities::instance().getLateralConnections().contains(section->getProps()->sectionId()))
+        section->reposition();
 }
 
 void PipeEntityBuilder::connectSection(Section* section)

@@ -35,6 +35,7 @@ public slots:
     void onLateralInProximity(const QString& inspectionId);
 
 private:
+    static void takeToJoint(Section* section);
     void connectSection(Section* section);
 };
 
