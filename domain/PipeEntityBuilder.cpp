@@ -93,7 +93,8 @@ void PipeEntityBuilder::insertObservation(const CDomainObjectPointer& observatio
     const auto inspection = observation ? observation->parentObject().toStrongRef() : CDomainObjectPointer();
     auto& entities = SceneEntities::instance();
     Section* const section = inspection ? entities.getPipeEntities().getByInspectionId(inspection->id()) : nullptr;
-    if (!section)
+    // One that came with its inspection, or during a load, is announced once more by itself.
+    if (!section || entities.getObservations().contains(observation->id()))
         return;
     auto* const proxy = new Database::CDomainObjectProxy(sharedNotificationMapper(), observation, nullptr);
     auto* const adapter = new ObservationAdapter(proxy, nullptr);
@@ -132,7 +133,11 @@ void PipeEntityBuilder::onLateralRefreshRequest(const QString& sectionId)
 
 void PipeEntityBuilder::onLateralInProximity(const QString& inspectionId)
 {
-    Section* const section = SceneEntities::instance().getPipeEntities().getByInspectionId(inspectionId);
+    const auto& pipes = SceneEntities::instance().getPipeEntities();
+    Section* section = pipes.getByInspectionId(inspectionId);
+    // A section names its lateral by the pipe.
+    if (!section)
+        section = pipes.getBySectionId(inspectionId).value(0);
     if (!section)
         return;
     const QString domainId = section->getDomainObjectId();

@@ -32,6 +32,7 @@ public slots:
     void onLateralConnectionAdded(const QString& sectionId, Torvik::View3d::ObservationConnection* connection);
     void onLateralConnectionRemoved(const QString& sectionId);
     void onLateralRefreshRequest(const QString& sectionId);
+    /** `inspectionId` may be the id of the lateral itself as well. */
     void onLateralInProximity(const QString& inspectionId);
 
 private:

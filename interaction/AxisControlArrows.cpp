@@ -1,9 +1,15 @@
 #include "interaction/AxisControlArrows.h"
 
+#include "interaction/DragMath.h"
 #include "interaction/ObjectPicker.h"
+#include "interaction/Utils3d.h"
 #include "labels/OnTopEffect.h"
+#include "scene/Renderable.h"
+#include "scene/SceneRoot.h"
 
 #include <Qt3DCore/QTransform>
+#include <Qt3DExtras/QCuboidMesh>
+#include <Qt3DRender/QCamera>
 #include <Qt3DRender/QMaterial>
 #include <Qt3DRender/QMesh>
 #include <Qt3DRender/QParameter>
@@ -16,6 +22,10 @@ namespace {
 
 constexpr float distancePerSize = -1.2F;
 const QVector3D arrowScale(0.5F, 1.0F, 2.0F);
+constexpr float padWidth = 0.7F;
+constexpr float padLength = 1.1F;
+/** The object itself is to be picked inside. */
+constexpr float padBegin = 0.4F;
 
 /** Turns x, y and z to the way across, the normal and the axis. */
 QMatrix4x4 orientation(const QVector3D& normal, const QVector3D& axis)
@@ -30,8 +40,9 @@ QMatrix4x4 orientation(const QVector3D& normal, const QVector3D& axis)
 
 } // namespace
 
-AxisControlArrows::AxisControlArrows(Qt3DCore::QEntity* parent, QVector3D normal, QVector3D axis, float size)
+AxisControlArrows::AxisControlArrows(Renderable* parent, QVector3D normal, QVector3D axis, float size)
     : Qt3DCore::QEntity(parent)
+    , m_renderable(parent)
     , m_transform(new Qt3DCore::QTransform(this))
     , m_normal(normal.normalized())
     , m_axis(axis.normalized())
@@ -52,10 +63,34 @@ void AxisControlArrows::createArrows()
         matrix.translate(0.0F, 0.0F, m_size * distancePerSize);
         createArrow(QColor(QStringLiteral("green")), root, matrix);
     }
+    createPad(root);
     m_transform->setMatrix(orientation(m_normal, m_axis));
     root->setParent(this);
     root->addComponent(m_transform);
-    root->addComponent(m_objectPicker);
+    followView();
+    if (const auto* const camera = SceneRoot::camera())
+        connect(camera, &Qt3DRender::QCamera::viewVectorChanged, this, &AxisControlArrows::followView);
+}
+
+void AxisControlArrows::followView()
+{
+    m_transform->setScale(DragMath::handleScale(Utils3d::lensDistance(SceneRoot::camera())));
+}
+
+void AxisControlArrows::createPad(Qt3DCore::QEntity* parent)
+{
+    // Never drawn: it is there for the finger, which is wider than an arrow.
+    for (const float side : {-1.0F, 1.0F}) {
+        auto* const pad = new Qt3DCore::QEntity(parent);
+        auto* const box = new Qt3DExtras::QCuboidMesh(pad);
+        box->setXExtent(padWidth);
+        box->setYExtent(padWidth);
+        box->setZExtent(padLength);
+        auto* const place = new Qt3DCore::QTransform(pad);
+        place->setTranslation({0.0F, 0.0F, side * (padBegin + padLength / 2.0F)});
+        pad->addComponent(box);
+        pad->addComponent(place);
+    }
 }
 
 void AxisControlArrows::createArrow(const QColor& color, Qt3DCore::QEntity* parent, const QMatrix4x4& matrix)

@@ -11,6 +11,8 @@ namespace {
 
 constexpr float ringToDistance = 0.125F;
 constexpr float leastRing = 2.5F;
+/** Metres at which a handle of its own size is as large as a finger. */
+constexpr float handleDistance = 35.0F;
 
 } // namespace
 
@@ -35,6 +37,11 @@ float turn(const QVector3D& centre, const QVector3D& from, const QVector3D& to)
 float ringRadius(float viewDistance)
 {
     return std::max(viewDistance * ringToDistance, leastRing);
+}
+
+float handleScale(float viewDistance)
+{
+    return std::max(viewDistance / handleDistance, 1.0F);
 }
 
 } // namespace Torvik::View3d::DragMath

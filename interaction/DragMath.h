@@ -18,7 +18,10 @@ QVector3D constrained(const QVector3D& way, const QVector3D& axisLock, const QVe
 float turn(const QVector3D& centre, const QVector3D& from, const QVector3D& to);
 
 /** Radius of the ring by which an object is turned: of the same size on the screen at any distance from the view's
- *  centre, and not below 2.5. */
+ *  centre, and not below 2.5. Distances are those of a 20 degree lens. */
 float ringRadius(float viewDistance);
+
+/** Factor by which handles grow with the distance, so that a finger finds them; not below 1. */
+float handleScale(float viewDistance);
 
 } // namespace Torvik::View3d::DragMath

@@ -2,6 +2,7 @@
 
 #include "interaction/DragMath.h"
 #include "interaction/ObjectPicker.h"
+#include "interaction/Utils3d.h"
 #include "scene/SceneRoot.h"
 
 #include <Qt3DCore/QTransform>
@@ -36,8 +37,7 @@ RotationRing::RotationRing(Qt3DCore::QEntity* parent)
     material->setAmbient(Qt::white);
     material->setShininess(0.0F);
     material->setAlpha(alpha);
-    for (Qt3DCore::QComponent* component :
-         std::initializer_list<Qt3DCore::QComponent*> {place, m_mesh, material, m_picker})
+    for (Qt3DCore::QComponent* component : std::initializer_list<Qt3DCore::QComponent*> {place, m_mesh, material})
         addComponent(component);
     followView();
     if (const auto* const camera = SceneRoot::camera())
@@ -51,8 +51,7 @@ float RotationRing::radius() const
 
 void RotationRing::followView()
 {
-    const auto* const camera = SceneRoot::camera();
-    m_mesh->setRadius(DragMath::ringRadius(camera ? camera->viewVector().length() : 0.0F));
+    m_mesh->setRadius(DragMath::ringRadius(Utils3d::lensDistance(SceneRoot::camera())));
 }
 
 } // namespace Torvik::View3d

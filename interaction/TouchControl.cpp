@@ -6,11 +6,11 @@
 #include "interaction/ObjectPicker.h"
 #include "interaction/RotationRing.h"
 #include "interaction/TouchInput.h"
+#include "interaction/Utils3d.h"
 #include "scene/GlobalNav.h"
 #include "scene/Renderable.h"
 #include "scene/SceneRoot.h"
-
-#include <Qt3DRender/QCamera>
+#include "scene/SelectionAwareness.h"
 
 namespace Torvik::View3d {
 
@@ -82,9 +82,12 @@ void TouchControl::selectOnPress()
         setMode(ScreenTranslation);
         return;
     }
+    // A quick tap may have selected it already, before the renderer found what lies under it.
+    const auto& selection = SelectionAwareness::instance();
+    const bool selectedByThisTap = selection.selectionInProgress() && selection.lastSelected() == guid;
     if (root->maxSelection() < 2)
         root->selectOneByDomainGuid(guid);
-    else
+    else if (!selectedByThisTap)
         root->selectNextByDomainGuid(guid);
     setMode(modeOfNavigation());
 }
@@ -107,8 +110,7 @@ void TouchControl::createHelperTorus()
 
 float TouchControl::calculateRotationTorusRadius() const
 {
-    const auto* const camera = SceneRoot::camera();
-    return DragMath::ringRadius(camera ? camera->viewVector().length() : 0.0F);
+    return DragMath::ringRadius(Utils3d::lensDistance(SceneRoot::camera()));
 }
 
 void TouchControl::disableArrows()

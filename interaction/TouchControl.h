@@ -68,6 +68,10 @@ public:
     /** Turns the object about the vertical by degrees. */
     void rotateAroundY(float angle);
     float calculateRotationTorusRadius() const;
+    /** The selection that a press on the object brings about. */
+    void selectOnPress();
+    /** Ends a drag or turn under way as a release does, for a finger whose release was not seen. */
+    void finishGesture();
 
 public slots:
     void frameTriggered(float dt);
@@ -83,9 +87,9 @@ public slots:
 
 private:
     using PointerSlot = void (TouchControl::*)(Qt3DInput::QMouseEvent*);
+    using Finish = void (TouchControl::*)();
 
     void setupMouseHandler();
-    void selectOnPress();
     void createHelperTorus();
     void onEnabledChanged(bool enabled);
     void updateAxisControlArrows();
@@ -95,10 +99,11 @@ private:
     void setScreenTranslationMode();
     bool isLabel() const;
 
-    void startGesture(PointerSlot moved, PointerSlot released);
+    void startGesture(PointerSlot moved, Finish finish);
     void stopGesture();
-    void translationReleased(Qt3DInput::QMouseEvent* mouse);
-    void rotationReleased(Qt3DInput::QMouseEvent* mouse);
+    void released(Qt3DInput::QMouseEvent* mouse);
+    void finishTranslation();
+    void finishRotation();
     /** Scene point on the plane through the object under a position on the screen. */
     std::optional<QVector3D> pointUnder(const QPointF& position, const QVector3D& planeNormal) const;
     QVector3D dragPlaneNormal() const;
@@ -110,6 +115,7 @@ private:
     QTimer m_doubleTapTimer;
     QPointer<TouchInput> m_input;
     QList<QMetaObject::Connection> m_gesture; ///< between press and release
+    Finish m_finish = nullptr;
     QPoint m_pressPosition;
     QVector3D m_lastPoint;
     QPointF m_screenPoint;

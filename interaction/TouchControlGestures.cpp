@@ -64,14 +64,15 @@ std::optional<QVector3D> TouchControl::pointUnder(const QPointF& position, const
     return point;
 }
 
-void TouchControl::startGesture(PointerSlot moved, PointerSlot released)
+void TouchControl::startGesture(PointerSlot moved, Finish finish)
 {
     stopGesture();
+    m_finish = finish;
     if (!m_input)
         return;
     m_gesture = {
         connect(m_input->mouseHandler(), &Qt3DInput::QMouseHandler::positionChanged, this, moved),
-        connect(m_input->mouseHandler(), &Qt3DInput::QMouseHandler::released, this, released),
+        connect(m_input->mouseHandler(), &Qt3DInput::QMouseHandler::released, this, &TouchControl::released),
         connect(m_input->frameAction(), &Qt3DLogic::QFrameAction::triggered, this, &TouchControl::frameTriggered),
     };
 }
@@ -105,7 +106,7 @@ void TouchControl::onPressedObject(Qt3DRender::QPickEvent* pick)
     if (!point)
         return;
     m_lastPoint = *point;
-    startGesture(&TouchControl::movedXZ, &TouchControl::translationReleased);
+    startGesture(&TouchControl::movedXZ, &TouchControl::finishTranslation);
 }
 
 void TouchControl::movedXZ(Qt3DInput::QMouseEvent* mouse)
@@ -140,12 +141,23 @@ void TouchControl::moveParent(QVector3D vector)
     moveParent(vector, TransformFlags::Manual);
 }
 
-void TouchControl::translationReleased(Qt3DInput::QMouseEvent* mouse)
+void TouchControl::released(Qt3DInput::QMouseEvent* mouse)
+{
+    m_pressPosition = positionOf(mouse);
+    finishGesture();
+}
+
+void TouchControl::finishGesture()
+{
+    if (!m_gesture.isEmpty())
+        (this->*m_finish)();
+}
+
+void TouchControl::finishTranslation()
 {
     if (objectDragAllowed())
         GlobalNav::instance()->setActiveObjectTransformControl(false);
     m_moved = false;
-    m_pressPosition = positionOf(mouse);
     m_customPicker->enablePick();
     stopGesture();
 }
@@ -159,7 +171,7 @@ void TouchControl::torusPicked(Qt3DRender::QPickEvent* pick)
     if (!point)
         return;
     m_lastPoint = *point;
-    startGesture(&TouchControl::rotated, &TouchControl::rotationReleased);
+    startGesture(&TouchControl::rotated, &TouchControl::finishRotation);
 }
 
 void TouchControl::rotated(Qt3DInput::QMouseEvent* mouse)
@@ -179,9 +191,8 @@ void TouchControl::rotateAroundY(float angle)
     transform->setRotationY(transform->rotationY() + angle, TransformFlags::Manual);
 }
 
-void TouchControl::rotationReleased(Qt3DInput::QMouseEvent* mouse)
+void TouchControl::finishRotation()
 {
-    m_pressPosition = positionOf(mouse);
     m_customPicker->enablePick();
     stopGesture();
     if (objectDragAllowed())

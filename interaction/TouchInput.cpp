@@ -1,7 +1,8 @@
 #include "interaction/TouchInput.h"
 
+#include "interaction/AxisControlArrows.h"
 #include "interaction/CustomPicker.h"
-#include "interaction/ObjectPicker.h"
+#include "interaction/RotationRing.h"
 #include "interaction/TouchControl.h"
 #include "scene/Renderable.h"
 
@@ -14,11 +15,9 @@ namespace Torvik::View3d {
 
 namespace {
 
-Renderable* renderableAbove(Qt3DCore::QEntity* entity)
+TouchControl* controlOf(Renderable* renderable)
 {
-    while (entity && !qobject_cast<Renderable*>(entity))
-        entity = entity->parentEntity();
-    return qobject_cast<Renderable*>(entity);
+    return renderable && renderable->isPickable() ? qobject_cast<TouchControl*>(renderable->touchControl()) : nullptr;
 }
 
 } // namespace
@@ -36,27 +35,64 @@ TouchInput::TouchInput(Qt3DCore::QEntity* root)
     connect(m_picker, &ObjectPicker::released, this, &TouchInput::onReleased);
     root->addComponent(m_picker);
     m_mouseHandler->setSourceDevice(m_mouseDevice);
+    connect(m_mouseHandler, &Qt3DInput::QMouseHandler::released, this, &TouchInput::onReleased);
     addComponent(m_mouseHandler);
     addComponent(m_frameAction);
 }
 
 void TouchInput::onPressed(Qt3DRender::QPickEvent* pick)
 {
-    Renderable* const renderable = renderableAbove(pick->entity());
-    if (!renderable || !renderable->isPickable())
+    for (auto* entity = pick->entity(); entity; entity = entity->parentEntity()) {
+        if (auto* const arrows = qobject_cast<AxisControlArrows*>(entity)) {
+            m_pressed = arrows->renderable()->touchControl();
+            return pressHandle(arrows->picker(), pick);
+        }
+        if (auto* const ring = qobject_cast<RotationRing*>(entity)) {
+            m_pressed = ring->parentEntity();
+            return pressHandle(ring->picker(), pick);
+        }
+        if (auto* const renderable = qobject_cast<Renderable*>(entity))
+            return pressObject(renderable, pick);
+    }
+}
+
+void TouchInput::pressHandle(ObjectPicker* handle, Qt3DRender::QPickEvent* pick)
+{
+    if (!handle->isEnabled())
         return;
-    auto* const control = qobject_cast<TouchControl*>(renderable->touchControl());
-    if (!control)
-        return;
-    m_pressed = control->customPicker();
-    m_pressed->press(pick);
+    m_pressedHandle = handle;
+    emit handle->pressed(pick);
+}
+
+void TouchInput::pressObject(Renderable* renderable, Qt3DRender::QPickEvent* pick)
+{
+    TouchControl* const control = controlOf(renderable);
+    m_pressed = control;
+    if (control)
+        control->customPicker()->press(pick);
+}
+
+TouchControl* TouchInput::pressed() const
+{
+    return qobject_cast<TouchControl*>(m_pressed);
 }
 
 void TouchInput::onReleased()
 {
-    if (m_pressed)
-        m_pressed->released();
+    if (m_pressedHandle)
+        emit m_pressedHandle->released(nullptr);
+    m_pressedHandle = nullptr;
+    if (TouchControl* const control = pressed()) {
+        control->customPicker()->released();
+        // In a slow frame the handler tells of the release before the picker tells of the press.
+        control->finishGesture();
+    }
     m_pressed = nullptr;
+}
+
+void TouchInput::cancel()
+{
+    onReleased();
 }
 
 } // namespace Torvik::View3d

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "interaction/ObjectPicker.h"
 #include "scene/KxView3dExport.h"
 
 #include <Qt3DCore/QEntity>
@@ -19,12 +20,14 @@ class QPickEvent;
 
 namespace Torvik::View3d {
 
-class CustomPicker;
-class ObjectPicker;
+class Renderable;
+class TouchControl;
 
 /** The finger on the scene's objects: one picker, one source of movement and one tick per frame for all of them, so
- * that an object that nobody touches costs nothing. A press goes to the object that it hits; whoever drags listens to
- * the handler and the tick while it does. Must be a child of the scene's root, whose picker it is. Main thread only. */
+ * that an object that nobody touches costs nothing. A press goes to the object that it hits, or to the handle of one;
+ * whoever drags listens to the handler and the tick while it does. Handles have pickers of their own to speak through,
+ * which are on no entity: the renderer would let one that has been pressed keep the next press as well. Must be a child
+ * of the scene's root, whose picker it is. Main thread only. */
 class KXVIEW3D_EXPORT TouchInput : public Qt3DCore::QEntity {
     Q_OBJECT
 
@@ -35,15 +38,22 @@ public:
     Qt3DInput::QMouseHandler* mouseHandler() const { return m_mouseHandler; }
     Qt3DLogic::QFrameAction* frameAction() const { return m_frameAction; }
 
+    /** Ends what the finger does, as its release would: something else has taken it over. */
+    void cancel();
+
 private:
     void onPressed(Qt3DRender::QPickEvent* pick);
+    void pressHandle(ObjectPicker* handle, Qt3DRender::QPickEvent* pick);
+    void pressObject(Renderable* renderable, Qt3DRender::QPickEvent* pick);
+    TouchControl* pressed() const;
     void onReleased();
 
     ObjectPicker* m_picker;
     Qt3DInput::QMouseDevice* m_mouseDevice;
     Qt3DInput::QMouseHandler* m_mouseHandler;
     Qt3DLogic::QFrameAction* m_frameAction;
-    QPointer<CustomPicker> m_pressed;
+    QPointer<ObjectPicker> m_pressedHandle;
+    QPointer<QObject> m_pressed; ///< the control of the object under the finger
 };
 
 } // namespace Torvik::View3d

@@ -70,6 +70,14 @@ QVector3D Utils3d::camFrontPosition(QVector3D cameraPosition, QVector3D viewCent
     return RayMath::levelPosition(cameraPosition, viewCenter);
 }
 
+float Utils3d::lensDistance(const Qt3DRender::QCamera* camera)
+{
+    if (!camera)
+        return 0.0F;
+    const QVariant scale = camera->property("viewVectorLenToFovScale");
+    return camera->viewVector().length() * (scale.isValid() ? scale.toFloat() : 1.0F);
+}
+
 float Utils3d::roundToFloat(double value)
 {
     return RayMath::roundedToSevenDecimals(value);

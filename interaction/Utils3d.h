@@ -44,6 +44,9 @@ public:
      *  straight above the centre. */
     Q_INVOKABLE static QVector3D camFrontPosition(QVector3D cameraPosition, QVector3D viewCenter);
 
+    /** Distance of a camera from its view centre, as it would be with a 20 degree lens for the same picture: the
+     *  camera's property "viewVectorLenToFovScale" tells its lens. 0 for a null camera. */
+    static float lensDistance(const Qt3DRender::QCamera* camera);
     /** Rounded to seven decimals. */
     static float roundToFloat(double value);
     /** Edges of the picture on the near plane, in the order left, right, top, bottom. */
@@ -70,7 +73,6 @@ public:
     static QVector3D cameraToScreenRay(float x, float y, Qt3DRender::QCamera* camera, float width, float height);
     /** The zero vector and 0 for a quaternion that turns nothing. */
     static void getAxisAndAngle(const QQuaternion& q, QVector3D& axis, float& angle);
-
 };
 
 } // namespace Torvik::View3d

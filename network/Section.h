@@ -261,6 +261,7 @@ private:
     bool m_lockedAsEnded = false;
     float m_endDistance = 0.0F;
     bool m_lateralInProximity = false;
+    bool m_repositioning = false;
     bool m_autorotation = true;
     SectionAdapterBase* m_props = nullptr;
     InspectionCommands* m_inspection = nullptr;

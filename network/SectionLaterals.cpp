@@ -8,7 +8,7 @@
 #include "network/Pipe.h"
 #include "scene/SceneEntities.h"
 
-#include <algorithm>
+#include <QScopedValueRollback>
 
 /** The ties between a section and its laterals, from both sides. Fourth part of Section's source. */
 namespace Torvik::View3d {
@@ -95,6 +95,10 @@ void Section::testLateralProximity(double distance)
 
 void Section::reposition()
 {
+    // Records may name each other in a ring.
+    if (m_repositioning)
+        return;
+    const QScopedValueRollback busy(m_repositioning, true);
     if (m_props->isLateral()) {
         ObservationConnection* const connection = connectionToParent();
         if (!connection)
@@ -112,6 +116,9 @@ void Section::reposition()
 
 void Section::repositionObservationConnection()
 {
+    if (m_repositioning)
+        return;
+    const QScopedValueRollback busy(m_repositioning, true);
     if (m_props->isLateral()) {
         ObservationConnection* const connection = connectionToParent();
         if (!connection)

@@ -175,7 +175,7 @@ public slots:
     void cleanupBeforeProjectChanged();
     /** The distance counter, in metres along the active section. */
     void onDistanceValueChanged(double distance);
-    /** A tap that hit no object deselects. */
+    /** A tap that hit no object, and has none within a finger's width, deselects. */
     void onShortTap(Qt3DInput::QMouseEvent* mouseEvent);
 
     void setMaterialPipe(Qt3DRender::QMaterial* material);
@@ -229,6 +229,10 @@ signals:
 
 private:
     QVariant selectRenderable(Renderable* renderable, bool next);
+    /** The node or section within a finger's width of a position on the screen. What is drawn wider than it is, from
+     * far away, is found so. */
+    Renderable* nearestObject(const QPointF& position) const;
+    bool selectNear(const QPointF& position);
     static void logQNodeToRenderableCastError();
 
     /** Thin things are drawn wider from far away. */

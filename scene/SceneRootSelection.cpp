@@ -3,6 +3,8 @@
 #include "domain/boundary/AppState.h"
 #include "domain/boundary/CLogger.h"
 #include "domain/boundary/CProjectObject.h"
+#include "interaction/TapMath.h"
+#include "interaction/TouchControl.h"
 #include "network/ConnectionPoint.h"
 #include "network/Node.h"
 #include "network/ObservationConnection.h"
@@ -12,6 +14,8 @@
 #include "scene/SceneEntities.h"
 #include "scene/SelectionAwareness.h"
 
+#include <Qt3DInput/QMouseEvent>
+
 #include <algorithm>
 #include <utility>
 
@@ -20,6 +24,8 @@ namespace Torvik::View3d {
 
 namespace {
 
+/** A finger is no finer than that. */
+constexpr double fingerPixels = 12.0;
 const QString defaultPipeColour = QStringLiteral("DEFAULTPIPECOLOR");
 
 void logError(const char* message)
@@ -65,7 +71,16 @@ QVariant readColumn(const QString& inspectionId, const QString& column)
         return {};
     const QVariant value = inspection->readValue(column);
     const auto pipe = inspection->parentObject().toStrongRef();
-    return value.isValid() || !pipe ? value : pipe->readValue(column);
+    if (!value.isNull() || !pipe)
+        return value;
+    const QVariant ofPipe = pipe->readValue(column);
+    return ofPipe.isValid() ? ofPipe : value;
+}
+
+TapMath::Tube tubeOf(const Node* node)
+{
+    const QVector3D top = node->position();
+    return {{top, top - QVector3D(0.0F, node->depth(), 0.0F)}, node->radius()};
 }
 
 } // namespace
@@ -198,8 +213,48 @@ void SceneRoot::onShortTap(Qt3DInput::QMouseEvent* mouseEvent)
 {
     if (SelectionAwareness::instance().selectionInProgress())
         return;
+    if (mouseEvent && selectNear(QPoint(mouseEvent->x(), mouseEvent->y())))
+        return;
     deselectAll(true);
     emit deselectionMouseEvent(mouseEvent);
+}
+
+Renderable* SceneRoot::nearestObject(const QPointF& position) const
+{
+    if (!m_viewCamera)
+        return nullptr;
+    const TapMath::View view {m_viewCamera->projectionMatrix() * m_viewCamera->viewMatrix(),
+                              QSizeF(sceneWidth(), sceneHeight())};
+    Renderable* nearest = nullptr;
+    double least = fingerPixels;
+    const auto look = [&](Renderable* object, const TapMath::Tube& tube) {
+        const double distance = TapMath::distanceTo(tube, position, view);
+        if (distance < least) {
+            least = distance;
+            nearest = object;
+        }
+    };
+    const auto& nodes = SceneEntities::instance().getNodes();
+    for (Node* node : nodes) {
+        if (node && node->isVisible() && node->isPickable())
+            look(node, tubeOf(node));
+    }
+    const auto sections = SceneEntities::instance().getPipeEntities().getPipeEntities();
+    for (Section* section : sections) {
+        if (section->pipe() && section->isPickable())
+            look(section, {section->pipe()->getShapePoints(), section->pipeScale()});
+    }
+    return nearest;
+}
+
+bool SceneRoot::selectNear(const QPointF& position)
+{
+    Renderable* const object = m_selectionsEnabled ? nearestObject(position) : nullptr;
+    auto* const control = object ? qobject_cast<TouchControl*>(object->touchControl()) : nullptr;
+    if (!control)
+        return false;
+    control->selectOnPress();
+    return true;
 }
 
 void SceneRoot::deleteSelected()

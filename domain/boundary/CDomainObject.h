@@ -35,7 +35,7 @@ public:
     /** Tests as false when the parent is gone. */
     QWeakPointer<CDomainObject> parentObject() const;
 
-    /** Value of the column `key`; an absent column gives an invalid variant, an empty one a null or invalid variant. */
+    /** Value of the column `key`; an absent column gives an invalid variant, an empty one a null variant. */
     QVariant readValue(const QString& key) const;
     /** Changes the value in memory; it reaches the database with CProjectDBAccessManager::updateObject. */
     void updateValue(const QString& key, const QVariant& value);

@@ -35,7 +35,11 @@ QWeakPointer<CDomainObject> CDomainObject::parentObject() const
 QVariant CDomainObject::readValue(const QString& key) const
 {
     const int column = d->layout->indexOf(key);
-    return column < 0 ? QVariant() : d->values.value(column);
+    if (column < 0)
+        return {};
+    // An empty column is told from one that is not there: null, but valid.
+    const QVariant value = d->values.value(column);
+    return value.isValid() ? value : QVariant(QVariant::String);
 }
 
 void CDomainObject::updateValue(const QString& key, const QVariant& value)

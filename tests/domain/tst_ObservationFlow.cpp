@@ -225,7 +225,7 @@ private slots:
         QTRY_VERIFY(!found);
     }
 
-    void aLateralThatAppearsAtTheCrawlerIsAnnounced()
+    void aLateralAtTheCrawlerIsAnnounced()
     {
         m_project->activate();
         AppState::instance().setActiveInspection(m_inspection);
@@ -233,10 +233,24 @@ private slots:
         QTRY_VERIFY(!SceneEntities::instance().getLateralConnections().isEmpty());
         QSignalSpy near(m_root, &SceneRoot::lateralInProximity);
         SystemControlProxy::instance().setSectionDistanceCounter(12.2F);
-        QCOMPARE(near.count(), 0); // its key is that of a pipe, and this signal names inspections
+        QCOMPARE(near.count(), 1);
+        QCOMPARE(near.at(0).at(0).toString(), m_lateralInspection->id());
         QSignalSpy far(GlobalNav::instance(), &GlobalNav::lateralNotInProximity);
         SystemControlProxy::instance().setSectionDistanceCounter(15.0F);
         QVERIFY(far.count() > 0);
+    }
+
+    void aFindingThatComesWithItsInspectionIsMadeOnce()
+    {
+        m_project->activate();
+        const auto inspection = m_project->addInspection(m_pipe, "LINESTRING ZM(0 20 0 260,0 0 0 0)");
+        const auto record = m_project->addObservation(inspection, "BCA", 12.0, leadsToLateral());
+        QTRY_VERIFY(findingOf(record));
+        QCoreApplication::processEvents();
+        QCOMPARE(m_root->findChildren<Observation*>().size(), 1);
+        QVERIFY(ProjectStore::instance().deleteObject(record));
+        QTRY_VERIFY(SceneEntities::instance().getLateralConnections().isEmpty());
+        QTRY_VERIFY(m_root->findChildren<Observation*>().isEmpty());
     }
 
     void theCounterReachesTheActiveSection()

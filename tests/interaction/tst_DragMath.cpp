@@ -48,6 +48,12 @@ private slots:
         QCOMPARE(DragMath::ringRadius(20.0F), 2.5F);
         QCOMPARE(DragMath::ringRadius(3.0F), 2.5F);
     }
+
+    void handlesGrowWithTheDistance()
+    {
+        QCOMPARE(DragMath::handleScale(70.0F), 2.0F);
+        QCOMPARE(DragMath::handleScale(10.0F), 1.0F);
+    }
 };
 
 QTEST_APPLESS_MAIN(tst_DragMath)

@@ -154,6 +154,15 @@ private slots:
         QVERIFY(ObservationScene::near(lateral->position(), {0, 0, 10}));
     }
 
+    void pipesThatNameEachOtherComeToRest()
+    {
+        Section* const lateral = lateralOf(upstream);
+        connect(lateral, 10.0);
+        m_scene->observation(lateral, "BCA", 0.0, {{"OBS_LateralSection_REF", id(m_pipe)}});
+        m_pipe->rotateToPointDirection({10, 0, 0});
+        QVERIFY(ObservationScene::near(lateral->position(), {10, 0, 0}));
+    }
+
     void aLateralThatDoesNotExistHarmsNothing()
     {
         m_scene->observation(m_pipe, "BCA", 5.0, {{"OBS_LateralSection_REF", "nowhere"}});

@@ -303,7 +303,8 @@ private slots:
                     ->lookupObject(section->getDomainObjectId());
             record->updateValue("INS_Purpose", value);
         };
-        set(plain, "");
+        // Empty as it comes from the database, not a text of no length.
+        set(plain, QVariant());
         set(coloured, "bad");
         const QVariantMap palette {{"bad", "#ff0000"}, {"DEFAULTPIPECOLOR", "#0000ff"}};
         root().setSectionsColorWithPalette(palette, "INS_Purpose");
