@@ -41,6 +41,7 @@ bool warnOfNull(const QSharedPointer<CProjectObject>& project)
 
 /** A load under way: all that was read, and how much of it has been told. */
 struct DomainReader::Load {
+    Project project;
     QVector<CDomainObjectPointer> nodes;
     QVector<CDomainObjectPointer> sectionInspections;
     QVector<CDomainObjectPointer> lateralInspections;
@@ -65,10 +66,13 @@ void DomainReader::init()
     GdalGeoProjector::instance();
     auto& app = AppState::instance();
     connect(&app, &AppState::activeProjectChanged, this, &DomainReader::onProjectChanged);
-    connect(CDatabaseLibrary::dbAccessManager(), &CProjectDBAccessManager::projectUnloading, this, [this] {
-        giveUpLoad();
-        emit allRowsRemoved();
-    });
+    connect(CDatabaseLibrary::dbAccessManager(), &CProjectDBAccessManager::projectUnloading, this,
+            [this](const Project& unloading) {
+                // The load of another project goes on: its host brought the next one before it took the last one away.
+                if (m_load && m_load->project == unloading)
+                    giveUpLoad();
+                emit allRowsRemoved();
+            });
 
     const auto project = CDomainObject::projectFromObject(app.getActiveProject());
     if (project && app.is3dProjectActive())
@@ -95,6 +99,7 @@ void DomainReader::dropProject()
 {
     emit allRowsRemoved();
     m_index.clear();
+    disconnectSignals();
 }
 
 void DomainReader::updateProjectionString(const Project& project)
@@ -108,7 +113,9 @@ void DomainReader::populateObjects(const Project& project, bool announceActiveIn
 {
     // What still waits in the event queue was raised before; the reading below sees its outcome.
     QCoreApplication::removePostedEvents(&m_receiver, CDomainNotificationEvent::eventType);
+    m_receiver.discard();
     auto load = std::make_unique<Load>();
+    load->project = project;
     load->nodes = loadNodes(project);
     load->sectionInspections = loadSectionInspection(project);
     load->lateralInspections = loadLateralInspection(project);
@@ -209,10 +216,12 @@ void DomainReader::finishLoad()
     initConnections();
     emit loadingProgress(total, total);
     emit loadingFinished();
-    m_receiver.release();
     const auto inspection = AppState::instance().getActiveInspection();
     if (announceActiveInspection && inspection)
         emit activeInspectionChanged(inspection);
+    // A listener may have brought the next project already; what is kept by then belongs to that one's load.
+    if (!m_load)
+        m_receiver.release();
 }
 
 void DomainReader::giveUpLoad()
@@ -250,7 +259,7 @@ void DomainReader::initConnections()
     disconnectSignals();
     connect(&m_receiver, &NotificationsReceiver::objectCreated, this, &DomainReader::onObjectCreated);
     connect(&m_receiver, &NotificationsReceiver::objectDeleted, this, &DomainReader::onObjectRemoved);
-    connect(&m_receiver, &NotificationsReceiver::objectUnloaded, this, &DomainReader::onObjectRemoved);
+    connect(&m_receiver, &NotificationsReceiver::objectUnloaded, this, &DomainReader::onObjectUnloaded);
     connect(&m_receiver, &NotificationsReceiver::objectValueChanged, this, &DomainReader::onObjectChanged);
 }
 
@@ -322,15 +331,21 @@ void DomainReader::onObjectChanged(const CDomainObjectPointer& object, const QSt
 
 void DomainReader::onObjectRemoved(const CDomainObjectPointer& object)
 {
+    // At once, even if another object stands under the same id by now: it is told next.
+    if (object)
+        emit objectRemoved(object->id());
+}
+
+void DomainReader::onObjectUnloaded(const CDomainObjectPointer& object)
+{
     if (!object)
         return;
     // The farewell of a project that was closed may arrive when it has been opened again: its objects bear the same
     // ids, and those that stand now must stay.
     const auto project = CDomainObject::projectFromObject(AppState::instance().getActiveProject());
     const auto present = project ? project->lookupObject(object->id()) : CDomainObjectPointer();
-    if (present && present != object)
-        return;
-    emit objectRemoved(object->id());
+    if (!present || present == object)
+        onObjectRemoved(object);
 }
 
 } // namespace Torvik::View3d

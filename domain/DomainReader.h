@@ -86,6 +86,7 @@ private:
     void onInspectionCreated(const CDomainObjectPointer& inspection);
     void onObjectChanged(const CDomainObjectPointer& object, const QString& key);
     void onObjectRemoved(const CDomainObjectPointer& object);
+    void onObjectUnloaded(const CDomainObjectPointer& object);
 
     NotificationsReceiver m_receiver;
     // Behind the receiver: its end takes the receiver off the list of those that hear of changes.

@@ -241,7 +241,7 @@ void EntitiesManager::onPostponedNodeInsertion(const CDomainObjectPointer& secti
     const QString id = *waiting;
     const auto parent = pipe->parentObject().toStrongRef();
     const auto node = parent ? parent->findChildObjectById(NodeObjectType, id) : CDomainObjectPointer();
-    m_postponedNodes.erase(waiting);
+    m_postponedNodes.erase(id);
     if (m_postponedNodes.empty())
         disconnect(m_postponedConnection);
     if (node)

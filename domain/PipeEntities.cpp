@@ -26,7 +26,8 @@ QList<Section*> PipeEntities::getBySectionId(const QString& sectionId) const
 
 QList<Section*> PipeEntities::getPipeEntities() const
 {
-    return m_byInspection.values();
+    // By section, as each entity stands there once: of two for one inspection the other index knows the later only.
+    return m_bySection.values();
 }
 
 void PipeEntities::remove(Section* section)

@@ -21,7 +21,7 @@ public:
     /** All inspections of a pipe; empty when unknown. */
     QList<Section*> getBySectionId(const QString& sectionId) const;
     QList<Section*> getPipeEntities() const;
-    int count() const { return m_byInspection.size(); }
+    int count() const { return m_bySection.size(); }
 
     /** Removes every entry of this section. */
     void remove(Section* section);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "domain/boundary/CPipeObjects.h"
+#include "scene/KxView3dExport.h"
 
 #include <QObject>
 
@@ -10,7 +11,7 @@ class ObservationConnection;
 class Section;
 
 /** Creates sections and observations together with their adapters and wires them up. */
-class PipeEntityBuilder : public QObject {
+class KXVIEW3D_EXPORT PipeEntityBuilder : public QObject {
     Q_OBJECT
 
 public:

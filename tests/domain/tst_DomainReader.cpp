@@ -1,6 +1,5 @@
-#include "common/LogCapture.h"
+#include "ReaderDiary.h"
 #include "common/TestProject.h"
-#include "domain/DomainReader.h"
 #include "domain/boundary/CDatabaseLibrary.h"
 #include "geo/GdalGeoProjector.h"
 
@@ -8,66 +7,10 @@
 #include <QtTest>
 
 using namespace Torvik::View3d;
+using Kx::Test::ReaderDiary;
 using Kx::Test::TestProject;
 using Torvik::AppState;
 using Torvik::Database::ProjectStore;
-
-namespace {
-
-/** Writes down the reader's signals as "signal key". */
-class Diary : public QObject {
-public:
-    explicit Diary(DomainReader& reader)
-    {
-        note(reader, &DomainReader::nodeInserted, QStringLiteral("node"));
-        note(reader, &DomainReader::sectionInspectionInserted, QStringLiteral("section"));
-        note(reader, &DomainReader::nodeModified, QStringLiteral("node modified"));
-        note(reader, &DomainReader::sectionModified, QStringLiteral("section modified"));
-        note(reader, &DomainReader::inspectionModified, QStringLiteral("inspection modified"));
-        note(reader, &DomainReader::observationModified, QStringLiteral("observation modified"));
-        note(reader, &DomainReader::activeInspectionChanged, QStringLiteral("active"));
-        connect(&reader, &DomainReader::lateralInspectionInserted, this,
-                [this](const CDomainObjectPointer& object, bool fromDB) {
-                    entries << QStringLiteral("lateral %1 %2").arg(nameOf(object)).arg(fromDB);
-                });
-        connect(&reader, &DomainReader::observationInserted, this,
-                [this](const CDomainObjectPointer& object, bool fromDB) {
-                    entries << QStringLiteral("observation %1 %2").arg(nameOf(object)).arg(fromDB);
-                });
-        connect(&reader, &DomainReader::objectRemoved, this,
-                [this](const QString& id) { entries << QStringLiteral("removed ") + id; });
-        connect(&reader, &DomainReader::allRowsRemoved, this, [this] { entries << QStringLiteral("all removed"); });
-        connect(&reader, &DomainReader::loadingFinished, this, [this] { entries << QStringLiteral("loaded"); });
-    }
-
-    QStringList take()
-    {
-        QStringList taken;
-        taken.swap(entries);
-        return taken;
-    }
-
-    QStringList entries;
-
-private:
-    template <typename Signal>
-    void note(DomainReader& reader, Signal signal, const QString& word)
-    {
-        connect(&reader, signal, this,
-                [this, word](const CDomainObjectPointer& object) { entries << word + QChar(' ') + nameOf(object); });
-    }
-
-    static QString nameOf(const CDomainObjectPointer& object)
-    {
-        const QString key = object->readValue(QStringLiteral("OBJ_Key")).toString();
-        if (!key.isEmpty())
-            return key;
-        const auto parent = object->parentObject().toStrongRef();
-        return parent ? parent->readValue(QStringLiteral("OBJ_Key")).toString() : QString();
-    }
-};
-
-} // namespace
 
 class tst_DomainReader : public QObject {
     Q_OBJECT
@@ -91,7 +34,7 @@ private slots:
         project.addNode(QStringLiteral("B"));
         project.addSection(QStringLiteral("without inspection"), a, {});
         DomainReader reader(nullptr);
-        Diary diary(reader);
+        ReaderDiary diary(reader);
         reader.init();
         QVERIFY(diary.take().isEmpty());
 
@@ -110,7 +53,7 @@ private slots:
         project.activate();
         AppState::instance().setActiveInspection(inspection);
         DomainReader reader(nullptr);
-        Diary diary(reader);
+        ReaderDiary diary(reader);
 
         reader.init();
 
@@ -122,7 +65,7 @@ private slots:
     {
         TestProject project;
         DomainReader reader(nullptr);
-        Diary diary(reader);
+        ReaderDiary diary(reader);
         reader.init();
         project.activate();
         QCOMPARE(diary.take(), QStringList {QStringLiteral("loaded")});
@@ -138,7 +81,7 @@ private slots:
         TestProject flat({}, false);
         TestProject project;
         DomainReader reader(nullptr);
-        Diary diary(reader);
+        ReaderDiary diary(reader);
         reader.init();
         project.activate();
         diary.take();
@@ -154,7 +97,7 @@ private slots:
     {
         TestProject project;
         DomainReader reader(nullptr);
-        Diary diary(reader);
+        ReaderDiary diary(reader);
         reader.init();
         project.addNode(QStringLiteral("A"));
 
@@ -170,7 +113,7 @@ private slots:
         const auto a = project.addNode(QStringLiteral("A"));
         project.addSection(QStringLiteral("S"), a, {});
         DomainReader reader(nullptr);
-        Diary diary(reader);
+        ReaderDiary diary(reader);
         reader.init();
         project.activate();
         QCOMPARE(reader.getConnectedSections(a->id()).size(), 1);
@@ -187,7 +130,7 @@ private slots:
         TestProject project;
         project.addNode(QStringLiteral("A"));
         DomainReader reader(nullptr);
-        Diary diary(reader);
+        ReaderDiary diary(reader);
         reader.init();
         project.activate();
         diary.take();
@@ -214,7 +157,7 @@ private slots:
         TestProject project;
         const auto a = project.addNode(QStringLiteral("A"));
         DomainReader reader(nullptr);
-        Diary diary(reader);
+        ReaderDiary diary(reader);
         reader.init();
         project.activate();
         diary.take();
@@ -235,7 +178,7 @@ private slots:
         TestProject project;
         const auto lateral = project.addLateral(QStringLiteral("L"), {});
         DomainReader reader(nullptr);
-        Diary diary(reader);
+        ReaderDiary diary(reader);
         reader.init();
         project.activate();
         diary.take();
@@ -255,7 +198,7 @@ private slots:
         const auto inspection = project.addInspection(section);
         const auto observation = project.addObservation(inspection, QStringLiteral("BAB"), 1.5);
         DomainReader reader(nullptr);
-        Diary diary(reader);
+        ReaderDiary diary(reader);
         reader.init();
         project.activate();
         QCoreApplication::processEvents();
@@ -305,7 +248,7 @@ private slots:
         const auto node = project.addNode(QStringLiteral("A"));
         const QString id = node->id();
         DomainReader reader(nullptr);
-        Diary diary(reader);
+        ReaderDiary diary(reader);
         reader.init();
         project.activate();
         QCoreApplication::processEvents();
@@ -316,21 +259,50 @@ private slots:
         QTRY_VERIFY(diary.entries.contains(QStringLiteral("removed ") + id));
     }
 
-    void theFarewellOfAProjectLeavesTheSameProjectOpenedAgainAlone()
+    void anObjectThatComesBackUnderItsIdIsToldAsGoneAndAsNew()
     {
         TestProject project;
-        project.addNode(QStringLiteral("A"));
+        const auto section = project.addSection(QStringLiteral("S"), {}, {});
+        const auto other = project.addSection(QStringLiteral("T"), {}, {});
+        const auto inspection = project.addInspection(section);
+        const QString id = inspection->id();
         DomainReader reader(nullptr);
-        Diary diary(reader);
+        ReaderDiary diary(reader);
         reader.init();
         project.activate();
+        QCoreApplication::processEvents();
         diary.take();
 
-        project.reopen();
-        project.activate();
-        QTest::qWait(50);
+        // What happens to the records when another program moves an inspection to another pipe.
+        QVERIFY(ProjectStore::instance().deleteObject(inspection));
+        project.addInspection(other, {}, 0, {{"INS_PK", id}});
 
-        QVERIFY(diary.take().filter(QStringLiteral("removed ")).isEmpty());
+        QTRY_COMPARE(diary.entries, (QStringList {QStringLiteral("removed ") + id, QStringLiteral("section T")}));
+        diary.take();
+    }
+
+    void anUnloadedObjectIsToldUnlessAnotherStandsUnderItsId()
+    {
+        TestProject project;
+        TestProject other;
+        project.addNode(QStringLiteral("A"));
+        const QString id = project.project()->id();
+        const QString otherId = other.project()->id();
+        DomainReader reader(nullptr);
+        ReaderDiary diary(reader);
+        reader.init();
+        project.activate();
+        const auto again = ProjectStore::instance().open(project.path()).project;
+        QVERIFY(again);
+        AppState::instance().setActiveProject(again);
+        diary.take();
+
+        project.close();
+        other.close();
+
+        QTRY_VERIFY(diary.entries.contains(QStringLiteral("removed ") + otherId));
+        QVERIFY(!diary.take().contains(QStringLiteral("removed ") + id));
+        ProjectStore::instance().close(again);
     }
 
     void aLargeProjectIsToldInSlicesAndNothingIsLostMeanwhile()
@@ -339,7 +311,7 @@ private slots:
         for (int i = 0; i < 30; ++i)
             project.addNode(QString::number(i));
         DomainReader reader(nullptr);
-        Diary diary(reader);
+        ReaderDiary diary(reader);
         int told = 0;
         QVector<int> progress;
         connect(&reader, &DomainReader::nodeInserted, this, [&] {
@@ -391,7 +363,7 @@ private slots:
         TestProject project;
         project.addNode(QStringLiteral("A"));
         DomainReader reader(nullptr);
-        Diary diary(reader);
+        ReaderDiary diary(reader);
         connect(&reader, &DomainReader::loadingStarted, this, [&] { reader.pauseLoad(); });
         reader.init();
         project.activate();

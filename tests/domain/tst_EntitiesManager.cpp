@@ -241,6 +241,24 @@ private slots:
         QVERIFY(SceneEntities::instance().getPipeEntities().getBySectionId(net.pipe->id()).isEmpty());
     }
 
+    void anInspectionThatMovesToAnotherPipeLeavesNoGhostBehind()
+    {
+        SmallNetwork net;
+        const auto other = net.project.addSection(QStringLiteral("B-A"), net.b, net.a);
+        net.project.activate();
+        QPointer<Section> before = sectionOf(net.inspection);
+        const QString id = net.inspection->id();
+
+        QVERIFY(ProjectStore::instance().deleteObject(net.inspection));
+        const auto moved = net.project.addInspection(other, {}, 1, {{"INS_PK", id}});
+
+        QTRY_VERIFY(before.isNull());
+        QTRY_COMPARE(m_root->findChildren<Section*>().size(), 1);
+        QCOMPARE(sectionOf(moved)->name(), QStringLiteral("B-A"));
+        QVERIFY(SceneEntities::instance().getPipeEntities().getBySectionId(net.pipe->id()).isEmpty());
+        QCOMPARE(SceneEntities::instance().getPipeEntities().getBySectionId(other->id()).size(), 1);
+    }
+
     void anUnknownIdIsIgnored()
     {
         LogCapture log;
@@ -395,6 +413,28 @@ private slots:
         net.project.addInspection(net.project.addSection(QStringLiteral("C-A"), c, net.a));
 
         QTRY_VERIFY(nodeOf(c));
+    }
+
+    void aNodePostponedTwiceStandsOnce()
+    {
+        SmallNetwork net;
+        net.project.activate();
+        const auto c = net.project.addNode(QStringLiteral("C"), placeB);
+        QTRY_VERIFY(nodeOf(c));
+        delete nodeOf(c);
+        m_root->entitiesManager().postponeNodeInsertion(c);
+        m_root->entitiesManager().postponeNodeInsertion(c);
+        const auto pipe = net.project.addSection(QStringLiteral("C-A"), c, net.a);
+
+        net.project.addInspection(pipe);
+        net.project.addInspection(pipe);
+
+        QTRY_COMPARE(SceneEntities::instance().getPipeEntities().getBySectionId(pipe->id()).size(), 2);
+        QVERIFY(nodeOf(c));
+        int standing = 0;
+        for (Node* node : m_root->findChildren<Node*>())
+            standing += node->guid() == c->id() ? 1 : 0;
+        QCOMPARE(standing, 1);
     }
 
     void aLargeProjectLeavesInBatchesAndTheNextOneWaitsForThem()

@@ -80,6 +80,28 @@ private slots:
         delete second;
     }
 
+    void twoSectionsOfOneInspectionBothStayInHand()
+    {
+        PipeEntityBuilder builder;
+        Section* const first = builder.create(m_first);
+        Section* const second = builder.create(m_first);
+        QCOMPARE(registry().getByInspectionId(m_first->id()), second);
+        QCOMPARE(registry().getBySectionId(m_pipe->id()).size(), 2);
+        QCOMPARE(registry().getPipeEntities().size(), 2);
+        QCOMPARE(registry().count(), 2);
+
+        registry().remove(first);
+        QCOMPARE(registry().getByInspectionId(m_first->id()), second);
+        registry().addPipeEntity(first);
+        QCOMPARE(registry().getByInspectionId(m_first->id()), first);
+
+        const QPointer<Section> one = first;
+        const QPointer<Section> another = second;
+        registry().deleteSectionEntities();
+        QCOMPARE(registry().count(), 0);
+        QTRY_VERIFY(one.isNull() && another.isNull());
+    }
+
     void deletingAllEmptiesTheRegistryAtOnceAndTheSceneLater()
     {
         PipeEntityBuilder builder;
