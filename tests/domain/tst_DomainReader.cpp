@@ -1,7 +1,9 @@
 #include "ReaderDiary.h"
+#include "common/LogCapture.h"
 #include "common/TestProject.h"
 #include "domain/boundary/CDatabaseLibrary.h"
 #include "geo/GdalGeoProjector.h"
+#include "host/domain/NotificationManager.h"
 
 #include <QSignalSpy>
 #include <QtTest>
@@ -169,8 +171,8 @@ private slots:
         QCOMPARE(reader.getConnectedSections(a->id()), QList<QString> {section->id()});
 
         project.addObservation(inspection, QStringLiteral("BAB"), 1.5);
-        QTRY_VERIFY(!diary.entries.isEmpty());
-        QVERIFY(diary.entries.first().startsWith(QStringLiteral("observation")));
+        QTRY_COMPARE(diary.entries, QStringList {QStringLiteral("observation  0")});
+        diary.take();
     }
 
     void aNewInspectionOfALateralTravelsTheSectionsPath()
@@ -187,6 +189,63 @@ private slots:
 
         QTRY_COMPARE(diary.entries, QStringList {QStringLiteral("section L")});
         diary.take();
+    }
+
+    void aLateralIsFoundAtItsNodeWithItsFirstNewInspection()
+    {
+        TestProject project;
+        const auto a = project.addNode(QStringLiteral("A"));
+        const auto lateral = project.addLateral(QStringLiteral("L"), {}, {{"OBJ_FromNode_REF", a->id()}});
+        project.addInspection(lateral, {}, 0);
+        DomainReader reader(nullptr);
+        reader.init();
+        project.activate();
+        QCOMPARE(reader.getConnectedSections(a->id()), QList<QString>());
+
+        project.addInspection(lateral, {}, 0);
+
+        QTRY_COMPARE(reader.getConnectedSections(a->id()), QList<QString> {lateral->id()});
+    }
+
+    void everythingIsReadBeforeTheFirstObjectIsTold()
+    {
+        TestProject project;
+        const auto a = project.addNode(QStringLiteral("A"));
+        const auto b = project.addNode(QStringLiteral("B"));
+        project.addSection(QStringLiteral("S"), a, b);
+        project.addSection(QStringLiteral("T"), b, a);
+        DomainReader reader(nullptr);
+        QList<int> ends;
+        connect(&reader, &DomainReader::nodeInserted, this,
+                [&] { ends.append(reader.nodeToPipeParentMapping().size()); });
+        reader.init();
+
+        project.activate();
+
+        QCOMPARE(ends, (QList<int> {4, 4}));
+    }
+
+    void theIndexIsUpToDateWhenASectionIsTold()
+    {
+        TestProject project;
+        const auto a = project.addNode(QStringLiteral("A"));
+        const auto b = project.addNode(QStringLiteral("B"));
+        DomainReader reader(nullptr);
+        reader.init();
+        project.activate();
+        QList<QString> atA;
+        QList<QString> atB;
+        connect(&reader, &DomainReader::sectionInspectionInserted, this,
+                [&] { atA = reader.getConnectedSections(a->id()); });
+        connect(&reader, &DomainReader::sectionModified, this, [&] { atB = reader.getConnectedSections(b->id()); });
+
+        const auto section = project.addSection(QStringLiteral("S"), a, {});
+        project.addInspection(section);
+        QTRY_COMPARE(atA, QList<QString> {section->id()});
+        section->updateValue(QStringLiteral("OBJ_ToNode_REF"), b->id());
+        Torvik::Database::CDatabaseLibrary::dbAccessManager()->updateObject(section, 1);
+
+        QTRY_COMPARE(atB, QList<QString> {section->id()});
     }
 
     void changesAreToldByTheKindOfTheirObject()
@@ -221,7 +280,11 @@ private slots:
         QTRY_COMPARE(diary.entries, QStringList {QStringLiteral("inspection modified S")});
         diary.take();
         change(observation, "OBS_Distance", 2.5);
-        QTRY_COMPARE(diary.entries.size(), 1);
+        QTRY_COMPARE(diary.entries, QStringList {QStringLiteral("observation modified ")});
+        diary.take();
+        change(project.project(), "PRJ_Name", QStringLiteral("New name"));
+        QTest::qWait(50);
+        QCOMPARE(diary.take(), QStringList());
     }
 
     void aSectionWhoseEndsChangeIsFoundAtItsNewNodes()
@@ -257,6 +320,48 @@ private slots:
         ProjectStore::instance().deleteObject(node);
 
         QTRY_VERIFY(diary.entries.contains(QStringLiteral("removed ") + id));
+    }
+
+    void aNewInspectionWhosePipeHasGoneIsLoggedOnly()
+    {
+        TestProject project;
+        project.activate();
+        DomainReader reader(nullptr);
+        ReaderDiary diary(reader);
+        reader.init();
+        diary.take();
+        CDomainObjectPointer orphan;
+        {
+            TestProject gone;
+            orphan = gone.addInspection(gone.addSection(QStringLiteral("S"), {}, {}), {}, 0);
+            QCoreApplication::processEvents();
+        }
+        QTest::qWait(50);
+        diary.take();
+        Kx::Test::LogCapture log;
+
+        Torvik::Database::NotificationManager::instance().notify(Torvik::Database::CDomainNotification::ObjectCreated,
+                                                                 orphan);
+
+        QTRY_COMPARE(log.count(4, QStringLiteral("View3d::DomainReader"), QStringLiteral("Parent object needed")), 1);
+        QCOMPARE(diary.take(), QStringList());
+    }
+
+    void fillingInspectionsInTellsNothing()
+    {
+        TestProject project;
+        const auto section = project.addSection(QStringLiteral("S"), {}, {});
+        project.addInspection(section, {}, 0);
+        DomainReader reader(nullptr);
+        ReaderDiary diary(reader);
+        reader.init();
+        project.activate();
+        diary.take();
+
+        reader.fillinInspPoints(section);
+        QTest::qWait(50);
+
+        QCOMPARE(diary.take(), QStringList());
     }
 
     void anObjectThatComesBackUnderItsIdIsToldAsGoneAndAsNew()

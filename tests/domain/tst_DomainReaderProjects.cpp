@@ -40,6 +40,117 @@ private slots:
         GdalGeoProjector::instance()->deinit();
     }
 
+    void aFlatProjectThatIsActiveAtTheStartIsNeitherToldNorFollowed()
+    {
+        TestProject flat({}, false);
+        flat.addNode(QStringLiteral("A"));
+        flat.activate();
+        DomainReader reader(nullptr);
+        ReaderDiary diary(reader);
+
+        reader.init();
+        flat.addNode(QStringLiteral("B"));
+        QTest::qWait(50);
+
+        QCOMPARE(diary.take(), QStringList());
+    }
+
+    void theActiveInspectionIsToldAtTheStartOnly()
+    {
+        TestProject project;
+        const auto inspection = project.addInspection(project.addSection(QStringLiteral("S"), {}, {}), {}, 0);
+        DomainReader reader(nullptr);
+        ReaderDiary diary(reader);
+        reader.init();
+        connect(&reader, &DomainReader::loadingStarted, this,
+                [&] { AppState::instance().setActiveInspection(inspection); });
+
+        project.activate();
+
+        QCOMPARE(AppState::instance().getActiveInspection(), CDomainObjectPointer(inspection));
+        QCOMPARE(diary.take(), (QStringList {QStringLiteral("section S"), QStringLiteral("loaded")}));
+    }
+
+    void aProjectorWithASystemKeepsIt()
+    {
+        auto& projector = *GdalGeoProjector::instance();
+        projector.setProjectionSystem(QStringLiteral("EPSG:25832"));
+        projector.initFromMap(52.5, 9.5, 0);
+        TestProject project(QStringLiteral("EPSG:25833"));
+        DomainReader reader(nullptr);
+
+        reader.onProjectChanged(project.project());
+
+        QCOMPARE(projector.projectionString(), QStringLiteral("EPSG:25832"));
+    }
+
+    void theStartDoesNotReadTheProjectsSystem()
+    {
+        TestProject project(QStringLiteral("EPSG:25832"));
+        project.activate();
+        auto& projector = *GdalGeoProjector::instance();
+        projector.setProjectionSystem(QStringLiteral("EPSG:25833"));
+        DomainReader reader(nullptr);
+
+        reader.init();
+
+        projector.initFromMap(52.5, 9.5, 0);
+        QCOMPARE(projector.projectionString(), QStringLiteral("EPSG:25833"));
+    }
+
+    void afterASecondProjectAChangeIsToldOnce()
+    {
+        TestProject first;
+        TestProject second;
+        const auto a = second.addNode(QStringLiteral("A"));
+        DomainReader reader(nullptr);
+        ReaderDiary diary(reader);
+        reader.init();
+        first.activate();
+        second.activate();
+        QCoreApplication::processEvents();
+        diary.take();
+
+        a->updateValue(QStringLiteral("OBJ_DepthToInvert"), 2.0);
+        Torvik::Database::CDatabaseLibrary::dbAccessManager()->updateObject(a, 1);
+        QTRY_VERIFY(!diary.entries.isEmpty());
+        QTest::qWait(50);
+
+        QCOMPARE(diary.take(), QStringList {QStringLiteral("node modified A")});
+    }
+
+    void anyProjectThatIsUnloadedEmptiesTheScene()
+    {
+        TestProject project;
+        TestProject inTheBackground;
+        DomainReader reader(nullptr);
+        ReaderDiary diary(reader);
+        reader.init();
+        project.activate();
+        diary.take();
+
+        inTheBackground.close();
+
+        QCOMPARE(diary.take(), QStringList {QStringLiteral("all removed")});
+    }
+
+    void theSceneIsEmptiedWhileTheIndexStillStands()
+    {
+        TestProject project;
+        project.addSection(QStringLiteral("S"), project.addNode(QStringLiteral("A")), {});
+        DomainReader reader(nullptr);
+        reader.init();
+        project.activate();
+        int entries = 0;
+        connect(&reader, &DomainReader::allRowsRemoved, this,
+                [&] { entries = reader.nodeToPipeParentMapping().size(); });
+
+        AppState::instance().setActiveProject({});
+
+        QCOMPARE(entries, 2);
+        QCOMPARE(reader.nodeToPipeParentMapping().size(), 0);
+    }
+
     void withoutAnActiveProjectNothingIsFollowed()
     {
         TestProject project;

@@ -1,3 +1,4 @@
+#include "common/TestProject.h"
 #include "domain/NotificationsReceiver.h"
 
 #include <QCoreApplication>
@@ -28,19 +29,18 @@ public:
     QStringList heard;
 };
 
-std::shared_ptr<const CDomainNotification> notification(int type)
+std::shared_ptr<const CDomainNotification> notification(int type, const CDomainObjectPointer& object = {})
 {
     if (type == CDomainNotification::ObjectValueChanged)
-        return std::make_shared<CObjectValueChangedNotification>(CDomainObjectPointer(), QStringLiteral("OBJ_Key"),
-                                                                 QVariant(), 0);
+        return std::make_shared<CObjectValueChangedNotification>(object, QStringLiteral("OBJ_Key"), QVariant(), 0);
     if (type == CDomainNotification::ObjectListChanged)
-        return std::make_shared<CObjectListChangedNotification>(CDomainObjectPointer());
-    return std::make_shared<CDomainNotification>(type, CDomainObjectPointer());
+        return std::make_shared<CObjectListChangedNotification>(object);
+    return std::make_shared<CDomainNotification>(type, object);
 }
 
-void post(NotificationsReceiver& receiver, int type)
+void post(NotificationsReceiver& receiver, int type, const CDomainObjectPointer& object = {})
 {
-    QCoreApplication::postEvent(&receiver, new CDomainNotificationEvent(notification(type)));
+    QCoreApplication::postEvent(&receiver, new CDomainNotificationEvent(notification(type, object)));
     QCoreApplication::sendPostedEvents(&receiver);
 }
 
@@ -82,6 +82,37 @@ private slots:
         event.ignore();
         QCoreApplication::sendEvent(&receiver, &event);
         QVERIFY(listener.heard.isEmpty());
+        QVERIFY(!event.isAccepted());
+    }
+
+    void theObjectTravelsAlong_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::newRow("value changed") << 2;
+        QTest::newRow("created") << 4;
+        QTest::newRow("deleted") << 5;
+        QTest::newRow("unloaded") << 6;
+    }
+
+    void theObjectTravelsAlong()
+    {
+        QFETCH(int, type);
+        Kx::Test::TestProject project;
+        const CDomainObjectPointer node = project.addNode(QStringLiteral("A"));
+        NotificationsReceiver receiver;
+        QVector<CDomainObjectPointer> heard;
+        const auto note = [&heard](const CDomainObjectPointer& object) { heard.append(object); };
+        connect(&receiver, &NotificationsReceiver::objectValueChanged, this, note);
+        connect(&receiver, &NotificationsReceiver::objectCreated, this, note);
+        connect(&receiver, &NotificationsReceiver::objectDeleted, this, note);
+        connect(&receiver, &NotificationsReceiver::objectUnloaded, this, note);
+
+        post(receiver, type, node);
+        receiver.hold();
+        post(receiver, type, node);
+        receiver.release();
+
+        QCOMPARE(heard, (QVector<CDomainObjectPointer> {node, node}));
     }
 
     void aNotificationIsAccepted()
