@@ -33,8 +33,9 @@ private slots:
     void aNodeReadsItsColumns()
     {
         TestProject project;
-        const auto node = project.addNode(QStringLiteral("A"), QStringLiteral("POINT ZM(1 2 3 16)"),
-                                          {{"OBJ_Type", "BLD"}, {"OBJ_DepthToInvert", 2.5}, {"OBJ_Size1", 1200}});
+        const auto node = project.addNode(
+            QStringLiteral("A"), QStringLiteral("POINT ZM(1 2 3 16)"),
+            {{"OBJ_Type", "BLD"}, {"OBJ_DepthToInvert", 2.5}, {"OBJ_Size1", 1200}, {"OBJ_Offset", 0.25}});
         const NodeAdapter adapter(proxyOf(node), nullptr);
         QCOMPARE(adapter.key(), QStringLiteral("A"));
         QCOMPARE(adapter.id(), node->id());
@@ -42,7 +43,7 @@ private slots:
         QCOMPARE(adapter.shape().toString(), QStringLiteral("POINT ZM(1 2 3 16)"));
         QCOMPARE(adapter.depthToInvert().toDouble(), 2.5);
         QCOMPARE(adapter.diameter().toDouble(), 1.2);
-        QVERIFY(adapter.offset().isNull());
+        QCOMPARE(adapter.offset().toDouble(), 0.25);
         QCOMPARE(adapter.getDomainObject().toStrongRef(), node);
     }
 
@@ -148,6 +149,43 @@ private slots:
         QCOMPARE(adapter.q1Value().toInt(), 30);
         QCOMPARE(adapter.clockPos1().toInt(), 9);
         QVERIFY(!proxy->parent());
+    }
+
+    void aPipeThatHasGoneReadsAsEmpty()
+    {
+        auto project = std::make_unique<TestProject>();
+        QSharedPointer<Torvik::Database::CGenericPipeObject> pipe =
+            project->addLateral(QStringLiteral("L"), {}, {{"OBJ_FromNodeDepth", 1.5}, {"OBJ_ToNodeDepth", 2.5}});
+        SectionAdapter adapter(project->addInspection(pipe, {}, 0), proxyOf(pipe));
+        QVERIFY(adapter.isLateral());
+        pipe.reset();
+        project.reset();
+        QVERIFY(adapter.sectionId().isEmpty());
+        QVERIFY(adapter.getSectionObjectId().isEmpty());
+        QVERIFY(!adapter.isLateral());
+        QVERIFY(!adapter.isSection());
+        QVERIFY(adapter.name().isEmpty());
+        QCOMPARE(adapter.fromNodeDepth().toFloat(), 0.0F);
+        QCOMPARE(adapter.toNodeDepth().toFloat(), 0.0F);
+        QCOMPARE(adapter.diameter().toFloat(), 0.0F);
+    }
+
+    void anObservationThatHasGoneReadsAsEmpty()
+    {
+        auto project = std::make_unique<TestProject>();
+        auto observation =
+            project->addObservation(project->addInspection(project->addSection(QStringLiteral("S"), {}, {}), {}, 0),
+                                    QStringLiteral("BCC"), 10.0);
+        const std::unique_ptr<CDomainObjectProxy> proxy(proxyOf(observation));
+        const ObservationAdapter adapter(proxy.get(), nullptr);
+        QVERIFY(adapter.codeTypeFlags() != 0U);
+        observation.reset();
+        project.reset();
+        QVERIFY(adapter.code().isEmpty());
+        QVERIFY(adapter.observationId().isEmpty());
+        QCOMPARE(adapter.codeTypeFlags(), 0U);
+        QCOMPARE(adapter.distanceMeters(), 0.0F);
+        QVERIFY(!adapter.q1Value().isValid());
     }
 
     void aProjectInFeetGivesDistancesInMetres()

@@ -1,66 +1,19 @@
+#include "SmallNetwork.h"
 #include "common/LogCapture.h"
-#include "common/TestProject.h"
 #include "domain/EntitiesManager.h"
-#include "domain/boundary/CDatabaseLibrary.h"
 #include "geo/GdalGeoProjector.h"
 #include "network/Node.h"
 #include "network/Pipe.h"
 #include "network/Section.h"
-#include "scene/SceneEntities.h"
 #include "scene/SceneRoot.h"
 
 #include <QSignalSpy>
 #include <QtTest>
 
 using namespace Torvik::View3d;
-using Kx::Test::LogCapture;
-using Kx::Test::TestProject;
+using namespace Kx::Test;
 using Torvik::AppState;
-using Torvik::Database::CDatabaseLibrary;
 using Torvik::Database::ProjectStore;
-
-namespace {
-
-const QString utm32 = QStringLiteral("EPSG:25832");
-const QString placeA = QStringLiteral("POINT ZM(570000 5830000 40 16)");
-const QString placeB = QStringLiteral("POINT ZM(570030 5830040 39 16)");
-
-void write(const CDomainObjectPointer& object, const char* key, const QVariant& value, int origin = 1)
-{
-    object->updateValue(QLatin1String(key), value);
-    CDatabaseLibrary::dbAccessManager()->updateObject(object, origin);
-}
-
-Node* nodeOf(const CDomainObjectPointer& object)
-{
-    return SceneEntities::instance().getNodes().value(object->id());
-}
-
-Section* sectionOf(const CDomainObjectPointer& inspection)
-{
-    return SceneEntities::instance().getPipeEntities().getByInspectionId(inspection->id());
-}
-
-/** Nodes at A and B with a straight pipe that was inspected downstream. */
-struct SmallNetwork {
-    SmallNetwork()
-    {
-        a = project.addNode(QStringLiteral("A"), placeA, {{"OBJ_DepthToInvert", 3.0}});
-        b = project.addNode(QStringLiteral("B"), placeB, {{"OBJ_DepthToInvert", 2.0}});
-        pipe = project.addSection(QStringLiteral("A-B"), a, b,
-                                  {{"OBJ_Size1", 400}, {"OBJ_FromNodeDepth", 3.0}, {"OBJ_ToNodeDepth", 2.0}});
-        inspection =
-            project.addInspection(pipe, QStringLiteral("LINESTRING ZM(570030 5830040 37 320,570000 5830000 37 0)"));
-    }
-
-    TestProject project {utm32};
-    CDomainObjectPointer a;
-    CDomainObjectPointer b;
-    CDomainObjectPointer pipe;
-    CDomainObjectPointer inspection;
-};
-
-} // namespace
 
 class tst_EntitiesManager : public QObject {
     Q_OBJECT

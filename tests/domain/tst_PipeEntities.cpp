@@ -131,6 +131,19 @@ private slots:
         QTRY_VERIFY(old.isNull());
     }
 
+    void aReplacementAtHandTakesThePlaceOfTheOldSection()
+    {
+        PipeEntityBuilder builder;
+        const QPointer<Section> old = builder.create(m_first);
+        Section* const replacement = builder.create(m_second);
+
+        QVERIFY(!builder.createOrReplace(old, replacement, m_first));
+
+        QCOMPARE(registry().getPipeEntities(), QList<Section*> {replacement});
+        QVERIFY(!registry().getByInspectionId(m_first->id()));
+        QTRY_VERIFY(old.isNull());
+    }
+
     void withoutAnInspectionTheOldSectionOnlyGoes()
     {
         PipeEntityBuilder builder;
