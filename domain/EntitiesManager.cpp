@@ -288,6 +288,9 @@ void EntitiesManager::testProximty(const QSharedPointer<CPipeInspectionObject>& 
 
 void EntitiesManager::onObservationInserted(const CDomainObjectPointer& observation, bool fromDB)
 {
+    // One that comes in the same turn as its inspection, from another program, has been read with it.
+    if (observation && SceneEntities::instance().getObservations().contains(observation->id()))
+        return;
     m_pipeEntityBuilder.insertObservation(observation, fromDB);
 }
 

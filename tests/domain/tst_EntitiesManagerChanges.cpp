@@ -107,6 +107,21 @@ private slots:
         QVERIFY(nodeOf(net.a));
     }
 
+    void aNodeThatReturnsUnderItsIdStandsOnce()
+    {
+        SmallNetwork net;
+        net.project.activate();
+        const QString id = net.b->id();
+        const QPointer<Node> before = nodeOf(net.b);
+        QVERIFY(Torvik::Database::ProjectStore::instance().deleteObject(net.b));
+        const auto again = net.project.addNode(QStringLiteral("B2"), placeB, {{"OBJ_PK", id}});
+
+        QTRY_VERIFY(before.isNull());
+        QVERIFY(nodeOf(again));
+        QCOMPARE(nodeOf(again)->name(), QStringLiteral("B2"));
+        QCOMPARE(nodeOf(again)->position(), QVector3D(-30, -1, 40));
+    }
+
     void aNodesRemovalIsLeftToItsId()
     {
         SmallNetwork net;

@@ -127,6 +127,19 @@ private slots:
             3000);
     }
 
+    void anInspectionThatComesWithItsFindingsHasEachOnce()
+    {
+        m_project->activate();
+        const auto inspection = m_project->addInspection(m_pipe, "LINESTRING ZM(0 20 0 260,0 0 0 0)");
+        const auto plain = m_project->addObservation(inspection, "BAB", 5.0);
+        const auto turned = m_project->addObservation(inspection, "BCC", 8.0, bend(3, 90.0));
+        QTRY_VERIFY(findingOf(plain) && findingOf(turned));
+        QTest::qWait(50);
+        QCOMPARE(m_root->findChildren<Observation*>().size(), 2);
+        // As with a project that is opened: the stored course has the bend already.
+        QVERIFY(near(endOf(sectionOf(inspection)), {0, 0, 20}));
+    }
+
     void aChangedBendTurnsItAnew()
     {
         m_project->activate();
