@@ -202,7 +202,8 @@ CameraWindow {
             const grey = Qt.rgba(0.1, 0.1, 0.1, 1)
             return [Object.assign({tag: "materialPipe", beta: 1}, green),
                     Object.assign({tag: "materialConnection", beta: 0.5}, green),
-                    {tag: "materialNode", beta: 1, cool: manhole.coolColor, warm: manhole.warmColor, diffuse: "#000000"},
+                    {tag: "materialNode", beta: 1, cool: manhole.coolColor, warm: manhole.warmColor,
+                     diffuse: "#000000"},
                     {tag: "materialNodeSelected", beta: 1, cool: Qt.rgba(0.05, 0.05, 1, 1),
                      warm: Qt.rgba(0.25, 0.25, 1, 1), diffuse: "#000000"},
                     {tag: "materialCone", beta: 1, cool: Qt.rgba(0.2, 0.2, 0.45, 1), warm: Qt.rgba(0.2, 0.2, 0.55, 1),
