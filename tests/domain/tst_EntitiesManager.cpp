@@ -396,7 +396,8 @@ private slots:
         large.close();
         TestProject filled(utm32);
         TestProject next(utm32);
-        next.addNode(QStringLiteral("N"), placeA);
+        const auto start = next.addNode(QStringLiteral("N"), placeA);
+        const auto inspection = next.addInspection(next.addSection(QStringLiteral("S"), start, {}));
         for (int i = 0; i < 400; ++i)
             filled.addNode(QString::number(i), placeA);
         filled.activate();
@@ -407,10 +408,15 @@ private slots:
         QVERIFY(m_root->entitiesManager().isBusy());
         next.activate();
         QCOMPARE(SceneEntities::instance().getNodes().size(), 0);
+        // Its section is still to come.
+        AppState::instance().setActiveInspection(inspection);
 
         QTRY_COMPARE_WITH_TIMEOUT(SceneEntities::instance().getNodes().size(), 1, 20000);
-        QTRY_COMPARE(m_root->findChildren<Node*>().size(), 1);
+        QTRY_VERIFY(!m_root->entitiesManager().isBusy());
+        // The second one is the section's virtual end.
+        QTRY_COMPARE(m_root->findChildren<Node*>().size(), 2);
         QVERIFY(m_root->isEnabled());
+        QVERIFY(sectionOf(inspection)->isDirectionArrowShown());
     }
 
 private:
