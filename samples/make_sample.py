@@ -46,6 +46,7 @@ BENDS = {  # pipe -> vertices between its manholes
     "FG2": [(350, 146), (341, 136)],
     "MB8": [(289, 108.5)],
 }
+UNSURVEYED = {"QW2"}  # pipes of which only the ends are known; their course follows from what the inspection finds
 MINIMUM_SLOPE = 0.004
 
 # Buildings: key, place, height above ground 0, street manhole to which the pipe from them leads.
@@ -179,7 +180,7 @@ def write_pipe(p):
         run += math.dist(p["line"][k - 1], at) if k else 0.0
         heights.append(p["z"][0] + (p["z"][1] - p["z"][0]) * run / plan)
     edges = []
-    for k in range(len(p["line"]) - 1):
+    for k in range(0 if p["key"] in UNSURVEYED else len(p["line"]) - 1):
         edges.append("              <Kante>" + point("Start", p["line"][k], heights[k], "KOP" if k else "SMP") +
                      point("Ende", p["line"][k + 1], heights[k + 1], "SMP" if k == len(p["line"]) - 2 else "KOP") + "</Kante>")
     if p["kind"] == 1:
@@ -199,11 +200,26 @@ def write_pipe(p):
     object_of(p["key"], 1, p["street"], inner, "            <Kanten>\n" + "\n".join(edges) + "\n            </Kanten>")
 
 
+def finding(station, code, first="", second="", quantity=None, clock=0, remark=""):
+    def element(name, text):
+        return f"<{name}>{text}</{name}>" if text else ""
+    return ("              <RZustand>" + element("Station", f"{station:.2f}") + element("InspektionsKode", code)
+            + element("Charakterisierung1", first) + element("Charakterisierung2", second)
+            + element("Quantifizierung1Numerisch", "" if quantity is None else f"{quantity:.2f}")
+            + element("PositionVon", f"{clock:02d}" if clock else "") + element("Kommentar", remark) + "</RZustand>")
+
+
+def deflection(p, vertex):
+    """Station of a vertex on the way down, and the angle in plan, to the right if positive."""
+    (x0, y0), (x1, y1), (x2, y2) = p["line"][vertex - 1:vertex + 2]
+    turn = math.degrees(math.atan2(y1 - y0, x1 - x0) - math.atan2(y2 - y1, x2 - x1))
+    total, plan = length(p)
+    run = sum(math.dist(p["line"][k], p["line"][k + 1]) for k in range(vertex))
+    return run * total / plan, (turn + 180) % 360 - 180
+
+
 def write_inspection(p, direction, reached, findings, time):
-    rows = "\n".join(f"              <RZustand><Station>{s:.2f}</Station><InspektionsKode>{c}</InspektionsKode>"
-                     + (f"<Charakterisierung1>{ch}</Charakterisierung1>" if ch else "")
-                     + (f"<PositionVon>{clock:02d}</PositionVon>" if clock else "") + "</RZustand>"
-                     for s, c, ch, clock in findings)
+    rows = "\n".join(finding(*f) for f in findings)
     print(f"""      <InspizierteAbwassertechnischeAnlage>
         <Objektbezeichnung>{p['key']}</Objektbezeichnung>
         <Anlagentyp>1</Anlagentyp>
@@ -244,14 +260,25 @@ def main():
       <Kennung>ZUS01</Kennung>
       <Auftraege><Auftrag><Auftragskennung>1</Auftragskennung><Auftragsart>1</Auftragsart><Kodiersystem>10</Kodiersystem></Auftrag></Auftraege>""")
     by_key = {p["key"]: p for p in pipes}
-    ks1, ks2, mb5 = by_key["KS1"], by_key["KS2"], by_key["MB5"]
+    ks1, ks2, ta6, mb5, qw2, ta2 = (by_key[key] for key in ("KS1", "KS2", "TA6", "MB5", "QW2", "TA2"))
     full = length(ks1)[0]
-    write_inspection(ks1, "O", full, [(0, "BCD", "XP", 0), (round(full * 0.30, 2), "BCA", "A", 9), (round(full * 0.62, 2), "BCA", "A", 3),
-                                      (full, "BCE", "XP", 0)], "08:40:00")
+    write_inspection(ks1, "O", full, [(0, "BCD", "XP"), (full * 0.30, "BCA", "A", "A", 150, 9), (full * 0.62, "BCA", "A", "A", 150, 3),
+                                      (full, "BCE", "XP")], "08:40:00")
     full = length(ks2)[0]
-    write_inspection(ks2, "U", full, [(0, "BCD", "XP", 0), (14.2, "BAB", "B", 12), (full, "BCE", "XP", 0)], "09:25:00")
+    write_inspection(ks2, "U", full, [(0, "BCD", "XP"), (14.2, "BAB", "B", "A", 1.5, 12), (full * 0.55, "BCA", "A", "A", 150, 3),
+                                      (full, "BCE", "XP")], "09:25:00")
+    full = length(ta6)[0]
+    bends = [(station, "BCC", "B" if angle > 0 else "A", "Y", abs(angle)) for station, angle in (deflection(ta6, 1), deflection(ta6, 2))]
+    write_inspection(ta6, "O", full, [(0, "BCD", "XP"), *bends, (full, "BCE", "XP")], "09:50:00")
     # The one that is under way: no end is noted yet.
-    write_inspection(mb5, "U", 17.4, [(0, "BCD", "XP", 0), (6.3, "BAJ", "A", 0), (15.8, "BBF", "A", 10)], "10:05:00")
+    write_inspection(mb5, "U", 17.4, [(0, "BCD", "XP"), (6.3, "BAJ", "A"), (15.8, "BBF", "A", "", None, 10)], "10:05:00")
+    # Nobody has surveyed this one; it swings out to the right around something, and back.
+    full = length(qw2)[0]
+    write_inspection(qw2, "O", full, [(0, "BCD", "XP"), (8, "BCC", "B", "Y", 12), (full / 2, "BCC", "A", "Y", 24), (full - 8, "BCC", "B", "Y", 12),
+                                      (full, "BCE", "XP")], "10:40:00")
+    full = length(ta2)[0]
+    write_inspection(ta2, "O", 31.6, [(0, "BCD", "XP"), (full * 0.61, "BCA", "A", "A", 150, 3), (31.6, "BDC", "Y", "A", None, 0, "Wurzelballen")],
+                     "11:15:00")
     print("""    </Zustandsdatenkollektiv>
   </Datenkollektive>
 </Identifikation>""")

@@ -29,7 +29,8 @@ QString CPipeObservationObject::code() const
 
 unsigned CPipeObservationObject::codeTypeFlags() const
 {
-    return ObservationCodes::flags(code());
+    return ObservationCodes::flags(code(), readValue(QStringLiteral("OBS_Ch1")).toString(),
+                                   readValue(QStringLiteral("OBS_Ch2")).toString());
 }
 
 CPipeInspectionObject::~CPipeInspectionObject() = default;

@@ -55,11 +55,19 @@ struct InspectionRow {
     QJsonObject attributes;
 };
 
+struct ObservationRow {
+    QString id;
+    QString inspectionId;
+    QString lateralId; ///< of a connection: the lateral that leaves here
+    FindingData finding;
+};
+
 struct AssembledProject {
     QString crsWkt;
     QVector<NodeRow> nodes;
     QVector<PipeRow> pipes; ///< sections and laterals, in the order of the source
     QVector<InspectionRow> inspections;
+    QVector<ObservationRow> observations; ///< those of an inspection one after the other, in the order of the source
 };
 
 } // namespace Torvik::Import

@@ -1,5 +1,7 @@
 #include "host/import/IsybauInspections.h"
 
+#include "host/domain/ObservationCodes.h"
+#include "host/import/IsybauFindings.h"
 #include "host/import/IsybauObjects.h"
 
 namespace Torvik::Import {
@@ -18,7 +20,7 @@ bool isUnderWay(const QVector<const XmlElement*>& findings)
     bool started = false;
     for (const XmlElement* finding : findings) {
         const QString code = finding->value(QStringLiteral("InspektionsKode"));
-        if (code.startsWith(QLatin1String("BCE")) || code.startsWith(QLatin1String("BDC")))
+        if (Database::ObservationCodes::flags(code) & Database::ObservationCodes::endOfInspection)
             return false;
         started = started || code.startsWith(QLatin1String("BCD"));
     }
@@ -108,8 +110,7 @@ void IsybauInspections::addPipeInspection(const XmlElement& object, const XmlEle
     IsybauObjects numbers(m_model, m_report, m_fileName);
     data.inspectedLength = numbers.number(pipe, QStringLiteral("Inspektionslaenge"), Kinds::Inspections, data.pipeKey);
     data.underWay = isUnderWay(findings);
-    for (const XmlElement* finding : findings)
-        data.observations.append(finding->toJson());
+    data.findings = IsybauFindings(m_report, m_fileName, data.pipeKey).read(findings);
 
     QJsonObject attributes = withOrder(inspection);
     QJsonObject rest = attributes.value(QStringLiteral("Rohrleitung")).toObject();

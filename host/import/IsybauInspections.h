@@ -8,7 +8,7 @@
 namespace Torvik::Import {
 
 /** The inspections of an ISYBAU file: turns one element "InspizierteAbwassertechnischeAnlage" after the other into the
- *  inspections of a pipe, or into records that are kept with a node. The findings stay as they stand. */
+ *  inspections of a pipe with their findings, or into records that are kept with a node as they stand. */
 class IsybauInspections {
 public:
     IsybauInspections(NetworkModel& model, ImportReport& report, const QString& fileName);

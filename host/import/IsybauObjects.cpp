@@ -205,6 +205,7 @@ void IsybauObjects::addPipe(const XmlElement& object, const QString& key)
     pipe.profile = profileName(data->value(QStringLiteral("Profil/Profilart")));
     if (data->value(QStringLiteral("Leitung/Anschlussdaten/Kantentyp")) != QLatin1String("1"))
         pipe.sectionKey = data->value(QStringLiteral("Leitung/Anschlussdaten/Objektbezeichnung"));
+    pipe.joinDistance = number(*data, QStringLiteral("Leitung/Anschlussdaten/Entfernung"), kind, key);
     pipe.course = course(object, kind, key);
     if (!pipe.course.isEmpty())
         noteCrs(object, pipe.course.first().x);

@@ -42,6 +42,7 @@ AssembledProject NetworkAssembler::assemble()
     writePipes();
     takeInspections();
     makeMissingInspections();
+    takeFindings();
     takeRecords();
     return m_project;
 }
@@ -268,6 +269,7 @@ void NetworkAssembler::takePipe(PipeData pipe)
     byKey.insert(pipe.key, m_pipes.size());
     m_pipes.append(pipe);
     m_ends.append(ends);
+    m_isSurveyed.append(hasOwnCourse);
     m_report.taken(kind);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/import/AssembledProject.h"
+#include "host/import/CourseFrame.h"
 #include "host/import/ImportReport.h"
 #include "host/import/NodeIndex.h"
 
@@ -18,6 +19,8 @@ namespace Torvik::Import {
  *  - A node without a position is taken; where the course of a pipe ends at it, it stands there.
  *  - A node without any height lies at its lowest pipe, a pipe without any between its nodes, along the network as far
  * as heights reach; what is left lies at the median of all heights.
+ *  - A pipe without a course of its own runs straight between its nodes; where an inspection has found bends, its shape
+ *    begins at the start node and turns at each of them.
  *  - The depth of a pipe at a node is the node's height less the height of the course at that end. */
 class NetworkAssembler {
 public:
@@ -32,6 +35,12 @@ private:
     struct Ends {
         int from = -1;
         int to = -1;
+    };
+    /** Where a row of an inspection comes from. */
+    struct Inspected {
+        int pipe = -1;
+        int startNode = -1;
+        const InspectionData* data = nullptr; ///< null for one that was made
     };
 
     void takeNodes();
@@ -56,7 +65,10 @@ private:
     std::optional<double> depthAt(int node, const std::optional<double>& height,
                                   const std::optional<double>& stated) const;
     void addInspection(const InspectionData* data, int pipe, Direction direction, int startNode, int endNode);
-    int shapeFlags(int pipe, Direction direction, int startNode) const;
+    int shapeFlags(Direction direction, int startNode, const Point& start) const;
+    void takeFindings();
+    std::optional<Point> startOf(int pipe, Direction direction, int startNode) const;
+    void bendCourse(int inspection, const QVector<Course::Bend>& bends);
     QString freshId(const QString& kind, const QString& key);
 
     const NetworkModel& m_model;
@@ -64,10 +76,12 @@ private:
     double m_tolerance;
     AssembledProject m_project;
     NodeIndex m_index;
-    QVector<NodeData> m_nodes;  ///< those that are taken
-    QVector<QString> m_nodeIds; ///< of m_nodes
-    QVector<PipeData> m_pipes;  ///< those that are taken, with courses and heights settled
-    QVector<Ends> m_ends;       ///< of m_pipes
+    QVector<NodeData> m_nodes;      ///< those that are taken
+    QVector<QString> m_nodeIds;     ///< of m_nodes
+    QVector<PipeData> m_pipes;      ///< those that are taken, with courses and heights settled
+    QVector<Ends> m_ends;           ///< of m_pipes
+    QVector<bool> m_isSurveyed;     ///< of m_pipes: the course came from the source
+    QVector<Inspected> m_inspected; ///< of the project's inspections
     QHash<QString, int> m_pipeByKey[2];
     QVector<int> m_inspectionCount;
     QHash<QString, int> m_ids;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QJsonArray>
 #include <QJsonObject>
 #include <QString>
 #include <QVector>
@@ -72,9 +71,33 @@ struct PipeData {
     QString profile;
     std::optional<double> length;
     std::optional<double> offset;
-    QVector<Point> course; ///< from end to end, or empty; heights may be missing
-    QString sectionKey;    ///< of a lateral: the section that it joins
+    QVector<Point> course;              ///< from end to end, or empty; heights may be missing
+    QString sectionKey;                 ///< of a lateral: the section that it joins
+    std::optional<double> joinDistance; ///< of a lateral: where, in metres from the downstream end of that section
     Details details;
+    QJsonObject attributes;
+    SourceRef source;
+};
+
+/** One finding of an inspection of a pipe, in the project's meaning. */
+struct FindingData {
+    QString code; ///< main code
+    QString ch1;
+    QString ch2;
+    std::optional<double> q1; ///< of a connection: its diameter in millimetres
+    std::optional<double> q2;
+    double distance = 0.0; ///< metres from the start of the inspection
+    std::optional<double> distanceEnd;
+    QString range;             ///< mark of a continuous finding: A, B or C and its number
+    std::optional<int> clock1; ///< hours, 1 to 12, as seen in the direction of the inspection
+    std::optional<int> clock2;
+    std::optional<int> bendClock; ///< hour towards which a bend turns the pipe
+    std::optional<double> angle;  ///< degrees; of a bend from straight on, of a connection from the way back
+    bool isAtJoint = false;
+    QString lateralKey; ///< of a connection: the lateral, where the source names it
+    QString photo;
+    QString videoTime;
+    QString remarks;
     QJsonObject attributes;
     SourceRef source;
 };
@@ -91,8 +114,8 @@ struct InspectionData {
     QString time;          ///< hh:mm:ss
     QString inspector;
     QString remarks;
-    QJsonObject attributes;  ///< the inspection as the source tells it
-    QJsonArray observations; ///< the findings, untouched
+    QJsonObject attributes;        ///< the inspection as the source tells it
+    QVector<FindingData> findings; ///< those that can be taken
     SourceRef source;
 };
 

@@ -11,6 +11,7 @@ namespace Torvik::Import {
 namespace {
 
 /** Bits of the flags word in a stored shape: where a position comes from, and the direction of an inspection. */
+constexpr int ObservationsFlag = 1;
 constexpr int ManualFlag = 4;
 constexpr int GisFlag = 16;
 constexpr int PipeShapeFlag = 64;
@@ -110,7 +111,7 @@ void NetworkAssembler::writePipes()
         if (m_ends[i].to >= 0)
             row.toNodeId = m_nodeIds[m_ends[i].to];
         const bool hasCourse = !pipe.course.isEmpty();
-        row.shapeWkt = Course::lineWkt(pipe.course, GisFlag);
+        row.shapeWkt = Course::lineWkt(pipe.course, m_isSurveyed[i] ? GisFlag : ObservationsFlag);
         row.fromNodeDepth =
             depthAt(m_ends[i].from, hasCourse ? pipe.course.first().z : pipe.fromInvert, pipe.fromDepth);
         row.toNodeDepth = depthAt(m_ends[i].to, hasCourse ? pipe.course.last().z : pipe.toInvert, pipe.toDepth);
@@ -142,11 +143,9 @@ void NetworkAssembler::writePipes()
 
 /** The view puts a pipe to the point of its start node. Where the course begins elsewhere (at the wall of a building),
  * the shape is marked as placed, which keeps it where the source has it. */
-int NetworkAssembler::shapeFlags(int pipe, Direction direction, int startNode) const
+int NetworkAssembler::shapeFlags(Direction direction, int startNode, const Point& start) const
 {
     const int flags = PipeShapeFlag | (direction == Direction::Downstream ? DownstreamFlag : UpstreamFlag);
-    const Point& start =
-        direction == Direction::Downstream ? m_pipes[pipe].course.first() : m_pipes[pipe].course.last();
     if (startNode < 0 || !m_nodes[startNode].position)
         return flags | ManualFlag;
     const NodeData& node = m_nodes[startNode];
@@ -175,11 +174,10 @@ void NetworkAssembler::addInspection(const InspectionData* data, int pipe, Direc
             walked = Course::firstPart(walked, *data->inspectedLength);
         // Stored from the downstream end to the upstream one, however it was walked.
         const QVector<Point> stored = direction == Direction::Downstream ? Course::reversed(walked) : walked;
-        row.shapeWkt = Course::lineWkt(stored, shapeFlags(pipe, direction, startNode));
+        row.shapeWkt = Course::lineWkt(stored, shapeFlags(direction, startNode, walked.first()));
     }
     if (data) {
         row.attributes = data->attributes;
-        row.attributes.insert(Kinds::Observations, data->observations);
         row.date = data->date;
         row.time = data->time;
         row.inspector = data->inspector;
@@ -188,6 +186,7 @@ void NetworkAssembler::addInspection(const InspectionData* data, int pipe, Direc
     }
     ++m_inspectionCount[pipe];
     m_project.inspections.append(row);
+    m_inspected.append({pipe, startNode, data});
 }
 
 void NetworkAssembler::takeInspections()
@@ -200,14 +199,13 @@ void NetworkAssembler::takeInspections()
                     .arg(data.pipeKind == PipeKind::Section ? QStringLiteral("section") : QStringLiteral("lateral"));
             m_report.leaveOut(Kinds::Inspections, data.pipeKey, data.source,
                               QStringLiteral("%1 \"%2\"").arg(group, data.pipeKey), group);
-            for (int i = 0; i < data.observations.size(); ++i)
-                m_report.leaveOut(Kinds::Observations, data.pipeKey, data.source,
+            for (const FindingData& finding : data.findings)
+                m_report.leaveOut(Kinds::Observations, data.pipeKey, finding.source,
                                   QStringLiteral("its inspection is left out"));
             continue;
         }
         takeInspection(data, pipe);
         m_report.taken(Kinds::Inspections);
-        m_report.taken(Kinds::Observations, data.observations.size());
     }
 }
 

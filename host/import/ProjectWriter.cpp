@@ -10,7 +10,8 @@ namespace {
 
 using namespace Torvik::Database;
 
-void put(QVariantMap& values, const QString& column, const std::optional<double>& value)
+template <typename Number>
+void put(QVariantMap& values, const QString& column, const std::optional<Number>& value)
 {
     if (value)
         values.insert(column, *value);
@@ -92,6 +93,32 @@ QVariantMap valuesOf(const InspectionRow& row)
     return values;
 }
 
+QVariantMap valuesOf(const ObservationRow& row)
+{
+    const FindingData& finding = row.finding;
+    QVariantMap values {{QStringLiteral("OBS_PK"), row.id},
+                        {QStringLiteral("OBS_Code"), finding.code},
+                        {QStringLiteral("OBS_Distance"), finding.distance}};
+    put(values, QStringLiteral("OBS_Ch1"), finding.ch1);
+    put(values, QStringLiteral("OBS_Ch2"), finding.ch2);
+    put(values, QStringLiteral("OBS_Q1_Value"), finding.q1);
+    put(values, QStringLiteral("OBS_Q2_Value"), finding.q2);
+    put(values, QStringLiteral("OBS_DistanceEnd"), finding.distanceEnd);
+    put(values, QStringLiteral("OBS_Continuous"), finding.range);
+    put(values, QStringLiteral("OBS_ClockPos1"), finding.clock1);
+    put(values, QStringLiteral("OBS_ClockPos2"), finding.clock2);
+    put(values, QStringLiteral("OBS_BendClkH"), finding.bendClock);
+    put(values, QStringLiteral("OBS_JointAngle"), finding.angle);
+    if (finding.isAtJoint)
+        values.insert(QStringLiteral("OBS_AtJoint"), 1);
+    put(values, QStringLiteral("OBS_LateralSection_REF"), row.lateralId);
+    put(values, QStringLiteral("OBS_Photo"), finding.photo);
+    put(values, QStringLiteral("OBS_VideoTime"), finding.videoTime);
+    put(values, QStringLiteral("OBS_Remarks"), finding.remarks);
+    put(values, QStringLiteral("OBS_Attributes"), jsonText(finding.attributes));
+    return values;
+}
+
 StoreStatus fill(BulkWriter& writer, const AssembledProject& project)
 {
     for (const NodeRow& row : project.nodes) {
@@ -107,6 +134,11 @@ StoreStatus fill(BulkWriter& writer, const AssembledProject& project)
     }
     for (const InspectionRow& row : project.inspections) {
         const StoreStatus status = writer.insert(PipeInspectionObjectType, row.pipeId, valuesOf(row));
+        if (!status)
+            return status;
+    }
+    for (const ObservationRow& row : project.observations) {
+        const StoreStatus status = writer.insert(PipeObservationObjectType, row.inspectionId, valuesOf(row));
         if (!status)
             return status;
     }

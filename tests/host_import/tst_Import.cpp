@@ -65,6 +65,8 @@ private slots:
     void theSampleImportsWhole();
     void theSampleIsMadeOnlyOnce();
     void theSampleHasAnInspectionUnderWay();
+    void theSampleShowsAllKindsOfFindings();
+    void observationsAreWrittenIntoTheirColumns();
     void courseLengths();
     void missingHeightsFollowTheRun();
     void theFirstPartOfACourse();
@@ -328,6 +330,72 @@ void tst_Import::theSampleHasAnInspectionUnderWay()
         shape.append({point.x().toDouble(), point.y().toDouble(), point.z().toDouble()});
     QVERIFY(qAbs(Course::length(shape) - 17.4) < 1e-6);
     QVERIFY(*net.pipe("MB5")->length > 40.0);
+}
+
+void tst_Import::theSampleShowsAllKindsOfFindings()
+{
+    const ImportFixtures::Imported net = ImportFixtures::isybau({sampleSource()});
+
+    QHash<QString, int> codes;
+    int connected = 0;
+    for (const ObservationRow& row : net.project.observations) {
+        ++codes[row.finding.code];
+        connected += row.lateralId.isEmpty() ? 0 : 1;
+        QVERIFY(row.finding.code != QLatin1String("BCC") || (row.finding.bendClock && row.finding.angle));
+    }
+    QCOMPARE(codes.value("BCC"), 5);
+    QCOMPARE(codes.value("BCA"), 4);
+    QCOMPARE(connected, 4);
+    QCOMPARE(codes.value("BCE"), 4);
+    QCOMPARE(codes.value("BDC"), 1);
+    // Three bends: the way out, and back to the other manhole.
+    const QString shape = net.inspections("QW2").value(0).shapeWkt;
+    QCOMPARE(shape.count(QLatin1Char(',')), 4);
+    QCOMPARE(net.inspections("TA6").value(0).shapeWkt.count(QLatin1Char(',')), 3);
+}
+
+void tst_Import::observationsAreWrittenIntoTheirColumns()
+{
+    QTemporaryDir dir;
+
+    QCOMPARE(run(from(own("findings_2017.xml"), dir.filePath("p"))).status, 0);
+
+    const OpenedProject opened = ProjectStore::instance().open(dir.filePath("p"));
+    QVERIFY2(opened.project, qPrintable(opened.error));
+    const auto inspection = opened.project->section(0)->inspection(0);
+    QCOMPARE(inspection->observationCount(), 8);
+    const auto value = [&](int index, const char* column) {
+        return inspection->observation(index)->readValue(QLatin1String(column));
+    };
+    QCOMPARE(value(1, "OBS_Code").toString(), QStringLiteral("BAB"));
+    QCOMPARE(value(1, "OBS_Ch1").toString(), QStringLiteral("B"));
+    QCOMPARE(value(1, "OBS_Ch2").toString(), QStringLiteral("A"));
+    QCOMPARE(value(1, "OBS_Distance").toDouble(), 3.5);
+    QCOMPARE(value(1, "OBS_DistanceEnd").toDouble(), 6.25);
+    QCOMPARE(value(1, "OBS_Continuous").toString(), QStringLiteral("A1"));
+    QCOMPARE(value(1, "OBS_Q1_Value").toDouble(), 1.5);
+    QCOMPARE(value(1, "OBS_Q2_Value").toDouble(), 7.0);
+    QCOMPARE(value(1, "OBS_ClockPos1").toInt(), 2);
+    QCOMPARE(value(1, "OBS_ClockPos2").toInt(), 5);
+    QCOMPARE(value(1, "OBS_AtJoint").toInt(), 1);
+    QCOMPARE(value(1, "OBS_Photo").toString(), QStringLiteral("p1.jpg"));
+    QCOMPARE(value(1, "OBS_VideoTime").toString(), QStringLiteral("01020304"));
+    QCOMPARE(value(1, "OBS_Remarks").toString(), QStringLiteral("Riss"));
+    QVERIFY(value(1, "OBS_Attributes").toString().contains("\"Station\":\"3,50\""));
+    QVERIFY(value(1, "OBS_BendClkH").isNull());
+    QCOMPARE(value(3, "OBS_LateralSection_REF").toString(), opened.project->lateral(0)->id());
+    QCOMPARE(value(3, "OBS_ClockPos1").toInt(), 3);
+    QCOMPARE(value(3, "OBS_JointAngle").toDouble(), 90.0);
+    QCOMPARE(value(6, "OBS_BendClkH").toInt(), 9);
+    QCOMPARE(value(6, "OBS_JointAngle").toDouble(), 30.0);
+    const auto kind = [&](int index) {
+        return inspection->observation(index).staticCast<CPipeObservationObject>()->codeTypeFlags();
+    };
+    QCOMPARE(kind(1), 0U);
+    QCOMPARE(kind(3), 0x8U);
+    QCOMPARE(kind(6), 0x400U);
+    QCOMPARE(kind(7), 0x4U);
+    ProjectStore::instance().close(opened.project);
 }
 
 void tst_Import::courseLengths()

@@ -139,11 +139,16 @@ void tst_IsybauImport::findingsAreKeptAsTheyStand()
 {
     const Imported net = isybau({own("small_2017.xml")});
 
-    const QJsonArray findings = net.inspections("H1").value(0).attributes.value("observations").toArray();
+    const QString inspection = net.inspections("H1").value(0).id;
 
+    QVector<QJsonObject> findings;
+    for (const ObservationRow& row : net.project.observations) {
+        if (row.inspectionId == inspection)
+            findings.append(row.finding.attributes.value("isybau").toObject());
+    }
     QCOMPARE(findings.size(), 3);
-    QCOMPARE(findings[1].toObject().value("InspektionsKode").toString(), QStringLiteral("BCA"));
-    QCOMPARE(findings[1].toObject().value("Station").toString(), QStringLiteral("12.30"));
+    QCOMPARE(findings[1].value("InspektionsKode").toString(), QStringLiteral("BCA"));
+    QCOMPARE(findings[1].value("Station").toString(), QStringLiteral("12.30"));
     const QJsonObject all = net.inspections("H1").value(0).attributes.value("isybau").toObject();
     QCOMPARE(all.value("Auftrag").toObject().value("Kodiersystem").toString(), QStringLiteral("10"));
     QVERIFY(!all.value("Rohrleitung").toObject().contains("Inspektionsdaten"));

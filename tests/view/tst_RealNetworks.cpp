@@ -70,6 +70,29 @@ void forEachInspection(const CProjectObject& project, Visit visit)
         all(*project.lateral(i));
 }
 
+/** What the view keeps at the connection of a lateral, which is where the inspection has counted it and not where
+ * somebody has surveyed it: the node of the joint, and the lateral itself where it was inspected from there. */
+QSet<QString> followersOfConnections(const CProjectObject& project)
+{
+    QSet<QString> found;
+    forEachInspection(project, [&](const auto&, const CDomainObjectPointer& object) {
+        const auto inspection = qSharedPointerDynamicCast<CPipeInspectionObject>(object);
+        for (int i = 0; i < inspection->observationCount(); ++i) {
+            const auto lateral = project.lookupObject(
+                inspection->observation(i)->readValue(QStringLiteral("OBS_LateralSection_REF")).toString());
+            if (!lateral)
+                continue;
+            found.insert(lateral->readValue(QStringLiteral("OBJ_ToNode_REF")).toString());
+            const auto pipe = qSharedPointerDynamicCast<CGenericPipeObject>(lateral);
+            for (int k = 0; k < pipe->inspectionCount(); ++k) {
+                if (pipe->inspection(k)->inspectionDirection() != 1)
+                    found.insert(pipe->inspection(k)->id());
+            }
+        }
+    });
+    return found;
+}
+
 QHash<QString, QString> allShapes(const CProjectObject& project)
 {
     QHash<QString, QString> shapes;
@@ -107,23 +130,29 @@ private slots:
     void everyPipeLiesWhereItsFileSays_data()
     {
         QTest::addColumn<QString>("source");
+        QTest::addColumn<QString>("findings");
         QTest::addColumn<QString>("crs");
         QTest::addColumn<int>("nodes");
         QTest::addColumn<int>("pipes");
-        QTest::newRow("sample") << QString() << QString() << -1 << -1;
-        QTest::newRow("Celle") << QStringLiteral("networks/ISYBAU_XML-2013-Stammdaten.xml") << QString() << 165 << 149;
-        QTest::newRow("Bustarviejo") << QStringLiteral("networks/medium_bustarviejo.inp")
+        QTest::newRow("sample") << QString() << QString() << QString() << -1 << -1;
+        const QString celle = QStringLiteral("networks/ISYBAU_XML-2013-Stammdaten.xml");
+        QTest::newRow("Celle") << celle << QString() << QString() << 165 << 149;
+        QTest::newRow("Celle, inspected")
+            << celle << QStringLiteral("inspections/ISYBAU_XML-2013-Zustandsdaten_DIN_EN_13508-2_AH_Abwasser.xml")
+            << QString() << 165 << 150;
+        QTest::newRow("Bustarviejo") << QStringLiteral("networks/medium_bustarviejo.inp") << QString()
                                      << QStringLiteral("EPSG:25830") << 1660 << 1629;
     }
 
     void everyPipeLiesWhereItsFileSays()
     {
         QFETCH(QString, source);
+        QFETCH(QString, findings);
         QFETCH(QString, crs);
         QFETCH(int, nodes);
         QFETCH(int, pipes);
         QTemporaryDir folder;
-        const QString path = makeProject(source, crs, folder);
+        const QString path = makeProject(source, findings, crs, folder);
         if (path.isEmpty())
             QSKIP("The network is not here; see docs/import.md for where such files come from.");
         const auto opened = ProjectStore::instance().open(path);
@@ -151,14 +180,18 @@ private slots:
 
         QTest::qWait(2500); // longer than the end of editing and a batch of writes together
         const auto after = allShapes(*m_project);
-        int changed = 0;
-        for (auto it = before.begin(); it != before.end(); ++it)
-            changed += after.value(it.key()) == it.value() ? 0 : 1;
-        QCOMPARE(changed, 0);
+        const auto movable = followersOfConnections(*m_project);
+        QStringList changed;
+        for (auto it = before.begin(); it != before.end(); ++it) {
+            if (after.value(it.key()) != it.value() && !movable.contains(it.key()))
+                changed << it.value() + QStringLiteral(" -> ") + after.value(it.key());
+        }
+        QVERIFY2(changed.isEmpty(), qPrintable(changed.mid(0, 8).join(QLatin1Char('\n'))));
     }
 
 private:
-    static QString makeProject(const QString& source, const QString& crs, const QTemporaryDir& folder)
+    static QString makeProject(const QString& source, const QString& findings, const QString& crs,
+                               const QTemporaryDir& folder)
     {
         QString error;
         if (source.isEmpty())
@@ -170,6 +203,8 @@ private:
         options.source = file;
         options.project = folder.filePath(QStringLiteral("project"));
         options.crs = crs;
+        if (!findings.isEmpty())
+            options.with << sharedData() + QLatin1Char('/') + findings;
         QString text;
         QTextStream out(&text);
         return Torvik::Import::runImport(options, out, out) == 0 ? options.project : QString();

@@ -1,0 +1,173 @@
+#include "host/import/FindingsAssembler.h"
+
+#include "host/domain/ObservationCodes.h"
+#include "host/import/CourseGeometry.h"
+#include "host/import/LateralJoins.h"
+
+#include <algorithm>
+
+namespace Torvik::Import {
+
+namespace Codes = Database::ObservationCodes;
+
+namespace {
+
+/** A finding this far behind the end of its pipe is no matter of rounding. */
+constexpr double BeyondToleranceM = 0.5;
+
+unsigned kindOf(const FindingData& finding)
+{
+    return Codes::flags(finding.code, finding.ch1, finding.ch2);
+}
+
+bool isConnection(const FindingData& finding)
+{
+    const unsigned kind = kindOf(finding);
+    return (kind & Codes::connection) && !(kind & Codes::bend);
+}
+
+} // namespace
+
+FindingsAssembler::FindingsAssembler(const QVector<Pipe>& pipes, ImportReport& report)
+    : m_pipes(pipes)
+    , m_report(report)
+{
+}
+
+int FindingsAssembler::addInspection(const Inspection& inspection)
+{
+    m_inspections.append(inspection);
+    m_rows.append(QVector<ObservationRow> {});
+    return m_inspections.size() - 1;
+}
+
+double FindingsAssembler::knownLength(int inspection) const
+{
+    const Inspection& walked = m_inspections[inspection];
+    const Pipe& pipe = m_pipes[walked.pipe];
+    return std::max({Course::length(pipe.course), pipe.length.value_or(0.0), walked.inspectedLength.value_or(0.0)});
+}
+
+void FindingsAssembler::take(int inspection, const FindingData& finding)
+{
+    const Pipe& pipe = m_pipes[m_inspections[inspection].pipe];
+    const double length = knownLength(inspection);
+    if (length > 0.0 && finding.distance > length + BeyondToleranceM)
+        m_report.warn(Kinds::Observations, pipe.key, finding.source,
+                      QStringLiteral("%1 at %2 m lies beyond the pipe, which is %3 m long")
+                          .arg(finding.code)
+                          .arg(finding.distance)
+                          .arg(length));
+    m_rows[inspection].append({{}, m_inspections[inspection].id, {}, finding});
+    m_report.taken(Kinds::Observations);
+}
+
+std::optional<FindingsAssembler::Joint> FindingsAssembler::jointOf(const Pipe& lateral, const Pipe& pipe,
+                                                                   const QVector<Point>& walked,
+                                                                   Direction direction) const
+{
+    const bool isSaid = lateral.sectionId == pipe.id;
+    if (lateral.id == pipe.id || (!lateral.sectionId.isEmpty() && !isSaid))
+        return std::nullopt;
+    // A lateral that ends at a manhole of the pipe joins the manhole.
+    const auto endsAtNode = [&](const QString& node) {
+        return !isSaid && !node.isEmpty() && (node == pipe.fromNodeId || node == pipe.toNodeId);
+    };
+    Joint joint;
+    for (const bool isDownstreamEnd : {true, false}) {
+        if (lateral.course.size() < 2 || walked.size() < 2 ||
+            endsAtNode(isDownstreamEnd ? lateral.toNodeId : lateral.fromNodeId))
+            continue;
+        const QVector<Point> outward = isDownstreamEnd ? Course::reversed(lateral.course) : lateral.course;
+        const Course::Foot foot = Course::footOf(walked, outward[0]);
+        if (foot.offset > OffsetToleranceM)
+            continue;
+        joint.distance = foot.along;
+        if (lateral.isSurveyed && pipe.isSurveyed)
+            joint.branch =
+                Course::branchOf(Course::frameAt(walked, foot.along), Course::between(outward[0], outward[1]));
+        return joint;
+    }
+    if (!isSaid || !lateral.joinDistance)
+        return std::nullopt;
+    const double length = walked.isEmpty() ? pipe.length.value_or(0.0) : Course::length(walked);
+    joint.distance = direction == Direction::Upstream ? *lateral.joinDistance : length - *lateral.joinDistance;
+    return joint;
+}
+
+QVector<FindingsAssembler::Joint> FindingsAssembler::jointsOf(const Inspection& inspection) const
+{
+    const Pipe& pipe = m_pipes[inspection.pipe];
+    const QVector<Point> walked =
+        inspection.direction == Direction::Upstream ? Course::reversed(pipe.course) : pipe.course;
+    QVector<Joint> joints;
+    for (int i = 0; i < m_pipes.size(); ++i) {
+        if (m_pipes[i].kind != PipeKind::Lateral || m_claimed.contains(m_pipes[i].id))
+            continue;
+        std::optional<Joint> joint = jointOf(m_pipes[i], pipe, walked, inspection.direction);
+        if (!joint)
+            continue;
+        joint->lateral = i;
+        joints.append(*joint);
+    }
+    return joints;
+}
+
+void FindingsAssembler::connect(int inspection)
+{
+    QVector<int> rows;
+    QVector<LateralJoins::Connection> connections;
+    for (int i = 0; i < m_rows[inspection].size(); ++i) {
+        const ObservationRow& row = m_rows[inspection][i];
+        if (!isConnection(row.finding) || !row.lateralId.isEmpty())
+            continue;
+        rows.append(i);
+        connections.append({row.finding.distance, row.finding.clock1});
+    }
+    if (rows.isEmpty())
+        return;
+    const QVector<Joint> joints = jointsOf(m_inspections[inspection]);
+    QVector<LateralJoins::Join> joins;
+    for (const Joint& joint : joints)
+        joins.append({joint.distance, joint.branch ? std::optional<int>(joint.branch->clock) : std::nullopt});
+    const QVector<int> joinOf = LateralJoins::match(connections, joins, StationToleranceM);
+    for (int i = 0; i < rows.size(); ++i) {
+        if (joinOf[i] < 0)
+            continue;
+        const Joint& joint = joints[joinOf[i]];
+        ObservationRow& row = m_rows[inspection][rows[i]];
+        row.lateralId = m_pipes[joint.lateral].id;
+        claim(row.lateralId);
+        if (joint.branch && !row.finding.clock1)
+            row.finding.clock1 = joint.branch->clock;
+        if (joint.branch && !row.finding.angle)
+            row.finding.angle = joint.branch->angleDeg;
+    }
+}
+
+void FindingsAssembler::connectLaterals()
+{
+    for (int i = 0; i < m_inspections.size(); ++i)
+        connect(i);
+}
+
+QVector<ObservationRow> FindingsAssembler::rows() const
+{
+    QVector<ObservationRow> all;
+    for (const QVector<ObservationRow>& rows : m_rows)
+        all += rows;
+    return all;
+}
+
+QVector<Course::Bend> FindingsAssembler::bends(int inspection) const
+{
+    QVector<Course::Bend> found;
+    for (const ObservationRow& row : m_rows[inspection]) {
+        const FindingData& finding = row.finding;
+        if ((kindOf(finding) & Codes::bend) && finding.bendClock && finding.angle)
+            found.append({finding.distance, double(*finding.bendClock), *finding.angle});
+    }
+    return found;
+}
+
+} // namespace Torvik::Import
