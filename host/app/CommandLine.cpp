@@ -28,8 +28,8 @@ const QStringList flagNames {QStringLiteral("--help"), QStringLiteral("--version
 const QStringList valueNames {QStringLiteral("--crs"),        QStringLiteral("--mapping"), QStringLiteral("--with"),
                               QStringLiteral("--report"),     QStringLiteral("--size"),    QStringLiteral("--view"),
                               QStringLiteral("--screenshot"), QStringLiteral("--dump"),    QStringLiteral("--distance"),
-                              QStringLiteral("--go-to")};
-const QString repeatable = QStringLiteral("--with");
+                              QStringLiteral("--go-to"),      QStringLiteral("--findings")};
+const QStringList repeatable {QStringLiteral("--with"), QStringLiteral("--findings")};
 
 QString takeOption(const QStringList& arguments, int& index, Sorted& sorted)
 {
@@ -42,7 +42,7 @@ QString takeOption(const QStringList& arguments, int& index, Sorted& sorted)
     if (inlineValue)
         name.truncate(equals);
 
-    if (sorted.has(name) && name != repeatable)
+    if (sorted.has(name) && !repeatable.contains(name))
         return QStringLiteral("%1 is given twice").arg(name);
     if (flagNames.contains(name)) {
         if (inlineValue)
@@ -148,7 +148,7 @@ QString readImport(const Sorted& sorted, Options& options)
     static const QRegularExpression crsForm(QStringLiteral("^EPSG:(\\d{1,6})$"),
                                             QRegularExpression::CaseInsensitiveOption);
     const QStringList known {QStringLiteral("--crs"), QStringLiteral("--mapping"), QStringLiteral("--with"),
-                             QStringLiteral("--report")};
+                             QStringLiteral("--report"), QStringLiteral("--findings")};
     const QString foreign = foreignOption(sorted, known, QStringLiteral("import"));
     if (!foreign.isEmpty())
         return foreign;
@@ -160,9 +160,24 @@ QString readImport(const Sorted& sorted, Options& options)
     options.crs = sorted.value(QStringLiteral("--crs")).toUpper();
     options.mappingFile = sorted.value(QStringLiteral("--mapping"));
     options.furtherSources = sorted.values.value(QStringLiteral("--with"));
+    options.findingsFiles = sorted.values.value(QStringLiteral("--findings"));
     options.reportFile = sorted.value(QStringLiteral("--report"));
     if (!options.crs.isEmpty() && !crsForm.match(options.crs).hasMatch())
         return QStringLiteral("--crs takes EPSG:NUMBER, not \"%1\"").arg(sorted.value(QStringLiteral("--crs")));
+    return {};
+}
+
+QString readFindings(const Sorted& sorted, Options& options)
+{
+    const QString foreign = foreignOption(sorted, {QStringLiteral("--report")}, QStringLiteral("findings"));
+    if (!foreign.isEmpty())
+        return foreign;
+    if (sorted.words.size() < 3)
+        return QStringLiteral("findings needs a PROJECT and a FILE");
+    options.command = Command::Findings;
+    options.project = sorted.words[1];
+    options.findingsFiles = sorted.words.mid(2);
+    options.reportFile = sorted.value(QStringLiteral("--report"));
     return {};
 }
 
@@ -223,6 +238,8 @@ ParsedArguments parseArguments(const QStringList& arguments)
     QString error;
     if (named && first == QLatin1String("import"))
         error = readImport(sorted, options);
+    else if (named && first == QLatin1String("findings"))
+        error = readFindings(sorted, options);
     else if (named && first == QLatin1String("info"))
         error = readInfo(sorted, options);
     else
@@ -240,10 +257,11 @@ QString helpText()
   kxviewer [PROJECT] [VIEW]                   opens a project in a window; without one, the sample
   kxviewer [PROJECT] --screenshot FILE [VIEW] paints a project into a picture and ends
   kxviewer import SOURCE PROJECT [...]        makes a project from an open format
+  kxviewer findings PROJECT FILE... [...]     adds findings to a project
   kxviewer info PROJECT [--json]              prints what a project holds
   kxviewer [PROJECT] --dump FILE              writes the scene as JSON
 
-PROJECT is the folder of a project. A folder called "import" or "info" is written ./import or ./info.
+PROJECT is the folder of a project. A folder called "import", "findings" or "info" is written ./import.
 
 VIEW, for a window or a picture:
   --view top|3d|front  from where to look; top if not given
@@ -263,7 +281,13 @@ import:
   --crs EPSG:N         coordinate system of the source where the source does not tell
   --mapping FILE       names the layers and columns of a GDAL/OGR source
   --with FILE          a further file of the same network, such as its inspections; may be repeated
+  --findings FILE      findings of inspections as CSV; may be repeated
   --report FILE        writes the account of the import as JSON
+
+findings:
+  FILE                 CSV with a header: pipe, distance, code, and if wanted clock, angle, quantity, lateral;
+                       distances in metres from the start of the latest inspection of the pipe
+  --report FILE        writes the account as JSON
 
 --dump FILE            projector, nodes and sections, sorted, with all digits of the numbers
 --help, --version      this text, the version

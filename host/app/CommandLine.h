@@ -8,7 +8,7 @@
 
 namespace Torvik::Viewer {
 
-enum class Command { Window, Screenshot, Dump, Import, Info, Help, Version };
+enum class Command { Window, Screenshot, Dump, Import, Findings, Info, Help, Version };
 enum class StandardView { Top, Perspective, Front };
 
 /** What one call of the program is to do. */
@@ -23,6 +23,8 @@ struct Options {
     QString crs;
     QString mappingFile;
     QStringList furtherSources;
+    /** CSV files, of an import or for a project that is there. */
+    QStringList findingsFiles;
     QString reportFile;
 
     /** The picture's or the dump's file. */

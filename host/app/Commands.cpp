@@ -5,6 +5,7 @@
 #include "host/app/SceneReader.h"
 #include "host/domain/ProjectStore.h"
 #include "host/import/Import.h"
+#include "host/import/ProjectFindings.h"
 #include "host/import/SampleProject.h"
 #include "scene/SceneRoot.h"
 
@@ -75,10 +76,18 @@ int import(const Options& options)
     wishes.crs = options.crs;
     wishes.mapping = options.mappingFile;
     wishes.with = options.furtherSources;
+    wishes.findings = options.findingsFiles;
     wishes.report = options.reportFile;
     QTextStream out(stdout);
     QTextStream err(stderr);
     return Import::runImport(wishes, out, err);
+}
+
+int findings(const Options& options)
+{
+    QTextStream out(stdout);
+    QTextStream err(stderr);
+    return Import::runFindings({options.project, options.findingsFiles, options.reportFile}, out, err);
 }
 
 int dump(const Options& options)

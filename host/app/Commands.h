@@ -10,6 +10,7 @@ namespace Commands {
 
 int info(const Options& options);
 int import(const Options& options);
+int findings(const Options& options);
 /** Needs a QGuiApplication, no screen. */
 int dump(const Options& options);
 

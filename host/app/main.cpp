@@ -35,9 +35,13 @@ void haveRuntimeFolder()
 int run(const Options& options, int& argc, char** argv)
 {
     haveRuntimeFolder();
-    if (options.command == Command::Info || options.command == Command::Import) {
+    for (const auto& [command, execute] :
+         {std::pair(Command::Info, &Commands::info), std::pair(Command::Import, &Commands::import),
+          std::pair(Command::Findings, &Commands::findings)}) {
+        if (options.command != command)
+            continue;
         QCoreApplication application(argc, argv);
-        return options.command == Command::Info ? Commands::info(options) : Commands::import(options);
+        return execute(options);
     }
     if (options.command == Command::Dump)
         qputenv("QT_QPA_PLATFORM", "offscreen");

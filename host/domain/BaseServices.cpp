@@ -5,6 +5,7 @@
 #include "domain/boundary/GeoCoord.h"
 #include "host/domain/HostSettings.h"
 
+#include <QFileInfo>
 #include <QSettings>
 #include <QUuid>
 
@@ -100,6 +101,11 @@ void HostSettings::setDistanceUnit(int unit)
         g_distanceUnit = unit;
         emit GlobalLocaleData::instance().localeChanged();
     }
+}
+
+QString HostSettings::settingsFolder()
+{
+    return QFileInfo(settingsStore()->fileName()).path();
 }
 
 void HostSettings::setSettingsFile(const QString& path)

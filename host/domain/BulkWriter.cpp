@@ -12,6 +12,15 @@
 
 namespace Torvik::Database {
 
+namespace {
+
+QString now()
+{
+    return QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyy-MM-ddThh:mm:ss.zzzZ"));
+}
+
+} // namespace
+
 /** The prepared statement that inserts into one table. */
 class BulkTable {
 public:
@@ -132,12 +141,45 @@ StoreStatus BulkWriter::insert(ObjectType type, const QString& parentId, const Q
             row.insert(QStringLiteral("OBJ_Kind"), int(type));
         }
         if (!row.contains(table.timeStampColumn)) {
-            row.insert(table.timeStampColumn,
-                       QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyy-MM-ddThh:mm:ss.zzzZ")));
+            row.insert(table.timeStampColumn, now());
         }
         status = target->insert(row);
         if (status && id) {
             *id = key;
+        }
+    }
+    if (!status && m_firstError) {
+        m_firstError = status;
+    }
+    return status;
+}
+
+StoreStatus BulkWriter::update(ObjectType type, const QString& id, const QVariantMap& values)
+{
+    const Schema::Table* const table = Schema::table(type);
+    StoreStatus status;
+    if (!table || type == ProjectObjectType || !m_transaction) {
+        status = {QStringLiteral("Objects of type %1 cannot be changed").arg(int(type))};
+    } else {
+        QVariantMap row = values;
+        if (!row.contains(table->timeStampColumn)) {
+            row.insert(table->timeStampColumn, now());
+        }
+        QStringList assignments;
+        for (const QString& column : row.keys()) {
+            assignments.append(QStringLiteral("[%1] = ?").arg(column));
+        }
+        QSqlQuery query(m_connection->database());
+        query.prepare(QStringLiteral("UPDATE %1 SET %2 WHERE %3 = ?")
+                          .arg(table->name, assignments.join(QStringLiteral(", ")), table->keyColumn));
+        for (const QVariant& value : qAsConst(row)) {
+            query.addBindValue(value);
+        }
+        query.addBindValue(id);
+        if (!query.exec()) {
+            status = m_connection->failure(query.lastError());
+        } else if (query.numRowsAffected() != 1) {
+            status = {QStringLiteral("%1: there is no %2 in table %3").arg(m_connection->file(), id, table->name)};
         }
     }
     if (!status && m_firstError) {

@@ -25,6 +25,8 @@ public:
      *  observation, and empty for all others. The id is the value of the key column when there is one, a new one
      *  otherwise; it is put into `id`. */
     StoreStatus insert(ObjectType type, const QString& parentId, const QVariantMap& values, QString* id = nullptr);
+    /** Changes columns of an object that is there; none is an error. */
+    StoreStatus update(ObjectType type, const QString& id, const QVariantMap& values);
     /** Changes columns of the project itself. */
     StoreStatus setProjectValues(const QVariantMap& values);
     /** Ends the writing; durable when it returns without an error. */

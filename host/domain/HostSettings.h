@@ -14,5 +14,7 @@ void setDistanceUnit(int unit);
 
 /** File of the application's settings, instead of the user's own. Settings set before stay in the former file. */
 void setSettingsFile(const QString& path);
+/** The folder of that file, where further files of the user's own stand. */
+QString settingsFolder();
 
 } // namespace Torvik::Base::HostSettings

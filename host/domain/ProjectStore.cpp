@@ -6,6 +6,7 @@
 #include "host/domain/DatabaseCheck.h"
 #include "host/domain/DomainObjectData.h"
 #include "host/domain/NotificationManager.h"
+#include "host/domain/ObservationCodes.h"
 #include "host/domain/ProjectSchema.h"
 #include "host/domain/ProjectSession.h"
 #include "host/domain/ThreadConnections.h"
@@ -124,6 +125,10 @@ OpenedProject ProjectStore::connectProject(const QSharedPointer<CProjectObject>&
     if (!cut) {
         Logging::CLogger::logMessage(Logging::LogWarning, QStringLiteral("Torvik::Database"),
                                      QStringLiteral("The log of changes stays long: %1").arg(cut.error));
+    }
+    const QString ownCodes = QDir(project->projectPath()).filePath(ObservationCodes::fileName());
+    for (const QString& problem : ObservationCodes::useFiles({ObservationCodes::settingsFile(), ownCodes})) {
+        Logging::CLogger::logMessage(Logging::LogWarning, QStringLiteral("Torvik::Database"), problem);
     }
     return {project, {}};
 }

@@ -14,6 +14,8 @@ namespace {
 
 /** A finding this far behind the end of its pipe is no matter of rounding. */
 constexpr double BeyondToleranceM = 0.5;
+/** One that somebody has written by hand may be this far behind it. */
+constexpr double RoundingToleranceM = 0.01;
 
 unsigned kindOf(const FindingData& finding)
 {
@@ -32,6 +34,11 @@ FindingsAssembler::FindingsAssembler(const QVector<Pipe>& pipes, ImportReport& r
     : m_pipes(pipes)
     , m_report(report)
 {
+    for (int i = 0; i < pipes.size(); ++i) {
+        QHash<QString, int>& byKey = m_pipeByKey[int(pipes[i].kind)];
+        if (!byKey.contains(pipes[i].key))
+            byKey.insert(pipes[i].key, i);
+    }
 }
 
 int FindingsAssembler::addInspection(const Inspection& inspection)
@@ -59,6 +66,81 @@ void FindingsAssembler::take(int inspection, const FindingData& finding)
                           .arg(finding.distance)
                           .arg(length));
     m_rows[inspection].append({{}, m_inspections[inspection].id, {}, finding});
+    m_report.taken(Kinds::Observations);
+}
+
+void FindingsAssembler::addExisting(int inspection, const ObservationRow& row)
+{
+    m_rows[inspection].append(row);
+    if (!row.lateralId.isEmpty())
+        m_claimed.insert(row.lateralId);
+}
+
+int FindingsAssembler::pipeByKey(const QString& key) const
+{
+    return m_pipeByKey[int(PipeKind::Section)].value(key, m_pipeByKey[int(PipeKind::Lateral)].value(key, -1));
+}
+
+int FindingsAssembler::latestInspection(int pipe) const
+{
+    int latest = -1;
+    for (int i = 0; i < m_inspections.size(); ++i) {
+        if (m_inspections[i].pipe == pipe && (latest < 0 || m_inspections[i].when >= m_inspections[latest].when))
+            latest = i;
+    }
+    return latest;
+}
+
+/** Why a record does not fit the network; nothing when it does. */
+std::optional<QString> FindingsAssembler::refusal(const FindingRecord& record, int pipe, int inspection) const
+{
+    if (pipe < 0)
+        return QStringLiteral("unknown pipe");
+    if (inspection < 0)
+        return QStringLiteral("the pipe has no inspection");
+    const double length = knownLength(inspection);
+    if (length > 0.0 && record.finding.distance > length + RoundingToleranceM)
+        return QStringLiteral("beyond the end of the pipe");
+    if (record.finding.lateralKey.isEmpty())
+        return std::nullopt;
+    const int lateral = m_pipeByKey[int(PipeKind::Lateral)].value(record.finding.lateralKey, -1);
+    if (lateral < 0)
+        return QStringLiteral("unknown lateral");
+    if (lateral == pipe)
+        return QStringLiteral("a lateral cannot join itself");
+    if (!isConnection(record.finding))
+        return QStringLiteral("the code is none of a connection, but a lateral is named");
+    if (m_claimed.contains(m_pipes[lateral].id))
+        return QStringLiteral("the lateral has its connection already");
+    return std::nullopt;
+}
+
+void FindingsAssembler::take(const FindingRecord& record)
+{
+    const FindingData& finding = record.finding;
+    const int pipe = pipeByKey(record.pipeKey);
+    const int inspection = pipe < 0 ? -1 : latestInspection(pipe);
+    const std::optional<QString> reason = refusal(record, pipe, inspection);
+    if (reason) {
+        QString detail = *reason;
+        if (pipe < 0)
+            detail += QStringLiteral(": \"%1\"").arg(record.pipeKey);
+        else if (*reason == QLatin1String("beyond the end of the pipe"))
+            detail += QStringLiteral(": %1 m of %2 m").arg(finding.distance).arg(knownLength(inspection));
+        else if (!finding.lateralKey.isEmpty())
+            detail += QStringLiteral(": \"%1\"").arg(finding.lateralKey);
+        m_report.leaveOut(Kinds::Observations, record.pipeKey, finding.source, detail, *reason);
+        return;
+    }
+    if ((kindOf(finding) & Codes::bend) && !(finding.bendClock && finding.angle))
+        m_report.warn(Kinds::Observations, record.pipeKey, finding.source,
+                      QStringLiteral("a bend needs clock and angle; it turns nothing"));
+    ObservationRow row {{}, m_inspections[inspection].id, {}, finding};
+    if (!finding.lateralKey.isEmpty()) {
+        row.lateralId = m_pipes[m_pipeByKey[int(PipeKind::Lateral)].value(finding.lateralKey)].id;
+        m_claimed.insert(row.lateralId);
+    }
+    m_rows[inspection].append(row);
     m_report.taken(Kinds::Observations);
 }
 
@@ -119,7 +201,7 @@ void FindingsAssembler::connect(int inspection)
     QVector<LateralJoins::Connection> connections;
     for (int i = 0; i < m_rows[inspection].size(); ++i) {
         const ObservationRow& row = m_rows[inspection][i];
-        if (!isConnection(row.finding) || !row.lateralId.isEmpty())
+        if (!row.id.isEmpty() || !isConnection(row.finding) || !row.lateralId.isEmpty())
             continue;
         rows.append(i);
         connections.append({row.finding.distance, row.finding.clock1});
@@ -137,7 +219,7 @@ void FindingsAssembler::connect(int inspection)
         const Joint& joint = joints[joinOf[i]];
         ObservationRow& row = m_rows[inspection][rows[i]];
         row.lateralId = m_pipes[joint.lateral].id;
-        claim(row.lateralId);
+        m_claimed.insert(row.lateralId);
         if (joint.branch && !row.finding.clock1)
             row.finding.clock1 = joint.branch->clock;
         if (joint.branch && !row.finding.angle)
@@ -154,16 +236,27 @@ void FindingsAssembler::connectLaterals()
 QVector<ObservationRow> FindingsAssembler::rows() const
 {
     QVector<ObservationRow> all;
-    for (const QVector<ObservationRow>& rows : m_rows)
-        all += rows;
+    for (const QVector<ObservationRow>& rows : m_rows) {
+        for (const ObservationRow& row : rows) {
+            if (row.id.isEmpty())
+                all.append(row);
+        }
+    }
     return all;
 }
 
-QVector<Course::Bend> FindingsAssembler::bends(int inspection) const
+bool FindingsAssembler::hasNewBends(int inspection) const
+{
+    return bends(inspection).size() > bends(inspection, Which::Existing).size();
+}
+
+QVector<Course::Bend> FindingsAssembler::bends(int inspection, Which which) const
 {
     QVector<Course::Bend> found;
     for (const ObservationRow& row : m_rows[inspection]) {
         const FindingData& finding = row.finding;
+        if (which == Which::Existing && row.id.isEmpty())
+            continue;
         if ((kindOf(finding) & Codes::bend) && finding.bendClock && finding.angle)
             found.append({finding.distance, double(*finding.bendClock), *finding.angle});
     }

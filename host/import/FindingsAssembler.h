@@ -2,8 +2,10 @@
 
 #include "host/import/AssembledProject.h"
 #include "host/import/CourseFrame.h"
+#include "host/import/FindingsFile.h"
 #include "host/import/ImportReport.h"
 
+#include <QHash>
 #include <QSet>
 
 namespace Torvik::Import {
@@ -40,6 +42,7 @@ public:
         int pipe = -1;
         Direction direction = Direction::Downstream;
         std::optional<double> inspectedLength;
+        QString when; ///< date and time, as text that sorts; may be empty
     };
 
     FindingsAssembler(const QVector<Pipe>& pipes, ImportReport& report);
@@ -47,17 +50,23 @@ public:
     const Pipe& pipe(int index) const { return m_pipes[index]; }
     /** Index of the inspection, in the order of the calls. */
     int addInspection(const Inspection& inspection);
-    /** A lateral that has its connection already. */
-    void claim(const QString& lateralId) { m_claimed.insert(lateralId); }
+    /** An observation that the project has already: its bend counts, and the lateral is its. */
+    void addExisting(int inspection, const ObservationRow& row);
     /** Takes a finding; one beyond the end of its pipe is taken with a warning. */
     void take(int inspection, const FindingData& finding);
-    /** Gives connections their laterals; to be called once, when all findings are taken. */
+    /** Takes a finding that names its pipe (a section, or else a lateral) and perhaps its lateral; it belongs to the
+     *  latest inspection of that pipe. One that does not fit the network is left out. */
+    void take(const FindingRecord& record);
+    /** Gives connections without a lateral the one that they mean. */
     void connectLaterals();
 
-    /** The observations of one inspection after the other, without ids of their own. */
+    /** The new observations of one inspection after the other, without ids of their own. */
     QVector<ObservationRow> rows() const;
+    /** Whether an inspection has new bends. */
+    bool hasNewBends(int inspection) const;
+    enum class Which { All, Existing };
     /** Bends of an inspection that say whereto and how much. */
-    QVector<Course::Bend> bends(int inspection) const;
+    QVector<Course::Bend> bends(int inspection, Which which = Which::All) const;
     /** The longest that anything says about a pipe; 0 when nothing does. */
     double knownLength(int inspection) const;
 
@@ -72,12 +81,16 @@ private:
     std::optional<Joint> jointOf(const Pipe& lateral, const Pipe& pipe, const QVector<Point>& walked,
                                  Direction direction) const;
     void connect(int inspection);
+    int latestInspection(int pipe) const;
+    std::optional<QString> refusal(const FindingRecord& record, int pipe, int inspection) const;
+    int pipeByKey(const QString& key) const;
 
     QVector<Pipe> m_pipes;
     ImportReport& m_report;
     QVector<Inspection> m_inspections;
     QVector<QVector<ObservationRow>> m_rows; ///< of m_inspections
-    QSet<QString> m_claimed;
+    QHash<QString, int> m_pipeByKey[2];      ///< of each kind
+    QSet<QString> m_claimed;                 ///< laterals that have their connection
 };
 
 } // namespace Torvik::Import

@@ -1,5 +1,6 @@
 #include "host/import/Import.h"
 
+#include "host/domain/ObservationCodes.h"
 #include "host/import/CoordinateSystem.h"
 #include "host/import/IsybauReader.h"
 #include "host/import/NetworkAssembler.h"
@@ -10,8 +11,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QJsonDocument>
-#include <QTextStream>
 
 namespace Torvik::Import {
 
@@ -54,12 +53,12 @@ public:
             return fail(
                 {m_options.source, 0, {}},
                 QStringLiteral("neither ISYBAU XML (.xml) nor SWMM (.inp); any other source needs --mapping FILE"));
-        return ok && !m_report.failed();
+        return ok && !m_report.failed() && readFindings();
     }
 
     AssembledProject assemble()
     {
-        AssembledProject project = NetworkAssembler(m_model, m_report, m_tolerance).assemble();
+        AssembledProject project = assembleNetwork();
         project.crsWkt = m_crs.wkt();
         m_report.format = m_model.format;
         m_report.crs = m_crs.label();
@@ -80,6 +79,25 @@ private:
         if (file.open(QIODevice::ReadOnly))
             return true;
         return fail({file.fileName(), 0, {}}, file.errorString());
+    }
+
+    AssembledProject assembleNetwork()
+    {
+        NetworkAssembler assembler(m_model, m_report, m_tolerance);
+        assembler.setFindings(m_records);
+        return assembler.assemble();
+    }
+
+    bool readFindings()
+    {
+        m_report.files += m_options.findings;
+        for (const QString& path : m_options.findings) {
+            QFile file(path);
+            if (!open(file))
+                return false;
+            m_records += FindingsFile::read(file.readAll(), path, m_report);
+        }
+        return !m_report.failed();
     }
 
     bool refuseFurtherFiles()
@@ -164,6 +182,7 @@ private:
     const ImportOptions& m_options;
     ImportReport& m_report;
     NetworkModel m_model;
+    QVector<FindingRecord> m_records;
     std::optional<CoordinateSystem> m_wanted;
     CoordinateSystem m_crs;
     double m_tolerance = NetworkAssembler::DefaultToleranceM;
@@ -187,6 +206,8 @@ bool importProject(const ImportOptions& options, ImportReport& report)
                     QStringLiteral("exists already and is not empty; nothing is overwritten"));
         return false;
     }
+    for (const QString& problem : Database::ObservationCodes::useFiles({Database::ObservationCodes::settingsFile()}))
+        report.warn(Kinds::Observations, {}, {}, problem);
     Run run(options, report);
     if (!run.read())
         return false;
@@ -204,24 +225,7 @@ int runImport(const ImportOptions& options, QTextStream& out, QTextStream& err)
 {
     ImportReport report;
     const bool ok = importProject(options, report);
-    if (!options.report.isEmpty()) {
-        QFile file(options.report);
-        const QByteArray json = QJsonDocument(report.toJson()).toJson();
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(json) != json.size())
-            err << "error: " << options.report << ": the report was not written: " << file.errorString() << '\n';
-    }
-    for (const ImportReport::Problem& problem : report.problems()) {
-        if (problem.severity != ImportReport::Severity::Error)
-            err << ImportReport::lineOf(problem) << '\n';
-    }
-    if (ok) {
-        out << report.summary() << '\n' << "project: " << options.project << '\n';
-    } else {
-        err << "error: " << report.errorText() << '\n';
-    }
-    out.flush();
-    err.flush();
-    return ok ? 0 : 1;
+    return report.tell(ok, options.report, out, err);
 }
 
 } // namespace Torvik::Import

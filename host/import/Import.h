@@ -11,11 +11,12 @@ namespace Torvik::Import {
 /** What `kxviewer import` was asked to do. */
 struct ImportOptions {
     QString source;
-    QString project;  ///< folder that is to be made
-    QString crs;      ///< "EPSG:N"; empty when the source says its own
-    QString mapping;  ///< mapping file, needed for sources of GDAL/OGR
-    QStringList with; ///< further ISYBAU files: inspections, parts of the network
-    QString report;   ///< file for the account as JSON; empty for none
+    QString project;      ///< folder that is to be made
+    QString crs;          ///< "EPSG:N"; empty when the source says its own
+    QString mapping;      ///< mapping file, needed for sources of GDAL/OGR
+    QStringList with;     ///< further ISYBAU files: inspections, parts of the network
+    QStringList findings; ///< CSV files of findings
+    QString report;       ///< file for the account as JSON; empty for none
 };
 
 /** Imports a source into a new project and tells about it. Nothing is left of a project when it fails, and an existing

@@ -1,7 +1,10 @@
 #include "host/import/ImportReport.h"
 
+#include <QFile>
 #include <QJsonArray>
+#include <QJsonDocument>
 #include <QStringList>
+#include <QTextStream>
 
 #include <algorithm>
 
@@ -144,6 +147,27 @@ QString ImportReport::lineOf(const Problem& problem)
         text = QStringLiteral("warning: ") + text;
     parts << text;
     return parts.join(QStringLiteral(": "));
+}
+
+int ImportReport::tell(bool ok, const QString& jsonFile, QTextStream& out, QTextStream& err) const
+{
+    if (!jsonFile.isEmpty()) {
+        QFile file(jsonFile);
+        const QByteArray json = QJsonDocument(toJson()).toJson();
+        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(json) != json.size())
+            err << "error: " << jsonFile << ": the report was not written: " << file.errorString() << '\n';
+    }
+    for (const Problem& problem : m_problems) {
+        if (problem.severity != Severity::Error)
+            err << lineOf(problem) << '\n';
+    }
+    if (ok)
+        out << summary() << '\n' << "project: " << project << '\n';
+    else
+        err << "error: " << errorText() << '\n';
+    out.flush();
+    err.flush();
+    return ok ? 0 : 1;
 }
 
 } // namespace Torvik::Import

@@ -5,6 +5,8 @@
 #include <QJsonObject>
 #include <QMap>
 
+class QTextStream;
+
 namespace Torvik::Import {
 
 /** The account of an import: how much of each kind was read, taken and left out, and every problem with its place.
@@ -55,6 +57,9 @@ public:
     const QVector<Problem>& problems() const { return m_problems; }
 
     QJsonObject toJson() const;
+    /** Tells a user at a terminal: the summary if it went well, the problems, one line "error: ..." if not; and writes
+     * the JSON into a file, if one is named. Gives the program's exit status. */
+    int tell(bool ok, const QString& jsonFile, QTextStream& out, QTextStream& err) const;
     /** The summary for a terminal: a line a kind, a line a reason. */
     QString summary() const;
     /** "FILE:LINE: sections KEY: reason". */

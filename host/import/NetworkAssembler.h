@@ -2,6 +2,7 @@
 
 #include "host/import/AssembledProject.h"
 #include "host/import/CourseFrame.h"
+#include "host/import/FindingsFile.h"
 #include "host/import/ImportReport.h"
 #include "host/import/NodeIndex.h"
 
@@ -29,6 +30,8 @@ public:
 
     NetworkAssembler(const NetworkModel& model, ImportReport& report, double toleranceM = DefaultToleranceM);
 
+    /** Findings besides those of the model; they must be set before assemble(). */
+    void setFindings(const QVector<FindingRecord>& records) { m_records = records; }
     AssembledProject assemble();
 
 private:
@@ -76,11 +79,12 @@ private:
     double m_tolerance;
     AssembledProject m_project;
     NodeIndex m_index;
-    QVector<NodeData> m_nodes;      ///< those that are taken
-    QVector<QString> m_nodeIds;     ///< of m_nodes
-    QVector<PipeData> m_pipes;      ///< those that are taken, with courses and heights settled
-    QVector<Ends> m_ends;           ///< of m_pipes
-    QVector<bool> m_isSurveyed;     ///< of m_pipes: the course came from the source
+    QVector<NodeData> m_nodes;  ///< those that are taken
+    QVector<QString> m_nodeIds; ///< of m_nodes
+    QVector<PipeData> m_pipes;  ///< those that are taken, with courses and heights settled
+    QVector<Ends> m_ends;       ///< of m_pipes
+    QVector<bool> m_isSurveyed; ///< of m_pipes: the course came from the source
+    QVector<FindingRecord> m_records;
     QVector<Inspected> m_inspected; ///< of the project's inspections
     QHash<QString, int> m_pipeByKey[2];
     QVector<int> m_inspectionCount;

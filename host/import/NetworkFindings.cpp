@@ -16,13 +16,19 @@ void NetworkAssembler::takeFindings()
     FindingsAssembler findings(pipes, m_report);
     for (int i = 0; i < m_project.inspections.size(); ++i) {
         const InspectionRow& row = m_project.inspections[i];
-        findings.addInspection({row.id, m_inspected[i].pipe, row.direction, row.inspectedLength});
+        findings.addInspection(
+            {row.id, m_inspected[i].pipe, row.direction, row.inspectedLength, row.date + QLatin1Char(' ') + row.time});
         if (!m_inspected[i].data)
             continue;
         for (const FindingData& finding : m_inspected[i].data->findings)
             findings.take(i, finding);
     }
     findings.connectLaterals();
+    if (!m_records.isEmpty()) {
+        for (const FindingRecord& record : m_records)
+            findings.take(record);
+        findings.connectLaterals();
+    }
     m_project.observations = findings.rows();
     for (ObservationRow& row : m_project.observations)
         row.id = freshId(QStringLiteral("observation"), row.inspectionId);

@@ -96,9 +96,8 @@ QVariantMap valuesOf(const InspectionRow& row)
 QVariantMap valuesOf(const ObservationRow& row)
 {
     const FindingData& finding = row.finding;
-    QVariantMap values {{QStringLiteral("OBS_PK"), row.id},
-                        {QStringLiteral("OBS_Code"), finding.code},
-                        {QStringLiteral("OBS_Distance"), finding.distance}};
+    QVariantMap values {{QStringLiteral("OBS_Code"), finding.code}, {QStringLiteral("OBS_Distance"), finding.distance}};
+    put(values, QStringLiteral("OBS_PK"), row.id);
     put(values, QStringLiteral("OBS_Ch1"), finding.ch1);
     put(values, QStringLiteral("OBS_Ch2"), finding.ch2);
     put(values, QStringLiteral("OBS_Q1_Value"), finding.q1);
@@ -138,7 +137,7 @@ StoreStatus fill(BulkWriter& writer, const AssembledProject& project)
             return status;
     }
     for (const ObservationRow& row : project.observations) {
-        const StoreStatus status = writer.insert(PipeObservationObjectType, row.inspectionId, valuesOf(row));
+        const StoreStatus status = ProjectWriter::insert(writer, row);
         if (!status)
             return status;
     }
@@ -146,6 +145,11 @@ StoreStatus fill(BulkWriter& writer, const AssembledProject& project)
 }
 
 } // namespace
+
+StoreStatus ProjectWriter::insert(BulkWriter& writer, const ObservationRow& row)
+{
+    return writer.insert(PipeObservationObjectType, row.inspectionId, valuesOf(row));
+}
 
 QString ProjectWriter::write(const AssembledProject& project, const QString& folder, const QString& name)
 {

@@ -35,6 +35,7 @@ private slots:
     void aPictureOfTheSampleNeedsNoProject();
     void theValueMayStandBehindAnEqualsSign();
     void importTakesSeveralFiles();
+    void findingsGoIntoAProject();
     void infoTakesJson();
     void dumpTakesAFile();
     void helpWinsOverEverythingElse();
@@ -97,6 +98,20 @@ void tst_CommandLine::theValueMayStandBehindAnEqualsSign()
 
     QCOMPARE(options.outputFile, QStringLiteral("a=b.png"));
     QCOMPARE(options.goToKey, QStringLiteral("--odd"));
+}
+
+void tst_CommandLine::findingsGoIntoAProject()
+{
+    const Options added = understood("findings town one.csv two.csv --report r.json");
+    const Options imported = understood("import net.xml town --findings one.csv --findings two.csv");
+
+    QCOMPARE(added.command, Command::Findings);
+    QCOMPARE(added.project, QStringLiteral("town"));
+    QCOMPARE(added.findingsFiles, (QStringList {"one.csv", "two.csv"}));
+    QCOMPARE(added.reportFile, QStringLiteral("r.json"));
+    QCOMPARE(imported.command, Command::Import);
+    QCOMPARE(imported.findingsFiles, added.findingsFiles);
+    QCOMPARE(understood("./findings").command, Command::Window);
 }
 
 void tst_CommandLine::importTakesSeveralFiles()
@@ -163,6 +178,10 @@ void tst_CommandLine::wrongArgumentsGiveOneLine_data()
     row("--nonsense", "--nonsense");
     row("-x", "-x");
     row("one two", "two");
+    row("findings", "PROJECT");
+    row("findings town", "FILE");
+    row("findings town f.csv --crs EPSG:25832", "--crs");
+    row("town --findings f.csv", "--findings");
     row("import", "SOURCE");
     row("import net.xml", "PROJECT");
     row("import net.xml a b", "PROJECT");
@@ -211,9 +230,9 @@ void tst_CommandLine::wrongArgumentsGiveOneLine()
 void tst_CommandLine::helpTellsEveryOption_data()
 {
     QTest::addColumn<QString>("option");
-    for (const char* option :
-         {"import", "info", "--crs", "--mapping", "--with", "--report", "--screenshot", "--size", "--view",
-          "top|3d|front", "--distance", "--fit", "--go-to", "--json", "--dump", "--whole-window", "--help"})
+    for (const char* option : {"import", "findings", "info", "--findings", "--crs", "--mapping", "--with", "--report",
+                               "--screenshot", "--size", "--view", "top|3d|front", "--distance", "--fit", "--go-to",
+                               "--json", "--dump", "--whole-window", "--help"})
         QTest::newRow(option) << QString::fromLatin1(option);
 }
 

@@ -55,6 +55,39 @@ private slots:
         ProjectStore::instance().close(opened.project);
     }
 
+    void objectsThatAreThereChange()
+    {
+        QTemporaryDir dir;
+        QVERIFY(ProjectStore::create(dir.filePath("p"), {}, [](BulkWriter& writer) {
+            return writer.insert(NodeObjectType, {}, {{"OBJ_PK", "n"}, {"OBJ_Key", "old"}, {"OBJ_Street", "Weg"}});
+        }));
+        BulkWriter writer;
+        QVERIFY(writer.begin(dir.filePath("p")));
+
+        QVERIFY(writer.update(NodeObjectType, "n", {{"OBJ_Key", "new"}}));
+        QVERIFY(writer.commit());
+
+        const OpenedProject opened = ProjectStore::instance().open(dir.filePath("p"));
+        QCOMPARE(opened.project->node(0)->readValue("OBJ_Key").toString(), QString("new"));
+        QCOMPARE(opened.project->node(0)->readValue("OBJ_Street").toString(), QString("Weg"));
+        ProjectStore::instance().close(opened.project);
+    }
+
+    void aChangeOfNothingIsRefusedAndWithItTheWhole()
+    {
+        QTemporaryDir dir;
+        QVERIFY(ProjectStore::create(dir.filePath("p")));
+        BulkWriter writer;
+        QVERIFY(!writer.update(NodeObjectType, "n", {{"OBJ_Key", "new"}}));
+        QVERIFY(writer.begin(dir.filePath("p")));
+        QVERIFY(writer.insert(NodeObjectType, {}, {{"OBJ_PK", "a"}}));
+
+        const StoreStatus missing = writer.update(NodeObjectType, "n", {{"OBJ_Key", "new"}});
+
+        QVERIFY2(missing.error.contains("there is no n in table NODE"), qPrintable(missing.error));
+        QVERIFY(!writer.commit());
+    }
+
     void anOrphanIsRefusedAndWithItTheWhole()
     {
         QTemporaryDir dir;
