@@ -62,17 +62,21 @@ void GlobalNav::goToCurrentSection()
     }
 }
 
+// Of an inspection against the flow hasUpstreamNode() tells of the other node, so the one to go to may have been
+// deleted.
 void GlobalNav::goToUpstreamNode()
 {
-    if (hasUpstreamNode()) {
-        cameraGoTo(activeSection()->upstreamNode()->position(), distanceAtWhichOSMapIsAlwaysLoaded);
+    const Node* node = hasUpstreamNode() ? activeSection()->upstreamNode() : nullptr;
+    if (node) {
+        cameraGoTo(node->position(), distanceAtWhichOSMapIsAlwaysLoaded);
     }
 }
 
 void GlobalNav::goToDownstreamNode()
 {
-    if (hasDownstreamNode()) {
-        cameraGoTo(activeSection()->downstreamNode()->position(), distanceAtWhichOSMapIsAlwaysLoaded);
+    const Node* node = hasDownstreamNode() ? activeSection()->downstreamNode() : nullptr;
+    if (node) {
+        cameraGoTo(node->position(), distanceAtWhichOSMapIsAlwaysLoaded);
     }
 }
 

@@ -5,6 +5,9 @@
 #include "network/NodeInformationToggle.h"
 #include "scene/SceneRoot.h"
 
+#include <QQmlContext>
+#include <QQmlEngine>
+#include <QQmlExpression>
 #include <QSignalSpy>
 #include <QTest>
 #include <Qt3DRender/QCamera>
@@ -16,7 +19,11 @@ class tst_GlobalNav : public QObject {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QCoreApplication::setOrganizationName(QStringLiteral("KxView3dTests")); }
+    void initTestCase()
+    {
+        QCoreApplication::setOrganizationName(QStringLiteral("KxView3dTests"));
+        qRegisterMetaType<CameraController::ViewTypes>();
+    }
 
     void startsInTopViewWithTheVerticalLocked()
     {
@@ -39,22 +46,38 @@ private slots:
         QCOMPARE(nav->minStartOSMTileDist(), 350.0F);
     }
 
+    void anAxisTellsItsOwnChangeAndThenTheLock_data()
+    {
+        QTest::addColumn<QByteArray>("axis");
+        QTest::addColumn<QVector3D>("other");
+        QTest::addColumn<QVector3D>("before");
+        QTest::newRow("x") << QByteArray("axisX") << QVector3D(0, 0, 1) << QVector3D(1, 0, 1);
+        QTest::newRow("y") << QByteArray("axisY") << QVector3D(1, 1, 1) << QVector3D(1, 0, 1);
+        QTest::newRow("z") << QByteArray("axisZ") << QVector3D(1, 0, 0) << QVector3D(1, 0, 1);
+    }
+
     void anAxisTellsItsOwnChangeAndThenTheLock()
     {
+        QFETCH(QByteArray, axis);
+        QFETCH(QVector3D, other);
+        QFETCH(QVector3D, before);
         GlobalNav* nav = GlobalNav::instance();
-        QStringList order;
-        const auto own =
-            connect(nav, &GlobalNav::axisYChanged, this, [&](bool free) { order << (free ? "y free" : "y locked"); });
-        const auto lock = connect(nav, &GlobalNav::axisLockChanged, this,
-                                  [&](QVector3D v) { order << QString::number(static_cast<double>(v.y())); });
+        QVariantList told;
+        QObject listener;
+        const auto own = [&](bool free) { told << free; };
+        connect(nav, &GlobalNav::axisXChanged, &listener, own);
+        connect(nav, &GlobalNav::axisYChanged, &listener, own);
+        connect(nav, &GlobalNav::axisZChanged, &listener, own);
+        connect(nav, &GlobalNav::axisLockChanged, &listener, [&](QVector3D lock) { told << lock; });
+        const bool free = nav->property(axis.constData()).toBool();
 
-        nav->setAxisY(true);
-        nav->setAxisY(true);
-        nav->setAxisY(false);
+        nav->setProperty(axis.constData(), !free);
+        nav->setProperty(axis.constData(), !free);
+        QCOMPARE(nav->property(axis.constData()).toBool(), !free);
+        QCOMPARE(nav->axisLock(), other);
+        nav->setProperty(axis.constData(), free);
 
-        QCOMPARE(order, QStringList({"y free", "1", "y locked", "0"}));
-        disconnect(own);
-        disconnect(lock);
+        QCOMPARE(told, QVariantList({!free, other, free, before}));
     }
 
     void settingAnAxisToItsValueEmitsNothing()
@@ -97,8 +120,16 @@ private slots:
         QVERIFY(prop.write(nav, changed));
         QVERIFY(prop.write(nav, changed));
 
+        // An enumeration is written as a number and read as itself.
+        const auto plain = [&](const QVariant& value) { return prop.isEnumType() ? QVariant(value.toInt()) : value; };
         QCOMPARE(changes.count(), 1);
-        QCOMPARE(prop.read(nav).toString(), prop.isEnumType() ? prop.read(nav).toString() : changed.toString());
+        QCOMPARE(plain(prop.read(nav)), changed);
+        if (property == "objectsMovingDisabled") {
+            QVERIFY(changes[0].isEmpty());
+        } else {
+            QCOMPARE(changes[0].size(), 1);
+            QCOMPARE(plain(changes[0][0]), changed);
+        }
         QVERIFY(prop.write(nav, before));
         QCOMPARE(changes.count(), 2);
     }
@@ -111,9 +142,41 @@ private slots:
 
         nav->setPipeProximityPos({1e-13, 100.0 + 1e-11});
         QCOMPARE(changes.count(), 0);
-        nav->setPipeProximityPos({1e-3, 100.0});
+        nav->setPipeProximityPos({1e-11, 100.0});
         QCOMPARE(changes.count(), 1);
         nav->setPipeProximityPos({});
+    }
+
+    void qmlReachesTheNavigation_data()
+    {
+        QTest::addColumn<QByteArray>("signature");
+        for (const char* signature :
+             {"goToCurrentSection()", "goToUpstreamNode()", "goToDownstreamNode()", "cameraGoTo(QVector3D,float)",
+              "cameraGoTo(QVector3D)", "setLabelLineHeight(float)", "entityMoved()",
+              "shortTap(Qt3DInput::QMouseEvent*)", "axisLockChanged(QVector3D)", "lateralNotInProximity()",
+              "lateralInProximity(Torvik::QmlWrapper::CQmlDomainObject,Qt3DCore::QTransform*)"}) {
+            QTest::newRow(signature) << QByteArray(signature);
+        }
+    }
+
+    void qmlReachesTheNavigation()
+    {
+        QFETCH(QByteArray, signature);
+
+        QVERIFY(GlobalNav::staticMetaObject.indexOfMethod(signature.constData()) >= 0);
+    }
+
+    void qmlReadsTheViewTypeAsANumber()
+    {
+        GlobalNav* nav = GlobalNav::instance();
+        nav->setViewType(CameraController::View2dTop);
+        QQmlEngine engine;
+        engine.rootContext()->setContextProperty("GlobalNav", nav);
+        QQmlExpression number(engine.rootContext(), nullptr, "GlobalNav.viewType + GlobalNav.minStartOSMTileDist");
+
+        QCOMPARE(number.evaluate().toDouble(), 351.0);
+        const QMetaObject* meta = nav->metaObject();
+        QVERIFY(meta->property(meta->indexOfProperty("minStartOSMTileDist")).isConstant());
     }
 
     void transformControlWithoutAControllerDoesNothing()
@@ -184,19 +247,21 @@ private slots:
         SceneRoot root;
         Qt3DRender::QCamera near;
         Qt3DRender::QCamera far;
-        for (Qt3DRender::QCamera* camera : {&near, &far}) {
-            camera->lens()->setPerspectiveProjection(3.0F, 1.5F, 1.0F, 10000.0F);
-            camera->setPosition({0, 200, -200});
-            camera->setViewCenter({});
+        Qt3DRender::QCamera sphere;
+        for (Qt3DRender::QCamera* camera : {&near, &far, &sphere}) {
+            lookFrom(camera, {0, 200, -200});
         }
 
         root.setCamera(&near);
         GlobalNav::instance()->cameraGoTo({50, -3, 80}, 10.0F);
         root.setCamera(&far);
-        GlobalNav::instance()->cameraGoTo({50, -3, 80}, 1000.0F);
+        QVERIFY(QMetaObject::invokeMethod(GlobalNav::instance(), "cameraGoTo", Q_ARG(QVector3D, QVector3D(50, -3, 80)),
+                                          Q_ARG(float, 1000.0F)));
+        sphere.viewSphere({50, -3, 80}, 15.0F);
 
         QCOMPARE(near.position(), far.position());
         QCOMPARE(near.viewCenter(), far.viewCenter());
+        QCOMPARE(near.position(), sphere.position());
         // The direction of 45 degrees meets the ground 3 m before the point.
         QVERIFY((near.viewCenter() - QVector3D(50, 0, 77)).length() < 0.01F);
         root.setCamera(nullptr);
@@ -206,15 +271,39 @@ private slots:
     {
         SceneRoot root;
         Qt3DRender::QCamera camera;
-        camera.lens()->setPerspectiveProjection(3.0F, 1.5F, 1.0F, 10000.0F);
-        camera.setPosition({0, 0, -200});
-        camera.setViewCenter({});
+        lookFrom(&camera, {0, 0, -200});
         root.setCamera(&camera);
 
         GlobalNav::instance()->cameraGoTo({50, -3, 80});
 
         QVERIFY((camera.viewCenter() - QVector3D(50, -3, 80)).length() < 0.01F);
         root.setCamera(nullptr);
+    }
+
+    void aLookUpFromBelowIsCentredOnTheGroundAboveIt()
+    {
+        SceneRoot root;
+        Qt3DRender::QCamera camera;
+        Qt3DRender::QCamera sphere;
+        for (Qt3DRender::QCamera* each : {&camera, &sphere}) {
+            lookFrom(each, {0, -200, -200});
+        }
+        root.setCamera(&camera);
+
+        GlobalNav::instance()->cameraGoTo({50, -3, 80});
+        sphere.viewSphere({50, -3, 80}, 15.0F);
+
+        QCOMPARE(camera.position(), sphere.position());
+        QVERIFY((camera.viewCenter() - QVector3D(50, 0, 83)).length() < 0.01F);
+        root.setCamera(nullptr);
+    }
+
+private:
+    static void lookFrom(Qt3DRender::QCamera* camera, const QVector3D& position)
+    {
+        camera->lens()->setPerspectiveProjection(3.0F, 1.5F, 1.0F, 10000.0F);
+        camera->setPosition(position);
+        camera->setViewCenter({});
     }
 };
 
