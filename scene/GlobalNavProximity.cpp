@@ -15,7 +15,8 @@ void GlobalNav::unsetProximityConn()
     if (m_proximityTransform)
         disconnect(m_proximityTransform, &Qt3DCore::QTransform::translationChanged, this,
                    &GlobalNav::calculateProximityScreenPos);
-    if (m_proximityTransform && m_proximityCamera)
+    // Also when the transform has died: its own connection is gone then, the camera's isn't.
+    if (m_proximityCamera)
         disconnect(m_proximityCamera, &Qt3DRender::QCamera::positionChanged, this,
                    &GlobalNav::calculateProximityScreenPos);
 }

@@ -1,5 +1,6 @@
 #include "interaction/ManualScene.h"
 #include "interaction/Utils3d.h"
+#include "scene/GlobalNav.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -373,6 +374,30 @@ private slots:
         scene.frame();
         scene.move(300, 210);
         scene.frame();
+        scene.frame();
+        QVERIFY(near(scene.camera->position(), before * 0.8F, 0.01F));
+    }
+
+    void aGestureThatAnObjectTakesDoesNotComeBack()
+    {
+        ManualScene scene;
+        scene.controller->setMode(CameraController::Zoom);
+        scene.controller->componentComplete();
+        scene.press(300, 200);
+        scene.frame();
+        const QVector3D before = scene.camera->position();
+
+        GlobalNav::instance()->setActiveObjectTransformControl(true);
+        scene.frame();
+        GlobalNav::instance()->setActiveObjectTransformControl(false);
+        scene.frame();
+        scene.move(300, 210);
+        scene.frame();
+        QCOMPARE(scene.camera->position(), before);
+
+        scene.press(300, 200);
+        scene.frame();
+        scene.move(300, 210);
         scene.frame();
         QVERIFY(near(scene.camera->position(), before * 0.8F, 0.01F));
     }

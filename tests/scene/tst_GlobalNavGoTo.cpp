@@ -1,11 +1,13 @@
 #include "common/TestProject.h"
 #include "geo/GdalGeoProjector.h"
+#include "interaction/Utils3d.h"
 #include "network/Node.h"
 #include "network/Section.h"
 #include "scene/GlobalNav.h"
 #include "scene/SceneEntities.h"
 #include "scene/SceneRoot.h"
 
+#include <Qt3DCore/QTransform>
 #include <Qt3DRender/QCamera>
 #include <Qt3DRender/QCameraLens>
 #include <QtTest>
@@ -30,9 +32,19 @@ bool overPoint(const QVector3D& centre, const QVector3D& point)
     return std::hypot(centre.x() - point.x(), centre.z() - point.z()) < 0.01F && std::abs(centre.y()) < 0.01F;
 }
 
+/** Tell how many listen to them. */
+class CountedCamera : public Qt3DRender::QCamera {
+public:
+    int listeners() const { return receivers(SIGNAL(positionChanged(QVector3D))); }
+};
+class CountedTransform : public Qt3DCore::QTransform {
+public:
+    int listeners() const { return receivers(SIGNAL(translationChanged(QVector3D))); }
+};
+
 } // namespace
 
-/** Where the navigation takes the view in a project with an active inspection. */
+/** Where the navigation takes the view in a project with an active inspection, and where it sees the crawler. */
 class tst_GlobalNavGoTo : public QObject {
     Q_OBJECT
 
@@ -145,7 +157,87 @@ private slots:
         QCOMPARE(m_camera.position(), m_afar);
     }
 
+    void anAnnouncedLateralShowsTheCrawlersPlaceOnTheScreen()
+    {
+        GlobalNav* nav = GlobalNav::instance();
+        activeSection(m_project->addNode("A", placeA), m_project->addNode("B", placeB), kDownstream);
+        m_root->setSceneWidth(800.0);
+        m_root->setSceneHeight(600.0);
+        m_root->onDistanceValueChanged(6.0);
+        nav->goToUpstreamNode();
+        CountedTransform lateral;
+        lateral.setTranslation({500, 0, 500});
+
+        nav->onLateralInProximity("any", &lateral);
+        const QPointF first = crawlerPixel();
+        QVERIFY(near(nav->pipeProximityPos(), first));
+
+        m_camera.setPosition(m_camera.position() + QVector3D(200, 0, 0));
+        const QPointF afterCamera = crawlerPixel();
+        QVERIFY(!near(afterCamera, first));
+        QVERIFY(near(nav->pipeProximityPos(), afterCamera));
+
+        // A crawler that moves isn't heard before the transform changes.
+        m_root->onDistanceValueChanged(4.0);
+        QVERIFY(!near(crawlerPixel(), afterCamera));
+        QVERIFY(near(nav->pipeProximityPos(), afterCamera));
+        lateral.setTranslation({501, 0, 500});
+        QVERIFY(near(nav->pipeProximityPos(), crawlerPixel()));
+        nav->onLateralNotInProximity();
+    }
+
+    void announcementsDontPileUp()
+    {
+        GlobalNav* nav = GlobalNav::instance();
+        const int silent = m_camera.listeners();
+        CountedTransform first;
+        CountedTransform second;
+        const int unheard = first.listeners();
+
+        nav->onLateralInProximity("any", &first);
+        nav->onLateralInProximity("any", &first);
+        QCOMPARE(m_camera.listeners(), silent + 1);
+        QCOMPARE(first.listeners(), unheard + 1);
+        nav->onLateralInProximity("any", &second);
+        QCOMPARE(m_camera.listeners(), silent + 1);
+        QCOMPARE(first.listeners(), unheard);
+        QCOMPARE(second.listeners(), unheard + 1);
+
+        QSignalSpy ended(nav, &GlobalNav::lateralNotInProximity);
+        QSignalSpy announced(nav, &GlobalNav::lateralInProximity);
+        nav->onLateralNotInProximity();
+        QCOMPARE(ended.count(), 1);
+        QCOMPARE(m_camera.listeners(), silent);
+        QCOMPARE(second.listeners(), unheard);
+        nav->onLateralInProximity("any", &first);
+        QCOMPARE(announced.count(), 0);
+        nav->onLateralNotInProximity();
+    }
+
+    void aLateralThatDiesLeavesNobodyAtTheCamera()
+    {
+        GlobalNav* nav = GlobalNav::instance();
+        const int silent = m_camera.listeners();
+        for (int round = 0; round < 2; ++round) {
+            CountedTransform lateral;
+            nav->onLateralInProximity("any", &lateral);
+        }
+        QCOMPARE(m_camera.listeners(), silent + 1);
+
+        nav->onLateralNotInProximity();
+        QCOMPARE(m_camera.listeners(), silent);
+    }
+
 private:
+    static bool near(const QPointF& a, const QPointF& b) { return (a - b).manhattanLength() < 0.5; }
+
+    QPointF crawlerPixel()
+    {
+        const Section* section = SceneEntities::instance().getActiveSectionEntity();
+        const QVector3D crawler = section->crawlerTransformMatrix().column(3).toVector3D();
+        return Utils3d::pointWorldToScreen(&m_camera, crawler, 800.0F, 600.0F);
+    }
+
     void lookDownFromAfar()
     {
         m_camera.lens()->setPerspectiveProjection(3.0F, 1.5F, 1.0F, 10000.0F);
@@ -163,7 +255,7 @@ private:
     }
 
     const QVector3D m_afar {1000, 300, 1000};
-    Qt3DRender::QCamera m_camera;
+    CountedCamera m_camera;
     std::unique_ptr<TestProject> m_project;
     SceneRoot* m_root = nullptr;
 };
