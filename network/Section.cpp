@@ -225,6 +225,11 @@ QVector<QVector<QVector3D>> Section::getShapePoints() const
     return shapes;
 }
 
+Pipe* Section::secondPipe() const
+{
+    return m_secondPipe;
+}
+
 QString Section::wktPrefix() const
 {
     return Database::ShapeWKTHelper::WKT_LINESTRING_PREFIX;

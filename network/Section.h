@@ -90,7 +90,7 @@ public:
     SectionAdapterBase* getProps() const { return m_props; }
     InspectionCommands* inspection() const { return m_inspection; }
     Pipe* pipe() const { return m_pipe; }
-    Pipe* secondPipe() const { return m_secondPipe; }
+    Pipe* secondPipe() const;
 
     /** Start and end node of the record, as far as the scene has them. */
     QPair<Node*, Node*> getInspectionNodes() const;
@@ -192,7 +192,7 @@ public:
     double length() const;
     /** Metres above the sea. */
     float seaLevel() const;
-    bool hasMultipipe() const { return m_secondPipe != nullptr; }
+    bool hasMultipipe() const { return !m_secondPipe.isNull(); }
 
     /** An observed end holds the end node to the pipe, unless the node has a place of its own. */
     void lockAsEnded();
@@ -266,7 +266,7 @@ private:
     SectionAdapterBase* m_props = nullptr;
     InspectionCommands* m_inspection = nullptr;
     Pipe* m_pipe = nullptr;
-    Pipe* m_secondPipe = nullptr;
+    QPointer<Pipe> m_secondPipe; ///< goes with the root, which may go before the section
     QPointer<Qt3DCore::QEntity> m_secondPipeEntity;
     QPointer<Node> m_startNode;
     QPointer<Node> m_endNode;
