@@ -57,6 +57,13 @@ public:
         return node(m_project.addNode(key, shape, values));
     }
 
+    /** A node whose stored place is this point of the scene. */
+    Torvik::View3d::Node* nodeAt(const QVector3D& place, const QVariantMap& values = {},
+                                 int flags = Torvik::View3d::TransformFlags::GIS)
+    {
+        return node("N", storedPoint(place, flags), values);
+    }
+
     Torvik::View3d::Section* section(const QSharedPointer<Torvik::Database::CPipeInspectionObject>& inspection)
     {
         using namespace Torvik;
@@ -88,6 +95,30 @@ public:
         all.insert("OBJ_FromNode_REF", id(recordOf(direction == 1 ? start : end)));
         all.insert("OBJ_ToNode_REF", id(recordOf(direction == 1 ? end : start)));
         return section(m_project.addInspection(m_project.addLateral("L", nullptr, all), {}, direction));
+    }
+
+    static QString storedPoint(const QVector3D& place, int flags = Torvik::View3d::TransformFlags::GIS)
+    {
+        return QStringLiteral("POINT ZM(%1 %2 %3 %4)")
+            .arg(double(-place.x()))
+            .arg(double(place.z()))
+            .arg(double(place.y()))
+            .arg(flags);
+    }
+
+    /** The section's course as the database holds it; null when none is stored. */
+    QVariant storedShapeOf(const Torvik::View3d::Section* section) const
+    {
+        return m_project.stored("SECINSP", "INS_PK", section->getInspectionObjectId(), "INS_Shape_WKT");
+    }
+
+    /** Until the end of editing and the pause before a write have passed: another object's write marks it. */
+    void waitForAWrite()
+    {
+        Torvik::View3d::Node* const marker = nodeAt({1.0F, 1.0F, 1.0F});
+        marker->setPosition({9.0F, 9.0F, 9.0F}, Torvik::View3d::TransformFlags::Manual);
+        QTRY_COMPARE(m_project.stored("NODE", "OBJ_PK", marker->guid(), "OBJ_Shape_WKT").toString(),
+                     QStringLiteral("POINT ZM(-9 9 9 4)"));
     }
 
     /** What is stored of a course: upstream order, with the flags on the first point. */

@@ -75,13 +75,7 @@ private slots:
 private:
     Node* nodeAt(const QVector3D& place, const QVariantMap& values = {}, int flags = TransformFlags::GIS)
     {
-        return m_scene->node("N",
-                             QStringLiteral("POINT ZM(%1 %2 %3 %4)")
-                                 .arg(double(-place.x()))
-                                 .arg(double(place.z()))
-                                 .arg(double(place.y()))
-                                 .arg(flags),
-                             values);
+        return m_scene->nodeAt(place, values, flags);
     }
     Node* unplaced() { return m_scene->node("U"); }
 

@@ -41,7 +41,6 @@ private slots:
     void northRotationIsACompassBearing();
 
     void aBendTurnsTheCourseAndBindsIt();
-    void changedAndRemovedBendsAreStored();
     void changingABendLeavesTheSource();
     void removingABendStraightensTheCourse();
     void bendsAreLeftAloneInRealTime();
@@ -50,8 +49,6 @@ private slots:
     void theCounterOnlyMovesTheCrawlerInRealTime();
     void realTimeMakesAGeosensorOfTheSection();
     void theCommandsTakePointsWhileItIsRealTime();
-    void aSecondShapeIsReadFromTheFarEnd();
-    void theCounterLeavesASecondPipeAlone();
 
     void theArrowIsNeededByAShortPipeAtARealNode();
     void theArrowIsMadeWhenItIsShown();
@@ -66,28 +63,8 @@ private slots:
     void whatDoesNothing();
 
 private:
-    Node* nodeAt(const QVector3D& place, const QVariantMap& values = {})
-    {
-        return m_scene->node("N",
-                             QStringLiteral("POINT ZM(%1 %2 %3 16)")
-                                 .arg(double(-place.x()))
-                                 .arg(double(place.z()))
-                                 .arg(double(place.y())),
-                             values);
-    }
-    QVariant storedShapeOf(const Section* section) const
-    {
-        return m_scene->project().stored("SECINSP", "INS_PK", section->getInspectionObjectId(), "INS_Shape_WKT");
-    }
-
-    /** Until the end of editing and the pause before a write have passed: another object's write marks it. */
-    void waitForAWrite()
-    {
-        Node* const node = nodeAt({1.0F, 1.0F, 1.0F});
-        node->setPosition({9.0F, 9.0F, 9.0F}, TransformFlags::Manual);
-        QTRY_COMPARE(m_scene->project().stored("NODE", "OBJ_PK", node->guid(), "OBJ_Shape_WKT").toString(),
-                     QStringLiteral("POINT ZM(-9 9 9 4)"));
-    }
+    Node* nodeAt(const QVector3D& place, const QVariantMap& values = {}) { return m_scene->nodeAt(place, values); }
+    QVariant storedShapeOf(const Section* section) const { return m_scene->storedShapeOf(section); }
 
     std::unique_ptr<NetworkScene> m_scene;
 };
@@ -230,24 +207,6 @@ void tst_SectionCourse::aBendTurnsTheCourseAndBindsIt()
     QTRY_VERIFY(storedShapeOf(section).toString().count(',') == 2);
 }
 
-void tst_SectionCourse::changedAndRemovedBendsAreStored()
-{
-    Section* const section = m_scene->section(nullptr, nullptr, {}, tenMetresNorth);
-    const auto pointsStored = [this, section] { return storedShapeOf(section).toString().count(',') + 1; };
-    section->addBend(9.0F, 90.0F, 4.0F);
-    QTRY_COMPARE(pointsStored(), 3);
-    waitForAWrite();
-    const QString toTheLeft = storedShapeOf(section).toString();
-
-    section->modifyBend(3.0F, 90.0F, 4.0F);
-    QTRY_VERIFY(storedShapeOf(section).toString() != toTheLeft);
-    QCOMPARE(pointsStored(), 3);
-    waitForAWrite();
-
-    section->removeBend(4.0F);
-    QTRY_COMPARE(pointsStored(), 2);
-}
-
 void tst_SectionCourse::changingABendLeavesTheSource()
 {
     Section* const section = m_scene->section(nullptr, nullptr, {}, tenMetresNorth, TransformFlags::Manual);
@@ -286,7 +245,7 @@ void tst_SectionCourse::bendsAreLeftAloneInRealTime()
     QCOMPARE(section->pipe()->segmentCount(), 1);
     QCOMPARE(geometry.count(), 3);
     QCOMPARE(section->transformFlags(), int(TransformFlags::Geosensor));
-    waitForAWrite();
+    m_scene->waitForAWrite();
     QCOMPARE(storedShapeOf(section).toString(), before);
 }
 
@@ -341,42 +300,6 @@ void tst_SectionCourse::theCommandsTakePointsWhileItIsRealTime()
     GlobalNav::instance()->setRealTimeEnabled(false);
     QVERIFY(!section->inspection()->realTime);
     QVERIFY(!later->inspection()->realTime);
-}
-
-void tst_SectionCourse::aSecondShapeIsReadFromTheFarEnd()
-{
-    const auto pipe = m_scene->project().addSection("S", nullptr, nullptr, {{"OBJ_Length", 30.0}});
-    const auto inspection = m_scene->project().addInspection(
-        pipe,
-        QStringLiteral("GEOMETRYCOLLECTION(%1,%2,%2)")
-            .arg(NetworkScene::storedShape(tenMetresNorth, TransformFlags::Manual, 1),
-                 NetworkScene::storedShape({{0.0F, 0.0F, 25.0F}, {0.0F, 0.0F, 30.0F}}, TransformFlags::Manual, 1)));
-
-    const Section* const section = m_scene->section(inspection);
-
-    QVERIFY(section->hasMultipipe());
-    QCOMPARE(section->getShapePoints().size(), 2);
-    VERIFY_NEAR(section->pipeTransMatrixAtDistance(4.0F).column(3).toVector3D(), QVector3D(0.0F, 0.0F, 4.0F));
-    VERIFY_NEAR(section->pipeTransMatrixAtDistance(28.0F).column(3).toVector3D(), QVector3D(0.0F, 0.0F, 28.0F));
-    QCOMPARE(section->secondPipe()->radius(), 0.15F);
-    QCOMPARE(section->length(), 10.0);
-    const QPointer<Pipe> second = section->secondPipe();
-    delete section;
-    QVERIFY(second.isNull());
-}
-
-void tst_SectionCourse::theCounterLeavesASecondPipeAlone()
-{
-    const auto pipe = m_scene->project().addSection("S", nullptr, nullptr, {{"OBJ_Length", 30.0}});
-    const QString shape = NetworkScene::storedShape(tenMetresNorth, TransformFlags::Manual, 1);
-    Section* const section = m_scene->section(
-        m_scene->project().addInspection(pipe, QStringLiteral("GEOMETRYCOLLECTION(%1,%1)").arg(shape)));
-    const QSignalSpy geometry(section, &Section::sectionGeometryChanged);
-
-    section->onDistanceCounterChanged(15.0);
-
-    QCOMPARE(section->length(), 10.0);
-    QCOMPARE(geometry.count(), 0);
 }
 
 void tst_SectionCourse::theArrowIsNeededByAShortPipeAtARealNode()
@@ -502,7 +425,7 @@ void tst_SectionCourse::nothingIsStoredInRealTime()
 
     section->move({1.0F, 0.0F, 0.0F}, TransformFlags::Manual);
     QVERIFY(finished.wait());
-    waitForAWrite();
+    m_scene->waitForAWrite();
 
     QCOMPARE(storedShapeOf(section).toString(), before);
 }
