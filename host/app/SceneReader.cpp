@@ -1,8 +1,12 @@
 #include "host/app/SceneReader.h"
 
+#include "domain/ObservationAdapter.h"
 #include "domain/SectionAdapterBase.h"
 #include "geo/GdalGeoProjector.h"
 #include "network/Node.h"
+#include "network/ObservationBend.h"
+#include "network/ObservationConnection.h"
+#include "network/ObservationEnd.h"
 #include "network/Pipe.h"
 #include "network/Section.h"
 #include "scene/SceneEntities.h"
@@ -58,6 +62,64 @@ SceneSnapshot::Section read(View3d::Section& section)
     return values;
 }
 
+QString kindOf(const View3d::Observation* observation)
+{
+    if (qobject_cast<const View3d::ObservationBend*>(observation))
+        return QStringLiteral("bend");
+    if (qobject_cast<const View3d::ObservationConnection*>(observation))
+        return QStringLiteral("connection");
+    return qobject_cast<const View3d::ObservationEnd*>(observation) ? QStringLiteral("end") : QStringLiteral("plain");
+}
+
+QString codeOf(const View3d::Observation& observation)
+{
+    const auto record = observation.adapter() ? observation.adapter()->getDomainObject().toStrongRef() : nullptr;
+    const auto observed = qSharedPointerDynamicCast<Database::CPipeObservationObject>(record);
+    return observed ? observed->code() : QString();
+}
+
+QString pipeIdOf(const View3d::Section* section)
+{
+    return section && section->getProps() ? section->getProps()->sectionId() : QString();
+}
+
+SceneSnapshot::Observation read(View3d::Observation& observation)
+{
+    SceneSnapshot::Observation values;
+    values.id = observation.guid();
+    values.code = codeOf(observation);
+    values.kind = kindOf(&observation);
+    values.section = pipeIdOf(observation.section());
+    values.inspection = observation.section() ? observation.section()->guid() : QString();
+    values.distance = double(observation.getDistance());
+    values.position = observation.position();
+    values.clock = observation.getClock1();
+    values.bendClock = observation.getBendClock();
+    values.angle = double(observation.getJointAngle());
+    values.lateral = observation.getLateralRef();
+    return values;
+}
+
+SceneSnapshot::Connection read(const QString& lateral, View3d::ObservationConnection& connection)
+{
+    return {lateral, connection.guid(), pipeIdOf(connection.section()),
+            connection.transformMatrix().column(3).toVector3D()};
+}
+
+void readObservations(SceneSnapshot& scene)
+{
+    auto& entities = View3d::SceneEntities::instance();
+    for (View3d::Observation* observation : entities.getObservations()) {
+        if (observation)
+            scene.observations << read(*observation);
+    }
+    const auto& connections = entities.getLateralConnections();
+    for (auto entry = connections.begin(); entry != connections.end(); ++entry) {
+        if (entry.value())
+            scene.connections << read(entry.key(), *entry.value());
+    }
+}
+
 } // namespace
 
 SceneSnapshot snapshot()
@@ -76,6 +138,7 @@ SceneSnapshot snapshot()
         else if (auto* section = qobject_cast<View3d::Section*>(child))
             scene.sections << read(*section);
     }
+    readObservations(scene);
     return scene;
 }
 

@@ -3,6 +3,7 @@
 #include <QJsonArray>
 
 #include <algorithm>
+#include <tuple>
 
 namespace Torvik::Viewer {
 
@@ -72,6 +73,49 @@ QJsonObject toJson(const SceneSnapshot::Section& section, const SceneSnapshot& s
     return object;
 }
 
+QJsonObject toJson(const SceneSnapshot::Observation& observation)
+{
+    return {{QStringLiteral("id"), observation.id},
+            {QStringLiteral("code"), observation.code},
+            {QStringLiteral("kind"), observation.kind},
+            {QStringLiteral("section"), observation.section},
+            {QStringLiteral("inspection"), observation.inspection},
+            {QStringLiteral("distance"), observation.distance},
+            {QStringLiteral("position"), toJson(observation.position)},
+            {QStringLiteral("clock"), observation.clock},
+            {QStringLiteral("bendClock"), observation.bendClock},
+            {QStringLiteral("angle"), observation.angle},
+            {QStringLiteral("lateral"), observation.lateral}};
+}
+
+QJsonObject toJson(const SceneSnapshot::Connection& connection)
+{
+    return {{QStringLiteral("lateral"), connection.lateral},
+            {QStringLiteral("observation"), connection.observation},
+            {QStringLiteral("section"), connection.section},
+            {QStringLiteral("point"), toJson(connection.point)}};
+}
+
+bool comesBefore(const SceneSnapshot::Observation& a, const SceneSnapshot::Observation& b)
+{
+    return std::tie(a.section, a.inspection, a.distance, a.id) < std::tie(b.section, b.inspection, b.distance, b.id);
+}
+
+bool comesBefore(const SceneSnapshot::Connection& a, const SceneSnapshot::Connection& b)
+{
+    return std::tie(a.lateral, a.observation) < std::tie(b.lateral, b.observation);
+}
+
+template <typename Object>
+QJsonArray toSortedJson(QVector<Object> objects)
+{
+    std::sort(objects.begin(), objects.end(), [](const Object& a, const Object& b) { return comesBefore(a, b); });
+    QJsonArray array;
+    for (const Object& object : objects)
+        array.append(toJson(object));
+    return array;
+}
+
 template <typename Object>
 QVector<Object> sorted(QVector<Object> objects)
 {
@@ -103,7 +147,9 @@ QJsonObject toJson(const SceneSnapshot& snapshot)
                                  {QStringLiteral("projection"), snapshot.projection}};
     return {{QStringLiteral("projector"), projector},
             {QStringLiteral("nodes"), nodes},
-            {QStringLiteral("sections"), sections}};
+            {QStringLiteral("sections"), sections},
+            {QStringLiteral("observations"), toSortedJson(snapshot.observations)},
+            {QStringLiteral("connections"), toSortedJson(snapshot.connections)}};
 }
 
 Bounds boundsOf(const SceneSnapshot::Node& node)

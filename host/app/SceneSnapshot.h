@@ -47,15 +47,48 @@ struct SceneSnapshot {
         double length = 0;
     };
 
+    struct Observation {
+        QString id;
+        QString code;
+        /** "bend", "connection", "end" or "plain". */
+        QString kind;
+        /** Ids of the pipe and of its inspection. */
+        QString section;
+        QString inspection;
+        /** Metres along the pipe. */
+        double distance = 0;
+        QVector3D position;
+        /** Hours. */
+        int clock = 0;
+        int bendClock = 0;
+        /** Degrees. */
+        double angle = 0;
+        /** Id of the lateral that the record names; mostly empty. */
+        QString lateral;
+    };
+
+    /** A lateral on the pipe that carries it. */
+    struct Connection {
+        /** Ids of the lateral, of the observation that tells of the joint, and of the pipe on which the joint is. */
+        QString lateral;
+        QString observation;
+        QString section;
+        /** Where the lateral begins. */
+        QVector3D point;
+    };
+
     /** Scene = cartesian * scale - origin, cartesian = (-easting, height, northing). */
     View3d::Vector3D<double> origin;
     double scale = 1;
     QString projection;
     QVector<Node> nodes;
     QVector<Section> sections;
+    QVector<Observation> observations;
+    QVector<Connection> connections;
 };
 
-/** Sorted by key, then by guid; numbers with as many digits as tell them apart from all others. */
+/** Sorted by key, then by guid; observations by their pipe, then along it; connections by their lateral. Numbers with
+ * as many digits as tell them apart from all others. */
 QJsonObject toJson(const SceneSnapshot& snapshot);
 
 /** What is to be seen of the scene: nodes that show, down to their invert, and pipes longer than the stub that stands

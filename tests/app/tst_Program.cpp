@@ -75,6 +75,7 @@ private slots:
     void infoCountsAsJsonAndAsText();
     void anImportOfNothingLeavesNothing();
     void theDumpHoldsProjectorNodesAndSections();
+    void theDumpHoldsObservationsAndConnections();
     void twoDumpsAreTheSame();
     void aPictureShowsPipesAndManholesWhereTheyAre();
     void aPictureLooksAtTheObjectAskedFor();
@@ -208,6 +209,49 @@ void tst_Program::theDumpHoldsProjectorNodesAndSections()
     QCOMPARE(first.value("projectedPoints").toArray().at(1).toArray().at(0).toDouble(), 400000.0);
     QCOMPARE(first.value("length").toDouble(), 60.0);
     QCOMPARE(scene.value("projector").toObject().value("origin").toArray(), QJsonArray({-400000, 100, 5600000}));
+}
+
+void tst_Program::theDumpHoldsObservationsAndConnections()
+{
+    TestProject project(utm32);
+    fill(project);
+    const auto pipe = project.project()->section(0);
+    const auto lateral = project.addLateral("L1", pipe, {{"OBJ_Size1", 150}});
+    const auto joint = project.addObservation(
+        pipe->inspection(0), "BCAAA", 20,
+        {{"OBS_ClockPos1", 3}, {"OBS_JointAngle", 45}, {"OBS_LateralSection_REF", lateral->id()}});
+    const auto crack = project.addObservation(pipe->inspection(0), "BABBA", 7.25, {{"OBS_ClockPos1", 10}});
+    const QString pipeId = pipe->id();
+    const QString ids[] = {crack->id(), joint->id(), lateral->id()};
+    project.close();
+    const QString file = m_folder->filePath("scene.json");
+
+    QCOMPARE(run({project.path(), "--dump", file}).status, 0);
+
+    QFile written(file);
+    QVERIFY(written.open(QIODevice::ReadOnly));
+    const QJsonObject scene = QJsonDocument::fromJson(written.readAll()).object();
+    const QJsonArray observations = scene.value("observations").toArray();
+    QCOMPARE(observations.size(), 2);
+    const QJsonObject first = observations.at(0).toObject();
+    QCOMPARE(first.value("id").toString(), ids[0]);
+    QCOMPARE(first.value("code").toString(), QString("BABBA"));
+    QCOMPARE(first.value("kind").toString(), QString("plain"));
+    QCOMPARE(first.value("section").toString(), pipeId);
+    QCOMPARE(first.value("distance").toDouble(), 7.25);
+    QCOMPARE(first.value("clock").toInt(), 10);
+    const QJsonArray begin =
+        scene.value("sections").toArray().at(0).toObject().value("points").toArray().at(0).toArray();
+    QCOMPARE(first.value("position").toArray(), QJsonArray({0, begin.at(1), 7.25}));
+    const QJsonObject second = observations.at(1).toObject();
+    QCOMPARE(second.value("kind").toString(), QString("connection"));
+    QCOMPARE(second.value("angle").toDouble(), 45.0);
+    QCOMPARE(second.value("lateral").toString(), ids[2]);
+    QCOMPARE(scene.value("connections").toArray(),
+             QJsonArray({QJsonObject({{"lateral", ids[2]},
+                                      {"observation", ids[1]},
+                                      {"section", pipeId},
+                                      {"point", QJsonArray({0, begin.at(1), 20})}})}));
 }
 
 void tst_Program::twoDumpsAreTheSame()

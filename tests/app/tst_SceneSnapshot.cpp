@@ -8,6 +8,23 @@ using namespace Torvik::Viewer;
 
 namespace {
 
+SceneSnapshot::Observation observation(const char* id, double distance)
+{
+    SceneSnapshot::Observation observation;
+    observation.id = id;
+    observation.code = QStringLiteral("BCAAA");
+    observation.kind = QStringLiteral("connection");
+    observation.section = QStringLiteral("s1");
+    observation.inspection = QStringLiteral("i1");
+    observation.distance = distance;
+    observation.position = {-2.5f, -2, 4};
+    observation.clock = 3;
+    observation.bendClock = 9;
+    observation.angle = 45.5;
+    observation.lateral = QStringLiteral("l1");
+    return observation;
+}
+
 SceneSnapshot town()
 {
     SceneSnapshot snapshot;
@@ -42,6 +59,8 @@ SceneSnapshot town()
     section.points = {{0, -2.5f, 0}, {-10.5f, -2.75f, 20}};
     section.length = 22.59;
     snapshot.sections = {section};
+    snapshot.observations = {observation("o3", 12.5), observation("o2", 4.25), observation("o1", 12.5)};
+    snapshot.connections = {{"l2", "o3", "s1", {1, 2, 3}}, {"l1", "o2", "s1", {-1.5f, 0.25f, 4}}};
     return snapshot;
 }
 
@@ -55,6 +74,9 @@ private slots:
     void aNodeTellsAllOfItself();
     void aSectionHasItsPointsInBothFrames();
     void aSecondPipeShowsWhenThereIsOne();
+    void anObservationTellsAllOfItself();
+    void observationsFollowOneAnotherAlongThePipe();
+    void connectionsAreSortedByTheirLateral();
     void numbersReadBackAsTheSame();
     void theProjectorsScaleIsTakenOut();
     void boundsReachFromTheInvertToTheTop();
@@ -109,6 +131,45 @@ void tst_SceneSnapshot::aSecondPipeShowsWhenThereIsOne()
 
     QCOMPARE(section.value(QStringLiteral("secondPoints")).toArray().size(), 1);
     QCOMPARE(section.value(QStringLiteral("secondProjectedPoints")).toArray().size(), 1);
+}
+
+void tst_SceneSnapshot::anObservationTellsAllOfItself()
+{
+    const QJsonObject json = toJson(town()).value(QStringLiteral("observations")).toArray().at(0).toObject();
+
+    QCOMPARE(json, QJsonObject({{"id", "o2"},
+                                {"code", "BCAAA"},
+                                {"kind", "connection"},
+                                {"section", "s1"},
+                                {"inspection", "i1"},
+                                {"distance", 4.25},
+                                {"position", QJsonArray({-2.5, -2, 4})},
+                                {"clock", 3},
+                                {"bendClock", 9},
+                                {"angle", 45.5},
+                                {"lateral", "l1"}}));
+}
+
+void tst_SceneSnapshot::observationsFollowOneAnotherAlongThePipe()
+{
+    const QJsonArray observations = toJson(town()).value(QStringLiteral("observations")).toArray();
+
+    QStringList order;
+    for (const QJsonValue& observation : observations)
+        order << observation.toObject().value(QStringLiteral("id")).toString();
+    QCOMPARE(order, QStringList({QStringLiteral("o2"), QStringLiteral("o1"), QStringLiteral("o3")}));
+}
+
+void tst_SceneSnapshot::connectionsAreSortedByTheirLateral()
+{
+    const QJsonArray connections = toJson(town()).value(QStringLiteral("connections")).toArray();
+
+    QCOMPARE(connections.size(), 2);
+    QCOMPARE(
+        connections.at(0).toObject(),
+        QJsonObject(
+            {{"lateral", "l1"}, {"observation", "o2"}, {"section", "s1"}, {"point", QJsonArray({-1.5, 0.25, 4})}}));
+    QCOMPARE(connections.at(1).toObject().value(QStringLiteral("lateral")).toString(), QStringLiteral("l2"));
 }
 
 void tst_SceneSnapshot::numbersReadBackAsTheSame()
