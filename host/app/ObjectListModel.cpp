@@ -105,6 +105,13 @@ QString ObjectListModel::idOfKey(const QString& key) const
     return nearly;
 }
 
+int ObjectListModel::rowOf(const QString& objectId) const
+{
+    const auto row =
+        std::find_if(m_shown.begin(), m_shown.end(), [&](int index) { return m_objects[index].objectId == objectId; });
+    return row == m_shown.end() ? -1 : int(row - m_shown.begin());
+}
+
 void ObjectListModel::choose()
 {
     m_shown.clear();

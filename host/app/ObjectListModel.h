@@ -45,6 +45,8 @@ public:
     /** Id of the first line with this key, shown or not; empty if there is none. The same letters in another case count
      *  when no key is exactly this one. */
     QString idOfKey(const QString& key) const;
+    /** Row of the line shown for an object; -1 if there is none. */
+    Q_INVOKABLE int rowOf(const QString& objectId) const;
 
 signals:
     void countChanged();

@@ -61,6 +61,8 @@ ViewerController::ViewerController(QObject* parent)
                     tr("Building the scene: %1 of %2").arg(done).arg(total));
     });
     connect(&m_loader, &SceneLoader::finished, this, &ViewerController::onSceneFilled);
+    connect(&m_selection, &SceneSelection::changed, this, &ViewerController::onSelectionChanged);
+    connect(this, &ViewerController::currentIdChanged, this, &ViewerController::currentIdsChanged);
     connect(&ProjectStore::instance(), &ProjectStore::writeFailed, this, &ViewerController::setError);
 }
 
@@ -115,6 +117,7 @@ void ViewerController::onSceneFilled()
 {
     m_bounds = boundsOf(SceneReader::snapshot());
     followCamera();
+    m_selection.follow();
     setProgress(1, {});
     setBusy(false);
     takeOpeningView();
@@ -186,8 +189,25 @@ void ViewerController::goTo(const QString& id)
         setError(tr("This object has no place in the scene."));
         return;
     }
+    m_selection.select(id);
     setCurrentId(id);
     bringIntoView(bounds, closestGoTo);
+}
+
+void ViewerController::onSelectionChanged()
+{
+    const QStringList ids = m_selection.ids();
+    if (!ids.contains(m_currentId))
+        setCurrentId(ids.value(0));
+    emit currentIdsChanged();
+}
+
+QStringList ViewerController::currentIds() const
+{
+    QStringList ids = m_selection.ids();
+    if (!m_currentId.isEmpty() && !ids.contains(m_currentId))
+        ids << m_currentId;
+    return ids;
 }
 
 void ViewerController::fit()

@@ -4,6 +4,7 @@
 #include "host/app/CameraPose.h"
 #include "host/app/ObjectListModel.h"
 #include "host/app/SceneLoader.h"
+#include "host/app/SceneSelection.h"
 
 #include <QObject>
 #include <QUrl>
@@ -28,6 +29,7 @@ class ViewerController : public QObject {
     Q_PROPERTY(QString progressText READ progressText NOTIFY progressChanged)
     Q_PROPERTY(QString errorText READ errorText NOTIFY errorTextChanged)
     Q_PROPERTY(QString currentId READ currentId NOTIFY currentIdChanged)
+    Q_PROPERTY(QStringList currentIds READ currentIds NOTIFY currentIdsChanged)
     Q_PROPERTY(bool sceneOnly READ sceneOnly CONSTANT)
     Q_PROPERTY(QObject* nodesModel READ nodesModel CONSTANT)
     Q_PROPERTY(QObject* sectionsModel READ sectionsModel CONSTANT)
@@ -54,8 +56,10 @@ public:
     QString progressText() const { return m_progressText; }
     /** What the user should know; stays until it is dismissed or the next project opens. */
     QString errorText() const { return m_errorText; }
-    /** The object that was gone to last. */
+    /** The object that was gone to or selected last. */
     QString currentId() const { return m_currentId; }
+    /** All that the lists mark: that object, and what is selected in the scene. */
+    QStringList currentIds() const;
 
     /** Only the scene is to be shown, for a picture without lists and buttons. Set before QML is loaded. */
     bool sceneOnly() const { return m_sceneOnly; }
@@ -76,7 +80,7 @@ public:
     /** openFolder with the folder of a file dialog. Nothing while busy. */
     Q_INVOKABLE void openProject(const QUrl& folder);
     Q_INVOKABLE void closeProject();
-    /** Brings an object into view, by its id; the direction of view stays. */
+    /** Brings an object into view, by its id, and selects it; the direction of view stays. */
     Q_INVOKABLE void goTo(const QString& id);
     /** Brings the whole project into view; the direction of view stays. */
     Q_INVOKABLE void fit();
@@ -90,6 +94,7 @@ signals:
     void progressChanged();
     void errorTextChanged();
     void currentIdChanged();
+    void currentIdsChanged();
     /** The project is read and stands in the scene; its first pose has been requested. */
     void opened();
     /** Opening has come to nothing; errorText says why. */
@@ -112,9 +117,11 @@ private:
     void setProgress(double progress, const QString& text);
     void setError(const QString& text);
     void setCurrentId(const QString& id);
+    void onSelectionChanged();
 
     QSharedPointer<Database::CProjectObject> m_project;
     SceneLoader m_loader;
+    SceneSelection m_selection;
     ObjectListModel m_nodes;
     ObjectListModel m_sections;
     ObjectListModel m_inspections;

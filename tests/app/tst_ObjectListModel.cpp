@@ -38,6 +38,7 @@ private slots:
     void aNewListKeepsTheFilter();
     void keysAreFoundAlsoBehindTheFilter();
     void rowsOutsideGiveNothing();
+    void anObjectIsFoundWhereItsLineShows();
 };
 
 void tst_ObjectListModel::isEmptyAtFirst()
@@ -162,6 +163,19 @@ void tst_ObjectListModel::rowsOutsideGiveNothing()
     QVERIFY(!model.data(model.index(3)).isValid());
     QVERIFY(!model.data({}).isValid());
     QCOMPARE(model.rowCount(model.index(0)), 0);
+}
+
+void tst_ObjectListModel::anObjectIsFoundWhereItsLineShows()
+{
+    ObjectListModel model;
+    model.setObjects(manholes());
+
+    for (int row = 0; row < 3; ++row)
+        QCOMPARE(model.rowOf(model.data(model.index(row), ObjectListModel::ObjectIdRole).toString()), row);
+    QCOMPARE(model.rowOf(QStringLiteral("nobody")), -1);
+    model.setFilter(QStringLiteral("house"));
+    QCOMPARE(model.rowOf(QStringLiteral("c")), 0);
+    QCOMPARE(model.rowOf(QStringLiteral("b")), -1);
 }
 
 QTEST_APPLESS_MAIN(tst_ObjectListModel)

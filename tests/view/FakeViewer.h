@@ -43,6 +43,13 @@ public:
         }
     }
 
+    Q_INVOKABLE int rowOf(const QString& objectId) const
+    {
+        const QString before = "id-" + m_prefix;
+        const int row = objectId.startsWith(before) ? objectId.mid(before.size()).toInt() - 1 : -1;
+        return row < m_count ? row : -1;
+    }
+
 private:
     QString m_prefix;
     int m_count;
@@ -58,6 +65,7 @@ class FakeViewer : public QObject {
     Q_PROPERTY(QString progressText MEMBER progressText NOTIFY changed)
     Q_PROPERTY(QString errorText MEMBER errorText NOTIFY changed)
     Q_PROPERTY(QString currentId MEMBER currentId NOTIFY changed)
+    Q_PROPERTY(QStringList currentIds MEMBER currentIds NOTIFY currentIdsChanged)
     Q_PROPERTY(bool sceneOnly MEMBER sceneOnly NOTIFY changed)
     Q_PROPERTY(QObject* nodesModel MEMBER nodes CONSTANT)
     Q_PROPERTY(QObject* sectionsModel MEMBER sections CONSTANT)
@@ -78,6 +86,7 @@ public:
     QString progressText;
     QString errorText;
     QString currentId;
+    QStringList currentIds;
     bool sceneOnly = false;
     QObject* nodes = new FakeObjects(QStringLiteral("N"), 60, this);
     QObject* sections = new FakeObjects(QStringLiteral("P"), 40, this);
@@ -86,6 +95,7 @@ public:
 
 signals:
     void changed();
+    void currentIdsChanged();
     void requestPose(const QVector3D& position, const QVector3D& center, const QVector3D& up, int viewType,
                      bool animated);
     void requestView(int viewType);

@@ -210,6 +210,13 @@ Rectangle {
                 }
             }
 
+            ObjectTools {
+                objectName: "objectTools"
+                visible: !mainView.sceneOnly
+                Layout.fillWidth: true
+                scene: sceneArea.scene
+            }
+
             Readout {
                 visible: !mainView.sceneOnly
                 Layout.fillWidth: true

@@ -78,20 +78,43 @@ Rectangle {
             currentIndex: -1
             ScrollBar.vertical: ScrollBar {}
 
+            /** Brings the first marked line into sight. */
+            function showMarked() {
+                for (const id of viewer.currentIds) {
+                    const line = model.rowOf(id)
+                    if (line >= 0) {
+                        positionViewAtIndex(line, ListView.Contain)
+                        return
+                    }
+                }
+            }
+
+            onKindChanged: showMarked()
+
+            Connections {
+                target: viewer
+
+                function onCurrentIdsChanged() {
+                    list.showMarked()
+                }
+            }
+
             delegate: Rectangle {
                 id: row
 
                 width: list.width
                 height: Math.max(Style.touch, texts.implicitHeight + Style.gap)
                 radius: Style.radius
-                color: model.objectId === viewer.currentId || tap.pressed ? Style.pressed : "transparent"
+                readonly property bool marked: viewer.currentIds.indexOf(model.objectId) >= 0
+
+                color: marked || tap.pressed ? Style.pressed : "transparent"
 
                 Rectangle {
                     width: 4
                     height: parent.height
                     radius: 2
                     color: Style.accent
-                    visible: model.objectId === viewer.currentId
+                    visible: row.marked
                 }
 
                 Column {

@@ -9,6 +9,7 @@ AbstractButton {
 
     implicitHeight: Style.touch
     implicitWidth: Math.max(Style.touch, label.implicitWidth + 24)
+    opacity: enabled ? 1 : 0.55
     hoverEnabled: false
     focusPolicy: Qt.TabFocus
 
