@@ -73,8 +73,8 @@ public:
     void classBegin() override;
     /** Makes the controller known to GlobalNav. */
     void componentComplete() override;
-    /** An object has taken the finger over, whose release never comes here. */
-    void abandonGesture();
+    /** An object, or a second finger, has taken the finger over, whose release never comes here. */
+    Q_INVOKABLE void abandonGesture();
 
     void _onPositionChanged(Qt3DInput::QMouseEvent* mouse);
     /** With `reset` notes where the finger came down and gives true; otherwise whether it is still within 40 pixels of

@@ -286,4 +286,9 @@ void SceneRoot::setRayCaster(Qt3DRender::QRayCaster* rayCaster)
     change(m_rayCaster, rayCaster, &SceneRoot::rayCasterChanged);
 }
 
+void SceneRoot::abandonTouch()
+{
+    m_touchInput->cancel();
+}
+
 } // namespace Torvik::View3d

@@ -106,6 +106,8 @@ public:
 
     /** The finger on the scene's objects. */
     TouchInput* touchInput() const { return m_touchInput; }
+    /** A second finger has come: a drag of an object that is under way ends. */
+    Q_INVOKABLE void abandonTouch();
 
     /** Starts the flow of the project's objects. QML calls it once, when camera and projector are ready. */
     Q_INVOKABLE void qmlOnCompleted();

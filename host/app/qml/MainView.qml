@@ -132,6 +132,7 @@ Rectangle {
                     id: sceneArea
 
                     anchors.fill: parent
+                    zoomButtons: !mainView.sceneOnly
                 }
 
                 Rectangle {

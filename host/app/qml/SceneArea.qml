@@ -2,6 +2,8 @@ import QtQuick 2.12
 import com.torvik.view3d 1.0 as Torvik3d
 import view3d 1.0 as View3d
 
+import "."
+
 /** The scene with the flags that it and its surroundings share. */
 Item {
     id: window3d
@@ -16,6 +18,8 @@ Item {
     property bool screenshotPending: false
     property bool splitViewMode: false
     property real sceneTransparency: 1.0
+    /** Buttons that zoom by being dragged, at the right-hand edge. */
+    property bool zoomButtons: false
 
     signal beforeSplitViewModeChanged()
 
@@ -54,6 +58,35 @@ Item {
         objectName: "scene"
         anchors.fill: parent
         hoverEnabled: false
+    }
+
+    View3d.PinchControl {
+        anchors.fill: scene3d
+        scene: scene3d
+    }
+
+    Loader {
+        active: window3d.zoomButtons
+        anchors { right: parent.right; top: parent.top; margins: Style.gap }
+        sourceComponent: View3d.DragZoom3dButton {
+            objectName: "zoomInButton"
+            zoomIn: true
+            screenPointer: null
+            iconActive: design.icons.button3DZoomPlusPipeViewscreen.active
+            iconInactive: design.icons.button3DZoomPlusPipeViewscreen.enabled
+        }
+    }
+
+    Loader {
+        active: window3d.zoomButtons
+        anchors { right: parent.right; bottom: parent.bottom; margins: Style.gap }
+        sourceComponent: View3d.DragZoom3dButton {
+            objectName: "zoomOutButton"
+            zoomIn: false
+            screenPointer: null
+            iconActive: design.icons.button3DZoomMinusPipeViewscreen.active
+            iconInactive: design.icons.button3DZoomMinusPipeViewscreen.enabled
+        }
     }
 
     ParallelAnimation {

@@ -7,8 +7,27 @@ QtObject {
             readonly property color coolColor: Qt.rgba(0.16, 0.13, 0.12, 1)
             readonly property color warmColor: Qt.rgba(0.80, 0.58, 0.36, 1)
         }
+        readonly property QtObject flyingObject: QtObject {
+            readonly property color backgroungColor: "#fbfaf8"
+            readonly property real backgroungOpacity: 0.6
+        }
         readonly property QtObject thumbnailItem: QtObject {
             readonly property int fontSize: 16
+        }
+    }
+
+    readonly property QtObject icons: QtObject {
+        readonly property QtObject positionMode: QtObject {
+            readonly property url active: "qrc:/icons/position-mode-active.png"
+            readonly property url disabled: "qrc:/icons/position-mode.png"
+        }
+        readonly property QtObject button3DZoomPlusPipeViewscreen: QtObject {
+            readonly property url active: "qrc:/icons/zoom-plus-active.png"
+            readonly property url enabled: "qrc:/icons/zoom-plus.png"
+        }
+        readonly property QtObject button3DZoomMinusPipeViewscreen: QtObject {
+            readonly property url active: "qrc:/icons/zoom-minus-active.png"
+            readonly property url enabled: "qrc:/icons/zoom-minus.png"
         }
     }
 }

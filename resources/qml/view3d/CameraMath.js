@@ -71,3 +71,18 @@ function safeUpVector(direction, front, top, viewVector, upVector) {
     var up = upAcross(direction)
     return up.length() < 0.00001 ? horizontal(viewVector.plus(upVector)) : up
 }
+
+// The zoom, a factor of the distance, as far as the distance stays within its limits.
+function zoomWithin(zoom, startDist, minDist, maxDist) {
+    return Math.max(minDist, Math.min(maxDist, startDist * zoom)) / startDist
+}
+
+// Direction from the camera through a pixel.
+function screenRay(viewVector, upVector, fieldOfView, pixel, width, height) {
+    var forward = viewVector.normalized()
+    var right = forward.crossProduct(upVector).normalized()
+    var up = right.crossProduct(forward)
+    var t = Math.tan(radians(fieldOfView) / 2)
+    return forward.plus(right.times((2 * pixel.x / width - 1) * t * width / height))
+                  .plus(up.times((1 - 2 * pixel.y / height) * t)).normalized()
+}

@@ -1,0 +1,84 @@
+#!/usr/bin/env python3
+"""Draws the icons of kxviewer into this folder: 128 pixels square, each a plate with a sign. Needs nothing but Python."""
+
+import os
+import struct
+import zlib
+
+SIZE = 128
+SAMPLES = 3
+
+PAPER, INK, ACCENT, WHITE = (251, 250, 248), (35, 40, 45), (11, 110, 119), (255, 255, 255)
+
+
+def segment(x, y, ax, ay, bx, by):
+    """Distance from a point to a segment."""
+    dx, dy = bx - ax, by - ay
+    t = max(0.0, min(1.0, ((x - ax) * dx + (y - ay) * dy) / (dx * dx + dy * dy)))
+    return ((x - ax - t * dx) ** 2 + (y - ay - t * dy) ** 2) ** 0.5
+
+
+def plate(x, y):
+    dx, dy = max(abs(x - 0.5) - 0.36, 0), max(abs(y - 0.5) - 0.36, 0)
+    return (dx * dx + dy * dy) ** 0.5 < 0.1
+
+
+def glass(x, y):
+    ring = abs(((x - 0.44) ** 2 + (y - 0.44) ** 2) ** 0.5 - 0.23) < 0.032
+    return ring or segment(x, y, 0.62, 0.62, 0.78, 0.78) < 0.05
+
+
+def minus(x, y):
+    return glass(x, y) or segment(x, y, 0.34, 0.44, 0.54, 0.44) < 0.03
+
+
+def plus(x, y):
+    return minus(x, y) or segment(x, y, 0.44, 0.34, 0.44, 0.54) < 0.03
+
+
+def cross(x, y):
+    if segment(x, y, 0.25, 0.5, 0.75, 0.5) < 0.03 or segment(x, y, 0.5, 0.25, 0.5, 0.75) < 0.03:
+        return True
+    for u, v in ((x, y), (1 - x, y), (y, x), (1 - y, x)):
+        if 0.16 < u < 0.28 and abs(v - 0.5) < (u - 0.16):
+            return True
+    return False
+
+
+def colour(sign, active, x, y):
+    if not plate(x, y):
+        return None
+    if sign(x, y):
+        return WHITE if active else INK
+    return ACCENT if active else PAPER
+
+
+def pixel(sign, active, column, row):
+    total, hits = [0, 0, 0], 0
+    for i in range(SAMPLES * SAMPLES):
+        x = (column + (i % SAMPLES + 0.5) / SAMPLES) / SIZE
+        y = (row + (i // SAMPLES + 0.5) / SAMPLES) / SIZE
+        found = colour(sign, active, x, y)
+        if found:
+            hits += 1
+            total = [a + b for a, b in zip(total, found)]
+    if not hits:
+        return bytes(4)
+    return bytes([round(value / hits) for value in total] + [round(230 * hits / SAMPLES ** 2)])
+
+
+def chunk(kind, data):
+    return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
+
+
+def write(name, sign, active):
+    rows = b"".join(b"\0" + b"".join(pixel(sign, active, column, row) for column in range(SIZE)) for row in range(SIZE))
+    header = struct.pack(">IIBBBBB", SIZE, SIZE, 8, 6, 0, 0, 0)
+    with open(os.path.join(os.path.dirname(os.path.abspath(__file__)), name + ".png"), "wb") as file:
+        file.write(b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", zlib.compress(rows, 9))
+                   + chunk(b"IEND", b""))
+
+
+for name, sign in (("zoom-plus", plus), ("zoom-minus", minus), ("position-mode", cross)):
+    write(name, sign, False)
+    write(name + "-active", sign, True)
