@@ -1,5 +1,6 @@
 #include "host/app/ViewerController.h"
 
+#include "domain/boundary/AppState.h"
 #include "host/app/ProjectLists.h"
 #include "host/app/SceneReader.h"
 #include "host/domain/ProjectStore.h"
@@ -62,6 +63,15 @@ ViewerController::ViewerController(QObject* parent)
     });
     connect(&m_loader, &SceneLoader::finished, this, &ViewerController::onSceneFilled);
     connect(&m_selection, &SceneSelection::changed, this, &ViewerController::onSelectionChanged);
+    connect(&m_observations, &ObservationPage::numberChanged, this, [this] {
+        if (m_project && !m_busy)
+            m_inspections.setObjects(ProjectLists::inspections(*m_project));
+    });
+    connect(&AppState::instance(), &AppState::activeInspectionChanged, this,
+            [this](const CDomainObjectPointer& inspection) {
+                if (inspection)
+                    m_observations.setInspection(inspection);
+            });
     connect(this, &ViewerController::currentIdChanged, this, &ViewerController::currentIdsChanged);
     connect(&ProjectStore::instance(), &ProjectStore::writeFailed, this, &ViewerController::setError);
 }
@@ -150,6 +160,7 @@ void ViewerController::closeProject()
     m_nodes.setObjects({});
     m_sections.setObjects({});
     m_inspections.setObjects({});
+    m_observations.setInspection({});
     emit projectChanged();
 }
 
@@ -191,6 +202,7 @@ void ViewerController::goTo(const QString& id)
     }
     m_selection.select(id);
     setCurrentId(id);
+    showObservationsOf(id);
     bringIntoView(bounds, closestGoTo);
 }
 
@@ -199,7 +211,15 @@ void ViewerController::onSelectionChanged()
     const QStringList ids = m_selection.ids();
     if (!ids.contains(m_currentId))
         setCurrentId(ids.value(0));
+    showObservationsOf(m_selection.inspectionId());
     emit currentIdsChanged();
+}
+
+void ViewerController::showObservationsOf(const QString& id)
+{
+    const auto object = m_project ? m_project->lookupObject(id) : nullptr;
+    if (object && object->objectType() == Database::PipeInspectionObjectType)
+        m_observations.setInspection(object);
 }
 
 QStringList ViewerController::currentIds() const

@@ -3,6 +3,7 @@
 #include "domain/boundary/CProjectObject.h"
 #include "host/app/CameraPose.h"
 #include "host/app/ObjectListModel.h"
+#include "host/app/ObservationPage.h"
 #include "host/app/SceneLoader.h"
 #include "host/app/SceneSelection.h"
 
@@ -34,6 +35,7 @@ class ViewerController : public QObject {
     Q_PROPERTY(QObject* nodesModel READ nodesModel CONSTANT)
     Q_PROPERTY(QObject* sectionsModel READ sectionsModel CONSTANT)
     Q_PROPERTY(QObject* inspectionsModel READ inspectionsModel CONSTANT)
+    Q_PROPERTY(QObject* observations READ observations CONSTANT)
 
 public:
     /** From where a project is seen when it has opened. */
@@ -69,6 +71,8 @@ public:
     ObjectListModel* nodesModel() { return &m_nodes; }
     ObjectListModel* sectionsModel() { return &m_sections; }
     ObjectListModel* inspectionsModel() { return &m_inspections; }
+    /** Of the inspection that was selected last, or the active one before any was. */
+    ObservationPage* observations() { return &m_observations; }
 
     /** Opens the project in a folder; the one before is closed first. Ends in opened() or in an errorText. */
     void openFolder(const QString& folder);
@@ -118,6 +122,7 @@ private:
     void setError(const QString& text);
     void setCurrentId(const QString& id);
     void onSelectionChanged();
+    void showObservationsOf(const QString& id);
 
     QSharedPointer<Database::CProjectObject> m_project;
     SceneLoader m_loader;
@@ -125,6 +130,7 @@ private:
     ObjectListModel m_nodes;
     ObjectListModel m_sections;
     ObjectListModel m_inspections;
+    ObservationPage m_observations;
     OpeningView m_openingView;
     Bounds m_bounds;
     QString m_projectName;

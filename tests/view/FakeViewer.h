@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/app/ObservationPage.h"
+
 #include <QAbstractListModel>
 #include <QObject>
 #include <QStringList>
@@ -70,6 +72,7 @@ class FakeViewer : public QObject {
     Q_PROPERTY(QObject* nodesModel MEMBER nodes CONSTANT)
     Q_PROPERTY(QObject* sectionsModel MEMBER sections CONSTANT)
     Q_PROPERTY(QObject* inspectionsModel MEMBER inspections CONSTANT)
+    Q_PROPERTY(QObject* observations MEMBER observations CONSTANT)
 
 public:
     Q_INVOKABLE void goTo(const QString& id) { calls << "goTo " + id; }
@@ -91,6 +94,8 @@ public:
     QObject* nodes = new FakeObjects(QStringLiteral("N"), 60, this);
     QObject* sections = new FakeObjects(QStringLiteral("P"), 40, this);
     QObject* inspections = new FakeObjects(QStringLiteral("I"), 0, this);
+    /** Of no inspection. */
+    QObject* observations = new Torvik::Viewer::ObservationPage(this);
     QStringList calls;
 
 signals:

@@ -4,12 +4,14 @@ import QtQuick.Layouts 1.12
 
 import "."
 
-/** The project's nodes, sections and inspections; a tap on a line goes to the object. */
+/** The project's nodes, sections and inspections, in which a tap on a line goes to the object, and the observations of
+ *  an inspection. */
 Rectangle {
     id: objectLists
 
     readonly property var models: [viewer.nodesModel, viewer.sectionsModel, viewer.inspectionsModel]
-    readonly property var names: [qsTr("Nodes"), qsTr("Pipes"), qsTr("Inspections")]
+    readonly property var names: [qsTr("Nodes"), qsTr("Pipes"), qsTr("Inspections"), qsTr("Observations")]
+    readonly property int observationsTab: 3
 
     color: Style.panel
 
@@ -32,6 +34,7 @@ Rectangle {
             id: search
 
             objectName: "search"
+            visible: list.visible
             Layout.fillWidth: true
             implicitHeight: Style.touch
             placeholderText: qsTr("Search by name")
@@ -47,9 +50,11 @@ Rectangle {
             }
         }
 
-        RowLayout {
+        GridLayout {
             Layout.fillWidth: true
-            spacing: 4
+            columns: 2
+            columnSpacing: 4
+            rowSpacing: 4
 
             Repeater {
                 model: objectLists.names
@@ -57,6 +62,7 @@ Rectangle {
                 ToolButton {
                     objectName: "tab" + index
                     Layout.fillWidth: true
+                    Layout.preferredWidth: 1
                     text: modelData
                     checked: list.kind === index
                     onClicked: list.kind = index
@@ -70,17 +76,18 @@ Rectangle {
             property int kind: 0
 
             objectName: "objects"
+            visible: kind !== objectLists.observationsTab
             Layout.fillWidth: true
             Layout.fillHeight: true
             clip: true
-            model: objectLists.models[kind]
+            model: visible ? objectLists.models[kind] : null
             boundsBehavior: Flickable.StopAtBounds
             currentIndex: -1
             ScrollBar.vertical: ScrollBar {}
 
             /** Brings the first marked line into sight. */
             function showMarked() {
-                for (const id of viewer.currentIds) {
+                for (const id of model ? viewer.currentIds : []) {
                     const line = model.rowOf(id)
                     if (line >= 0) {
                         positionViewAtIndex(line, ListView.Contain)
@@ -157,6 +164,12 @@ Rectangle {
                 color: Style.quietInk
                 font.pixelSize: Style.textSize
             }
+        }
+
+        ObservationsPage {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            visible: !list.visible
         }
     }
 }
