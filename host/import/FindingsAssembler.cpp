@@ -5,6 +5,7 @@
 #include "host/import/LateralJoins.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace Torvik::Import {
 
@@ -28,6 +29,12 @@ bool isConnection(const FindingData& finding)
     return (kind & Codes::connection) && !(kind & Codes::bend);
 }
 
+/** No survey knows the direction of a lateral's first piece better than that. */
+double toTenths(double degrees)
+{
+    return std::round(degrees * 10.0) / 10.0;
+}
+
 } // namespace
 
 FindingsAssembler::FindingsAssembler(const QVector<Pipe>& pipes, ImportReport& report)
@@ -38,7 +45,17 @@ FindingsAssembler::FindingsAssembler(const QVector<Pipe>& pipes, ImportReport& r
         QHash<QString, int>& byKey = m_pipeByKey[int(pipes[i].kind)];
         if (!byKey.contains(pipes[i].key))
             byKey.insert(pipes[i].key, i);
+        if (pipes[i].kind != PipeKind::Lateral)
+            continue;
+        if (!pipes[i].sectionId.isEmpty())
+            m_lateralsOf.insert(pipes[i].sectionId, i);
+        if (!pipes[i].course.isEmpty()) {
+            for (const Point& end : {pipes[i].course.first(), pipes[i].course.last()})
+                m_lateralEnds.append({end.x, end.y, i});
+        }
     }
+    std::sort(m_lateralEnds.begin(), m_lateralEnds.end(),
+              [](const LateralEnd& a, const LateralEnd& b) { return a.x < b.x; });
 }
 
 int FindingsAssembler::addInspection(const Inspection& inspection)
@@ -160,14 +177,15 @@ std::optional<FindingsAssembler::Joint> FindingsAssembler::jointOf(const Pipe& l
         if (lateral.course.size() < 2 || walked.size() < 2 ||
             endsAtNode(isDownstreamEnd ? lateral.toNodeId : lateral.fromNodeId))
             continue;
-        const QVector<Point> outward = isDownstreamEnd ? Course::reversed(lateral.course) : lateral.course;
-        const Course::Foot foot = Course::footOf(walked, outward[0]);
+        const int last = lateral.course.size() - 1;
+        const Point& end = lateral.course[isDownstreamEnd ? last : 0];
+        const Point& next = lateral.course[isDownstreamEnd ? last - 1 : 1];
+        const Course::Foot foot = Course::footOf(walked, end);
         if (foot.offset > OffsetToleranceM)
             continue;
         joint.distance = foot.along;
         if (lateral.isSurveyed && pipe.isSurveyed)
-            joint.branch =
-                Course::branchOf(Course::frameAt(walked, foot.along), Course::between(outward[0], outward[1]));
+            joint.branch = Course::branchOf(Course::frameAt(walked, foot.along), Course::between(end, next));
         return joint;
     }
     if (!isSaid || !lateral.joinDistance)
@@ -177,14 +195,35 @@ std::optional<FindingsAssembler::Joint> FindingsAssembler::jointOf(const Pipe& l
     return joint;
 }
 
+/** Laterals that may join: those with an end in the box around the course, and those that are said to. */
+QVector<int> FindingsAssembler::lateralsNear(const QVector<Point>& course, const QString& pipeId) const
+{
+    QVector<int> laterals = m_lateralsOf.values(pipeId).toVector();
+    if (!course.isEmpty()) {
+        const auto byX = [](const Point& a, const Point& b) { return a.x < b.x; };
+        const auto byY = [](const Point& a, const Point& b) { return a.y < b.y; };
+        const auto [west, east] = std::minmax_element(course.cbegin(), course.cend(), byX);
+        const auto [south, north] = std::minmax_element(course.cbegin(), course.cend(), byY);
+        auto end = std::lower_bound(m_lateralEnds.cbegin(), m_lateralEnds.cend(), west->x - OffsetToleranceM,
+                                    [](const LateralEnd& lateral, double x) { return lateral.x < x; });
+        for (; end != m_lateralEnds.cend() && end->x <= east->x + OffsetToleranceM; ++end) {
+            if (end->y >= south->y - OffsetToleranceM && end->y <= north->y + OffsetToleranceM)
+                laterals.append(end->lateral);
+        }
+    }
+    std::sort(laterals.begin(), laterals.end());
+    laterals.erase(std::unique(laterals.begin(), laterals.end()), laterals.end());
+    return laterals;
+}
+
 QVector<FindingsAssembler::Joint> FindingsAssembler::jointsOf(const Inspection& inspection) const
 {
     const Pipe& pipe = m_pipes[inspection.pipe];
     const QVector<Point> walked =
         inspection.direction == Direction::Upstream ? Course::reversed(pipe.course) : pipe.course;
     QVector<Joint> joints;
-    for (int i = 0; i < m_pipes.size(); ++i) {
-        if (m_pipes[i].kind != PipeKind::Lateral || m_claimed.contains(m_pipes[i].id))
+    for (const int i : lateralsNear(walked, pipe.id)) {
+        if (m_claimed.contains(m_pipes[i].id))
             continue;
         std::optional<Joint> joint = jointOf(m_pipes[i], pipe, walked, inspection.direction);
         if (!joint)
@@ -223,7 +262,7 @@ void FindingsAssembler::connect(int inspection)
         if (joint.branch && !row.finding.clock1)
             row.finding.clock1 = joint.branch->clock;
         if (joint.branch && !row.finding.angle)
-            row.finding.angle = joint.branch->angleDeg;
+            row.finding.angle = toTenths(joint.branch->angleDeg);
     }
 }
 

@@ -77,6 +77,14 @@ private:
         std::optional<Course::Branch> branch;
     };
 
+    /** An end of a lateral. */
+    struct LateralEnd {
+        double x;
+        double y;
+        int lateral;
+    };
+
+    QVector<int> lateralsNear(const QVector<Point>& course, const QString& pipeId) const;
     QVector<Joint> jointsOf(const Inspection& inspection) const;
     std::optional<Joint> jointOf(const Pipe& lateral, const Pipe& pipe, const QVector<Point>& walked,
                                  Direction direction) const;
@@ -90,6 +98,8 @@ private:
     QVector<Inspection> m_inspections;
     QVector<QVector<ObservationRow>> m_rows; ///< of m_inspections
     QHash<QString, int> m_pipeByKey[2];      ///< of each kind
+    QVector<LateralEnd> m_lateralEnds;       ///< from west to east
+    QMultiHash<QString, int> m_lateralsOf;   ///< by the section that they are said to join
     QSet<QString> m_claimed;                 ///< laterals that have their connection
 };
 

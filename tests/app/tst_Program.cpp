@@ -6,6 +6,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QtTest>
 
 using Kx::Test::TestProject;
@@ -74,6 +75,7 @@ private slots:
     void aMissingProjectGivesOneLineAndStatus1();
     void infoCountsAsJsonAndAsText();
     void anImportOfNothingLeavesNothing();
+    void findingsComeIntoAProject();
     void theDumpHoldsProjectorNodesAndSections();
     void theDumpHoldsObservationsAndConnections();
     void twoDumpsAreTheSame();
@@ -176,6 +178,31 @@ void tst_Program::anImportOfNothingLeavesNothing()
     QCOMPARE(outcome.status, 1);
     QVERIFY(!outcome.errors.isEmpty());
     QVERIFY(!QDir(m_folder->filePath("town")).exists());
+}
+
+void tst_Program::findingsComeIntoAProject()
+{
+    const QString source = QStringLiteral(KX_SOURCE_DIR "/tests/host_import/data/");
+    QFile file(m_folder->filePath("codes.csv"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("pipe,distance,code\nSURVEYED,7,BAB\nNOWHERE,1,BAB\n");
+    file.close();
+
+    const Outcome imported = run({"import", source + "findings_2017.xml", "town", "--findings", "codes.csv"});
+    const Outcome added = run({"findings", "town", "codes.csv", "codes.csv", "--report", "r.json"});
+    const Outcome failed = run({"findings", "village", "codes.csv"});
+
+    QCOMPARE(imported.status, 0);
+    QVERIFY2(imported.out.contains("observations: 25 read, 21 taken, 4 left out"), qPrintable(imported.out));
+    QCOMPARE(added.status, 0);
+    QVERIFY2(added.out.contains("observations: 4 read, 2 taken, 2 left out"), qPrintable(added.out));
+    QCOMPARE(added.errors.size(), 2);
+    QVERIFY(added.errors.first().startsWith("codes.csv:3: "));
+    QVERIFY(QFile::exists(m_folder->filePath("r.json")));
+    const Outcome info = run({"info", "town"});
+    QVERIFY2(info.out.contains(QRegularExpression("observations\\s+23")), qPrintable(info.out));
+    QCOMPARE(failed.status, 1);
+    QCOMPARE(failed.errors.size(), 1);
 }
 
 void tst_Program::theDumpHoldsProjectorNodesAndSections()

@@ -77,6 +77,7 @@ private slots:
     void aCourseThatWasChangedStays();
     void aLateralThatIsConnectedStays();
     void feetAreKept();
+    void anOpenProjectHearsOfThem();
 
 private:
     QString write(const QByteArray& content)
@@ -373,6 +374,20 @@ void tst_FindingsFile::feetAreKept()
 
     made.open(folder);
     QVERIFY(qAbs(observation(*made.project, 1, "BAB")->readValue("OBS_Distance").toDouble() - 10.0) < 1e-9);
+}
+
+void tst_FindingsFile::anOpenProjectHearsOfThem()
+{
+    const QString folder = project();
+    Made made;
+    made.open(folder);
+    const auto inspection = made.project->section(1)->inspection(0);
+    const int before = inspection->observationCount();
+
+    QVERIFY(addFindings({folder, {write("pipe,distance,code,clock,angle\nSTRAIGHT,12,BCC,9,90\n")}, {}}, made.report));
+
+    QTRY_COMPARE(inspection->observationCount(), before + 1);
+    QTRY_COMPARE(inspection->readValue("INS_Shape_WKT").toString().count(','), 4);
 }
 
 QTEST_GUILESS_MAIN(tst_FindingsFile)
