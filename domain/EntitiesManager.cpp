@@ -26,7 +26,7 @@ namespace {
 constexpr int ownShapeOrigin = 5000;
 constexpr int projectionOrigin = -1;
 /** Objects from which on a load leaves the scene. */
-constexpr int largeLoad = 500;
+constexpr int largeLoad = 3000;
 
 void logError(const char* message)
 {

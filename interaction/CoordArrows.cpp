@@ -41,7 +41,8 @@ CoordArrows::CoordArrows(Qt3DCore::QNode* parent)
 CoordArrows::~CoordArrows()
 {
     auto& known = arrows();
-    known.remove(known.key(this));
+    for (const QString& name : known.keys(this))
+        known.remove(name);
 }
 
 void CoordArrows::createArrows()

@@ -33,15 +33,28 @@ RotationRing::RotationRing(Qt3DCore::QEntity* parent)
     m_mesh->setSlices(slices);
     auto* const material = new Qt3DExtras::QPhongAlphaMaterial(this);
     material->setDiffuse(Qt::white);
-    material->setSpecular(Qt::white);
+    material->setSpecular(QColor(1, 1, 1));
     material->setAmbient(Qt::white);
     material->setShininess(0.0F);
     material->setAlpha(alpha);
-    for (Qt3DCore::QComponent* component : std::initializer_list<Qt3DCore::QComponent*> {place, m_mesh, material})
+    for (Qt3DCore::QComponent* component : std::initializer_list<Qt3DCore::QComponent*> {place, material})
         addComponent(component);
     followView();
     if (const auto* const camera = SceneRoot::camera())
         connect(camera, &Qt3DRender::QCamera::viewVectorChanged, this, &RotationRing::followView);
+}
+
+void RotationRing::setShown(bool shown)
+{
+    setEnabled(shown);
+    m_picker->setEnabled(shown);
+    if (m_shown == shown)
+        return;
+    m_shown = shown;
+    if (shown)
+        addComponent(m_mesh);
+    else
+        removeComponent(m_mesh);
 }
 
 float RotationRing::radius() const

@@ -19,12 +19,15 @@ public:
     explicit RotationRing(Qt3DCore::QEntity* parent);
 
     ObjectPicker* picker() const { return m_picker; }
+    /** Hidden at first. A hidden ring has no mesh: the renderer's picking would still hit it. */
+    void setShown(bool shown);
     float radius() const;
 
 private:
     void followView();
 
     Qt3DExtras::QCylinderMesh* m_mesh;
+    bool m_shown = false;
     ObjectPicker* m_picker;
 };
 

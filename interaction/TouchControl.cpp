@@ -12,6 +12,8 @@
 #include "scene/SceneRoot.h"
 #include "scene/SelectionAwareness.h"
 
+#include <utility>
+
 namespace Torvik::View3d {
 
 namespace {
@@ -55,7 +57,16 @@ TouchControl::TouchControl(Renderable* parent, bool enabled)
     connect(this, &Qt3DCore::QNode::enabledChanged, this, &TouchControl::onEnabledChanged);
 }
 
-TouchControl::~TouchControl() = default;
+TouchControl::~TouchControl()
+{
+    giveCameraBack();
+    for (const auto& arrows : qAsConst(m_axisArrows)) {
+        if (arrows)
+            arrows->deleteLater();
+    }
+    if (m_customPicker)
+        m_customPicker->deleteLater();
+}
 
 void TouchControl::setupMouseHandler()
 {
@@ -68,8 +79,16 @@ bool TouchControl::isLabel() const
     return m_renderable->renderableType() == QLatin1String("label");
 }
 
+void TouchControl::selectOnTap()
+{
+    selectOnPress();
+    m_selectedByTap = true;
+}
+
 void TouchControl::selectOnPress()
 {
+    // The renderer may tell of a quick tap's press when the tap has selected already.
+    const bool again = std::exchange(m_selectedByTap, false) && SelectionAwareness::instance().selectionInProgress();
     SceneRoot* const root = SceneRoot::instance();
     const QString guid = m_renderable->guid();
     if (guid.startsWith(connectionPrefix)) {
@@ -82,12 +101,9 @@ void TouchControl::selectOnPress()
         setMode(ScreenTranslation);
         return;
     }
-    // A quick tap may have selected it already, before the renderer found what lies under it.
-    const auto& selection = SelectionAwareness::instance();
-    const bool selectedByThisTap = selection.selectionInProgress() && selection.lastSelected() == guid;
     if (root->maxSelection() < 2)
         root->selectOneByDomainGuid(guid);
-    else if (!selectedByThisTap)
+    else if (!again || SelectionAwareness::instance().lastSelected() != guid)
         root->selectNextByDomainGuid(guid);
     setMode(modeOfNavigation());
 }
@@ -95,8 +111,8 @@ void TouchControl::selectOnPress()
 void TouchControl::onEnabledChanged(bool enabled)
 {
     createHelperTorus();
-    if (m_ring)
-        m_ring->picker()->setEnabled(enabled);
+    if (m_ring && m_mode == Rotation)
+        m_ring->setShown(enabled);
 }
 
 void TouchControl::createHelperTorus()
@@ -104,7 +120,7 @@ void TouchControl::createHelperTorus()
     if (m_ring || !isEnabled())
         return;
     m_ring = new RotationRing(this);
-    m_ring->setEnabled(false);
+    m_ring->setShown(false);
     connect(m_ring->picker(), &ObjectPicker::pressed, this, &TouchControl::torusPicked);
 }
 
@@ -165,16 +181,14 @@ void TouchControl::setMode(Mode const& mode)
 
 void TouchControl::setRotationMode()
 {
-    m_ring->setEnabled(true);
-    m_ring->picker()->setEnabled(true);
+    m_ring->setShown(true);
     // Only the ring can be picked now.
     disablePick();
 }
 
 void TouchControl::setTranslationMode()
 {
-    m_ring->setEnabled(false);
-    m_ring->picker()->setEnabled(false);
+    m_ring->setShown(false);
     enablePick();
 }
 
@@ -232,8 +246,10 @@ void TouchControl::createAxisControlArrowsForOneAxis(const QVector3D& normal, co
 
 void TouchControl::clearAxisControlArrows()
 {
+    // One that is pressed will not tell of its release any more.
+    resetControlAxis();
     // Later: one of them may be telling of a press right now.
-    for (AxisControlArrows* arrows : qAsConst(m_axisArrows)) {
+    for (const auto& arrows : qAsConst(m_axisArrows)) {
         arrows->setEnabled(false);
         arrows->deleteLater();
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "interaction/AxisControlArrows.h"
+#include "interaction/CustomPicker.h"
 #include "interaction/TouchInput.h"
 #include "scene/KxView3dExport.h"
 #include "scene/TouchControlBase.h"
@@ -24,8 +26,6 @@ class QPickEvent;
 
 namespace Torvik::View3d {
 
-class AxisControlArrows;
-class CustomPicker;
 class RotationRing;
 
 /** Turns a press on its object into selection, a double tap, a drag on a plane or along one axis, a turn about the
@@ -47,8 +47,6 @@ public:
     void disablePick() override;
     void allow(bool allowed) override;
     bool isAllowed() const override { return m_allowed; }
-    /** Enables the control. ScreenTranslation is final. */
-    void setMode(Mode const& mode) override;
     void addAxisControlArrows(float size) override;
     void clearAxisControlArrows() override;
     bool axisArrowVisible() const override { return m_axisArrowVisible; }
@@ -62,7 +60,7 @@ public:
     QVector3D renderableWorldPos() const;
     CustomPicker* customPicker() const { return m_customPicker; }
     RotationRing* rotationRing() const { return m_ring; }
-    const QList<AxisControlArrows*>& axisArrows() const { return m_axisArrows; }
+    const QList<QPointer<AxisControlArrows>>& axisArrows() const { return m_axisArrows; }
     /** Whether a drag of the object takes the gestures from the camera. */
     bool objectDragAllowed() const;
     /** Turns the object about the vertical by degrees. */
@@ -70,10 +68,16 @@ public:
     float calculateRotationTorusRadius() const;
     /** The selection that a press on the object brings about. */
     void selectOnPress();
+    /** The same for a tap whose press the renderer has not told of, or not yet. */
+    void selectOnTap();
     /** Ends a drag or turn under way as a release does, for a finger whose release was not seen. */
     void finishGesture();
 
 public slots:
+    /** Enables the control. ScreenTranslation is final. */
+    void setMode(Torvik::View3d::TouchControlBase::Mode const& mode) override;
+    /** Takes the scene's source of movement; done by the constructor. */
+    void setupMouseHandler();
     void frameTriggered(float dt);
     void movedXZ(Qt3DInput::QMouseEvent* mouse);
     void rotated(Qt3DInput::QMouseEvent* mouse);
@@ -89,7 +93,6 @@ private:
     using PointerSlot = void (TouchControl::*)(Qt3DInput::QMouseEvent*);
     using Finish = void (TouchControl::*)();
 
-    void setupMouseHandler();
     void createHelperTorus();
     void onEnabledChanged(bool enabled);
     void updateAxisControlArrows();
@@ -101,7 +104,8 @@ private:
 
     void startGesture(PointerSlot moved, Finish finish);
     void stopGesture();
-    void released(Qt3DInput::QMouseEvent* mouse);
+    void takeCamera();
+    void giveCameraBack();
     void finishTranslation();
     void finishRotation();
     /** Scene point on the plane through the object under a position on the screen. */
@@ -109,9 +113,9 @@ private:
     QVector3D dragPlaneNormal() const;
 
     Renderable* m_renderable;
-    CustomPicker* m_customPicker;
+    QPointer<CustomPicker> m_customPicker;
     RotationRing* m_ring = nullptr;
-    QList<AxisControlArrows*> m_axisArrows;
+    QList<QPointer<AxisControlArrows>> m_axisArrows;
     QTimer m_doubleTapTimer;
     QPointer<TouchInput> m_input;
     QList<QMetaObject::Connection> m_gesture; ///< between press and release
@@ -122,6 +126,8 @@ private:
     Mode m_mode = Translation;
     QPointF m_mouse;
     bool m_moved = false;
+    bool m_holdsCamera = false;
+    bool m_selectedByTap = false;
     bool m_allowed = false;
     QVector3D m_axisLock;
     QVector3D m_controlAxis;

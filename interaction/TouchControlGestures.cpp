@@ -14,6 +14,8 @@
 #include <Qt3DRender/QCamera>
 #include <Qt3DRender/QPickEvent>
 
+#include <utility>
+
 /** What a finger does between press and release: the second part of TouchControl's source. */
 namespace Torvik::View3d {
 
@@ -72,7 +74,6 @@ void TouchControl::startGesture(PointerSlot moved, Finish finish)
         return;
     m_gesture = {
         connect(m_input->mouseHandler(), &Qt3DInput::QMouseHandler::positionChanged, this, moved),
-        connect(m_input->mouseHandler(), &Qt3DInput::QMouseHandler::released, this, &TouchControl::released),
         connect(m_input->frameAction(), &Qt3DLogic::QFrameAction::triggered, this, &TouchControl::frameTriggered),
     };
 }
@@ -97,7 +98,7 @@ void TouchControl::onPressedObject(Qt3DRender::QPickEvent* pick)
     else
         m_doubleTapTimer.start();
     if (objectDragAllowed())
-        GlobalNav::instance()->setActiveObjectTransformControl(true);
+        takeCamera();
     m_pressPosition = rounded(pick->position());
     m_customPicker->disablePick();
     if (m_mode == ScreenTranslation)
@@ -141,22 +142,33 @@ void TouchControl::moveParent(QVector3D vector)
     moveParent(vector, TransformFlags::Manual);
 }
 
-void TouchControl::released(Qt3DInput::QMouseEvent* mouse)
+void TouchControl::takeCamera()
 {
-    m_pressPosition = positionOf(mouse);
-    finishGesture();
+    GlobalNav::instance()->setActiveObjectTransformControl(true);
+    m_holdsCamera = true;
+}
+
+void TouchControl::giveCameraBack()
+{
+    // Remembered, not asked anew: what allowed the drag may have gone meanwhile.
+    if (std::exchange(m_holdsCamera, false))
+        GlobalNav::instance()->setActiveObjectTransformControl(false);
 }
 
 void TouchControl::finishGesture()
 {
-    if (!m_gesture.isEmpty())
+    if (!m_gesture.isEmpty()) {
         (this->*m_finish)();
+    } else if (m_holdsCamera) {
+        // A press whose ray met no plane began no drag.
+        m_customPicker->enablePick();
+        giveCameraBack();
+    }
 }
 
 void TouchControl::finishTranslation()
 {
-    if (objectDragAllowed())
-        GlobalNav::instance()->setActiveObjectTransformControl(false);
+    giveCameraBack();
     m_moved = false;
     m_customPicker->enablePick();
     stopGesture();
@@ -177,7 +189,7 @@ void TouchControl::torusPicked(Qt3DRender::QPickEvent* pick)
 void TouchControl::rotated(Qt3DInput::QMouseEvent* mouse)
 {
     if (objectDragAllowed())
-        GlobalNav::instance()->setActiveObjectTransformControl(true);
+        takeCamera();
     const auto point = pointUnder(positionOf(mouse), up);
     if (!point)
         return;
@@ -195,8 +207,7 @@ void TouchControl::finishRotation()
 {
     m_customPicker->enablePick();
     stopGesture();
-    if (objectDragAllowed())
-        GlobalNav::instance()->setActiveObjectTransformControl(false);
+    giveCameraBack();
 }
 
 } // namespace Torvik::View3d

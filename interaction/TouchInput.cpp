@@ -4,6 +4,8 @@
 #include "interaction/CustomPicker.h"
 #include "interaction/RotationRing.h"
 #include "interaction/TouchControl.h"
+#include "network/Observation.h"
+#include "network/Section.h"
 #include "scene/Renderable.h"
 
 #include <Qt3DInput/QMouseDevice>
@@ -14,6 +16,11 @@
 namespace Torvik::View3d {
 
 namespace {
+
+bool isGrabbable(const Renderable* renderable)
+{
+    return renderable->touchControl() != nullptr;
+}
 
 TouchControl* controlOf(Renderable* renderable)
 {
@@ -35,13 +42,25 @@ TouchInput::TouchInput(Qt3DCore::QEntity* root)
     connect(m_picker, &ObjectPicker::released, this, &TouchInput::onReleased);
     root->addComponent(m_picker);
     m_mouseHandler->setSourceDevice(m_mouseDevice);
+    connect(m_mouseHandler, &Qt3DInput::QMouseHandler::pressed, this, &TouchInput::onMousePressed);
     connect(m_mouseHandler, &Qt3DInput::QMouseHandler::released, this, &TouchInput::onReleased);
     addComponent(m_mouseHandler);
     addComponent(m_frameAction);
 }
 
+void TouchInput::onMousePressed()
+{
+    // Comes before the picker's word of the same press.
+    m_cancelled = false;
+    m_hit = nullptr;
+}
+
 void TouchInput::onPressed(Qt3DRender::QPickEvent* pick)
 {
+    if (m_cancelled)
+        return;
+    // A release that was never told.
+    onReleased();
     for (auto* entity = pick->entity(); entity; entity = entity->parentEntity()) {
         if (auto* const arrows = qobject_cast<AxisControlArrows*>(entity)) {
             m_pressed = arrows->renderable()->touchControl();
@@ -51,8 +70,11 @@ void TouchInput::onPressed(Qt3DRender::QPickEvent* pick)
             m_pressed = ring->parentEntity();
             return pressHandle(ring->picker(), pick);
         }
-        if (auto* const renderable = qobject_cast<Renderable*>(entity))
+        if (auto* const renderable = qobject_cast<Renderable*>(entity); renderable && isGrabbable(renderable))
             return pressObject(renderable, pick);
+        // A stub at a joint is part of the pipe.
+        if (const auto* const observation = qobject_cast<Observation*>(entity))
+            return pressObject(observation->section(), pick);
     }
 }
 
@@ -67,6 +89,7 @@ void TouchInput::pressHandle(ObjectPicker* handle, Qt3DRender::QPickEvent* pick)
 void TouchInput::pressObject(Renderable* renderable, Qt3DRender::QPickEvent* pick)
 {
     TouchControl* const control = controlOf(renderable);
+    m_hit = control ? renderable : nullptr;
     m_pressed = control;
     if (control)
         control->customPicker()->press(pick);
@@ -90,8 +113,14 @@ void TouchInput::onReleased()
     m_pressed = nullptr;
 }
 
+Renderable* TouchInput::hit() const
+{
+    return qobject_cast<Renderable*>(m_hit);
+}
+
 void TouchInput::cancel()
 {
+    m_cancelled = true;
     onReleased();
 }
 

@@ -38,10 +38,13 @@ public:
     Qt3DInput::QMouseHandler* mouseHandler() const { return m_mouseHandler; }
     Qt3DLogic::QFrameAction* frameAction() const { return m_frameAction; }
 
+    /** The object that the present press has hit, or null. */
+    Renderable* hit() const;
     /** Ends what the finger does, as its release would: something else has taken it over. */
     void cancel();
 
 private:
+    void onMousePressed();
     void onPressed(Qt3DRender::QPickEvent* pick);
     void pressHandle(ObjectPicker* handle, Qt3DRender::QPickEvent* pick);
     void pressObject(Renderable* renderable, Qt3DRender::QPickEvent* pick);
@@ -53,6 +56,8 @@ private:
     Qt3DInput::QMouseHandler* m_mouseHandler;
     Qt3DLogic::QFrameAction* m_frameAction;
     QPointer<ObjectPicker> m_pressedHandle;
+    QPointer<QObject> m_hit;
+    bool m_cancelled = false;
     QPointer<QObject> m_pressed; ///< the control of the object under the finger
 };
 

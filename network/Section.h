@@ -274,6 +274,7 @@ private:
     QHash<QString, float> m_laterals;
     ShapeAccess m_shapeAccess;
     Qt3DCore::QEntity* m_directionArrow = nullptr;
+    Qt3DCore::QComponent* m_directionArrowMesh = nullptr; ///< on the arrow while it is shown
     std::optional<QString> m_name;
     bool m_connecting = false;
     QQuaternion m_savedRotation;

@@ -172,7 +172,7 @@ void Section::createDirectionArrow()
     auto* const place = new Qt3DCore::QTransform(m_directionArrow);
     place->setRotationY(180.0F);
     place->setScale(arrowScale);
-    m_directionArrow->addComponent(mesh);
+    m_directionArrowMesh = mesh;
     m_directionArrow->addComponent(place);
     if (const SceneRoot* const root = SceneRoot::instance(); root && root->materialSelected())
         m_directionArrow->addComponent(root->materialSelected());
@@ -183,13 +183,19 @@ void Section::showDirectionArrow()
     if (m_startNode && m_startNode->isVirtual())
         return;
     createDirectionArrow();
+    if (isDirectionArrowShown())
+        return;
     m_directionArrow->setEnabled(true);
+    m_directionArrow->addComponent(m_directionArrowMesh);
 }
 
 void Section::hideDirectionArrow()
 {
-    if (m_directionArrow)
-        m_directionArrow->setEnabled(false);
+    if (!isDirectionArrowShown())
+        return;
+    m_directionArrow->setEnabled(false);
+    // Picking would hit it, hidden or not.
+    m_directionArrow->removeComponent(m_directionArrowMesh);
 }
 
 bool Section::isDirectionArrowShown() const

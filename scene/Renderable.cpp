@@ -13,10 +13,8 @@ constexpr int changeFinishedMs = 750;
 Renderable::Renderable(Qt3DCore::QEntity* parent)
     : Qt3DCore::QEntity(parent)
     , m_changeFinished(changeFinishedMs, [this] { emit editingFinished(); })
-    , m_guid(QStringLiteral("rnd_") + Database::CGuidHelper::createGuid())
 {
     initTransform();
-    initChangeFinishedTimer();
 }
 
 Renderable::~Renderable() = default;
@@ -25,14 +23,15 @@ void Renderable::initTransform()
 {
     m_transform = new FlaggedTransform(0);
     addComponent(m_transform);
-    connect(m_transform, &FlaggedTransform::translationChanged, this, &Renderable::transformChanged);
-    connect(m_transform, &FlaggedTransform::rotationChanged, this, &Renderable::transformChanged);
-    connect(m_transform, &FlaggedTransform::flagsChanged, this, &Renderable::transformChanged);
+    connect(m_transform, &FlaggedTransform::translationChanged, this, &Renderable::tellChange);
+    connect(m_transform, &FlaggedTransform::rotationChanged, this, &Renderable::tellChange);
+    connect(m_transform, &FlaggedTransform::flagsChanged, this, &Renderable::tellChange);
 }
 
-void Renderable::initChangeFinishedTimer()
+void Renderable::tellChange()
 {
-    connect(this, &Renderable::transformChanged, this, [this] { m_changeFinished.start(); });
+    m_changeFinished.start();
+    emit transformChanged();
 }
 
 FlaggedTransform* Renderable::transform() const
@@ -66,6 +65,9 @@ void Renderable::setDefaultMaterial() {}
 
 QString Renderable::guid()
 {
+    // Most objects go by the id of their record.
+    if (m_guid.isEmpty())
+        m_guid = QStringLiteral("rnd_") + Database::CGuidHelper::createGuid();
     return m_guid;
 }
 
@@ -122,7 +124,7 @@ void Renderable::setRotation(QQuaternion rotation, MeasurementType flags)
 void Renderable::setTransform(const FlaggedTransform* other)
 {
     m_transform->setMatrix(other->matrix(), other->getFlags());
-    emit transformChanged();
+    tellChange();
 }
 
 int Renderable::transformFlags() const

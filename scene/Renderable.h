@@ -104,7 +104,7 @@ protected:
 
 private:
     void initTransform();
-    void initChangeFinishedTimer();
+    void tellChange();
     void setRotationKeepingSource(const QQuaternion& rotation) { setRotation(rotation, 0); }
     void setPositionKeepingSource(const QVector3D& position) { setPosition(position, 0); }
 

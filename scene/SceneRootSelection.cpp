@@ -5,6 +5,7 @@
 #include "domain/boundary/CProjectObject.h"
 #include "interaction/TapMath.h"
 #include "interaction/TouchControl.h"
+#include "interaction/TouchInput.h"
 #include "network/ConnectionPoint.h"
 #include "network/Node.h"
 #include "network/ObservationConnection.h"
@@ -249,11 +250,16 @@ Renderable* SceneRoot::nearestObject(const QPointF& position) const
 
 bool SceneRoot::selectNear(const QPointF& position)
 {
-    Renderable* const object = m_selectionsEnabled ? nearestObject(position) : nullptr;
+    if (!m_selectionsEnabled)
+        return false;
+    // What the press has hit is seen there; otherwise what is nearest.
+    Renderable* const hit = m_touchInput->hit();
+    Renderable* const object = hit ? hit : nearestObject(position);
     auto* const control = object ? qobject_cast<TouchControl*>(object->touchControl()) : nullptr;
     if (!control)
         return false;
-    control->selectOnPress();
+    if (SelectionAwareness::instance().lastSelected() != object->guid())
+        control->selectOnTap();
     return true;
 }
 

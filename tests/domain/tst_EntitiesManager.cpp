@@ -273,7 +273,7 @@ private slots:
         Qt3DCore::QEntity scene;
         m_root->setParent(&scene);
         TestProject town(utm32);
-        for (int i = 0; i < 600; ++i)
+        for (int i = 0; i < 3100; ++i)
             town.addNode(QString::number(i), placeA);
         auto& manager = m_root->entitiesManager();
         bool inSceneMeanwhile = true;
@@ -285,7 +285,7 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(!manager.isBusy(), 20000);
         QVERIFY(!inSceneMeanwhile);
         QCOMPARE(m_root->parentNode(), &scene);
-        QCOMPARE(SceneEntities::instance().getNodes().size(), 600);
+        QCOMPARE(SceneEntities::instance().getNodes().size(), 3100);
 
         // Opened again while the first lot still leaves: the root goes out of the scene after that only.
         town.reopen();

@@ -79,9 +79,9 @@ private slots:
                               "sceneXChanged", "sceneYChanged", "mousePress", "mapTranslation",
                               "mapTranslationFinished", "translationFinished", "shortTap", "viewTypeChanged"}));
         slotNames.sort();
-        QCOMPARE(slotNames,
-                 QStringList({"_onPressed", "_onReleased", "scene", "setCamera", "setControlPlanes", "setMaxDist",
-                              "setMinDist", "setMode", "setScene", "setSceneHeight", "setSceneWidth", "setViewType"}));
+        QCOMPARE(slotNames, QStringList({"_onPressed", "_onReleased", "abandonGesture", "scene", "setCamera",
+                                         "setControlPlanes", "setMaxDist", "setMinDist", "setMode", "setScene",
+                                         "setSceneHeight", "setSceneWidth", "setViewType"}));
     }
 
     void theLeftButtonIsWiredToTheMouse()

@@ -40,6 +40,9 @@ private slots:
     void aFreeHeightMovesInThePlaneOfTheView();
     void theRingTurnsAPipeAboutItsStart();
     void inTurnModeTheObjectItselfCannotBePicked();
+    void aHiddenRingCatchesNoPress();
+    void anObjectThatDiesUnderTheFingerGivesTheCameraBack();
+    void arrowsThatGoDuringADragLeaveNoAxisBehind();
     void twoTapsAndAConnectionAreAPreview();
     void aSphereIsPickedInConnectionModeOnly();
     void aRayStretchesAPipeToTheOneAhead();
@@ -318,17 +321,66 @@ void tst_Touch::theRingTurnsAPipeAboutItsStart()
 void tst_Touch::inTurnModeTheObjectItselfCannotBePicked()
 {
     Node* const manhole = node(m_a);
+    manhole->allowTouchControl(true);
+    GlobalNav::instance()->setTranslateMode(false);
     m_view->root()->selectOneByDomainGuid(manhole->guid());
     manhole->touchControl()->setMode(TouchControlBase::Rotation);
-    m_view->root()->deselectAll();
-    // Deselected, it can be picked again.
-    QTest::qWait(400);
     m_view->frames(4);
-    m_view->tap(pixel(manhole));
-    QTRY_VERIFY(m_view->root()->isSelected(manhole->guid()));
-    manhole->touchControl()->setMode(TouchControlBase::Rotation);
-    manhole->touchControl()->disablePick();
-    m_view->root()->selectOneByDomainGuid(m_b->id());
+    const QVector3D place = manhole->position();
+    const QPoint from = pixel(manhole);
+    m_view->drag(from, from + QPoint(0, -60));
+    GlobalNav::instance()->setTranslateMode(true);
+    QCOMPARE(manhole->position(), place);
+}
+
+void tst_Touch::aHiddenRingCatchesNoPress()
+{
+    m_view->root()->selectOneByDomainGuid(m_a->id());
+    node(m_a)->touchControl()->setMode(TouchControlBase::Rotation);
+    m_view->frames(4);
+    node(m_a)->touchControl()->setMode(TouchControlBase::Translation);
+    m_view->root()->deselectAll();
+    QTest::qWait(400);
+    // Behind the ring's place lies the pipe; a drag of it must begin.
+    section()->allowTouchControl(true);
+    section()->touchControl()->setAxisArrowVisible(true);
+    const QVector3D place = section()->position();
+    const QPoint from = (pixel(node(m_a)) + pixel(node(m_b))) / 2; // inside the ring, outside the arrows
+    m_view->drag(from, from + QPoint(0, -60));
+    QVERIFY(section()->position().z() - place.z() > 1.0F);
+}
+
+void tst_Touch::anObjectThatDiesUnderTheFingerGivesTheCameraBack()
+{
+    node(m_a)->allowTouchControl(true);
+    const QPoint from = pixel(node(m_a));
+    m_view->press(from);
+    m_view->moveTo(from + QPoint(10, -20));
+    QVERIFY(!m_view->controller()->isEnabled());
+    m_project->close();
+    QTRY_VERIFY(m_view->controller()->isEnabled());
+    m_view->release(from);
+    QVERIFY(m_view->controller()->isEnabled());
+    m_project = std::make_unique<TestProject>(); // for cleanup
+}
+
+void tst_Touch::arrowsThatGoDuringADragLeaveNoAxisBehind()
+{
+    section()->allowTouchControl(true);
+    section()->touchControl()->setAxisArrowVisible(true);
+    m_view->frames(6);
+    const QPoint from = m_view->pixelOf(section()->position() + QVector3D(0, 0, 3.0F));
+    m_view->press(from);
+    QVERIFY(!m_view->controller()->isEnabled());
+    section()->touchControl()->setAxisArrowVisible(false);
+    m_view->release(from);
+    QVERIFY(m_view->controller()->isEnabled());
+    section()->touchControl()->setAxisArrowVisible(true);
+    const QVector3D place = section()->position();
+    const QPoint onPipe = (pixel(node(m_a)) + pixel(node(m_b))) / 2;
+    m_view->drag(onPipe, onPipe + QPoint(-40, -40));
+    QVERIFY(qAbs(section()->position().x() - place.x()) > 1.0F);
+    QVERIFY(qAbs(section()->position().z() - place.z()) > 1.0F);
 }
 
 void tst_Touch::twoTapsAndAConnectionAreAPreview()
