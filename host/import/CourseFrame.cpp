@@ -9,8 +9,8 @@ namespace {
 
 constexpr double Pi = 3.14159265358979323846;
 constexpr double DegreesPerHour = 30.0;
-/** Sine of the angle below which two directions count as one. */
-constexpr double ParallelSine = 1e-6;
+/** A unit vector less than this off the plumb line in east and north counts as plumb, as it does in the view. */
+constexpr double PlumbTolerance = 0.01;
 
 double radians(double degrees)
 {
@@ -42,16 +42,29 @@ double lengthOf(const Vector& a)
     return std::sqrt(dot(a, a));
 }
 
-/** The frame along `forward` whose twelve o'clock is nearest to that of `reference`. */
-Frame upright(const Vector& forward, const Frame& reference)
+/** The frame along `forward` with that three o'clock, which must be at a right angle to it. */
+Frame frameWith(const Vector& forward, const Vector& right)
 {
-    const Vector side = cross(forward, reference.up);
-    const double size = lengthOf(side);
-    Frame frame {forward, {}, reference.right};
-    if (size > ParallelSine)
-        frame.right = scaled(side, 1.0 / size);
-    frame.up = cross(frame.right, forward);
-    return frame;
+    return {forward, cross(right, forward), right};
+}
+
+bool isPlumb(const Vector& direction)
+{
+    return std::abs(direction.east) < PlumbTolerance && std::abs(direction.north) < PlumbTolerance;
+}
+
+Vector unit(const Vector& a)
+{
+    return scaled(a, 1.0 / lengthOf(a));
+}
+
+/** `aside` is what three o'clock shall be near to where the direction is plumb. */
+Frame upright(const Vector& forward, const Vector& aside)
+{
+    if (!isPlumb(forward))
+        return frameWith(forward, unit(cross(forward, {0.0, 0.0, 1.0})));
+    const double along = dot(aside, forward);
+    return frameWith(forward, unit(sum(aside, scaled(forward, -along))));
 }
 
 Point moved(const Point& from, const Vector& way)
@@ -71,9 +84,8 @@ Vector between(const Point& from, const Point& to)
 
 Frame frameOf(const Vector& direction)
 {
-    const Frame level {{0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}, {1.0, 0.0, 0.0}};
     const double size = lengthOf(direction);
-    return size > 0.0 ? upright(scaled(direction, 1.0 / size), level) : level;
+    return upright(size > 0.0 ? scaled(direction, 1.0 / size) : Vector {0.0, 1.0, 0.0}, {0.0, 1.0, 0.0});
 }
 
 Frame turned(const Frame& frame, double clock, double angleDeg)
@@ -81,7 +93,7 @@ Frame turned(const Frame& frame, double clock, double angleDeg)
     const double angle = radians(angleDeg);
     const double dial = radians(clock * DegreesPerHour);
     const Vector aside = sum(scaled(frame.up, std::cos(dial)), scaled(frame.right, std::sin(dial)));
-    return upright(sum(scaled(frame.forward, std::cos(angle)), scaled(aside, std::sin(angle))), frame);
+    return upright(sum(scaled(frame.forward, std::cos(angle)), scaled(aside, std::sin(angle))), frame.right);
 }
 
 Foot footOf(const QVector<Point>& course, const Point& point)

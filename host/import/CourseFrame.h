@@ -25,9 +25,11 @@ struct Bend {
     double angleDeg = 0.0; ///< deflection from straight on
 };
 
-/** The frame whose twelve o'clock is as high as it can be. A plumb direction has its three o'clock in the east. */
+/** The frame whose twelve o'clock is as high as it can be. A plumb direction, which has no such hour, has three o'clock
+ * in the north. */
 Frame frameOf(const Vector& direction);
-/** The frame behind a bend: it turns with the pipe, so a bend after a plumb piece counts from the one before it. */
+/** The frame behind a bend, upright again; where the pipe becomes plumb, three o'clock stays where it was before. The
+ * view keeps its chains like this. */
 Frame turned(const Frame& frame, double clock, double angleDeg);
 
 /** Where a point lies beside a course: how far along the course (in space), and how far off it in plan. */
