@@ -6,6 +6,7 @@
 #include "scene/GlobalNav.h"
 #include "scene/SelectionAwareness.h"
 
+#include <Qt3DInput/QMouseEvent>
 #include <QtTest>
 
 using namespace Torvik::View3d;
@@ -15,6 +16,15 @@ namespace {
 const QString awareness = QStringLiteral("Torvik::SelectionAwareness");
 const QString notOnList = QStringLiteral("Trying to deselect id, which is not on selection list");
 constexpr int pastTheGuard = 370;
+
+const QString noObject = QStringLiteral("Cannot dynamic cast existing QNode to Renderable");
+const QColor selectedColour(60, 60, 255);
+const QColor usualColour(60, 255, 60);
+
+QColor colourOf(const Section* section)
+{
+    return section->pipe()->appearance().colors.first();
+}
 
 Renderable* inVariant(const QVariant& variant)
 {
@@ -70,6 +80,14 @@ private slots:
         QVERIFY(!list.selectionInProgress());
         list.selectNext("a");
         QVERIFY(list.selectionInProgress());
+        // One from the middle of the list begins it anew as well.
+        list.selectNext("b");
+        QTest::qWait(pastTheGuard);
+        QVERIFY(!list.selectionInProgress());
+        list.selectNext("a");
+        QVERIFY(list.selectionInProgress());
+        list.deselectAll();
+        QVERIFY(list.selectionInProgress());
     }
 
     void aSelectionInProgressKeepsItsGuid()
@@ -101,12 +119,37 @@ private slots:
         QCOMPARE(inVariant(root().selectedRenderableVariant()), m_b);
     }
 
+    void aSelectedObjectShowsIt()
+    {
+        Section* const section = courseOf(m_a, m_b);
+        root().selectOneByDomainGuid(section->guid());
+        QCOMPARE(colourOf(section), selectedColour);
+        root().selectOneByDomainGuid(m_b->guid());
+        QCOMPARE(colourOf(section), usualColour);
+        root().setMaxSelection(2);
+        root().selectNextByDomainGuid(section->guid());
+        QCOMPARE(colourOf(section), selectedColour);
+        root().deselectAll();
+        QCOMPARE(colourOf(section), usualColour);
+    }
+
     void theOnlySelectedObjectIsNotSelectedAgain()
     {
         root().selectOneByDomainGuid(m_a->guid());
         QSignalSpy changed(&root(), &SceneRoot::selectedRenderableChanged);
         QCOMPARE(inVariant(root().selectOneByDomainGuid(m_a->guid())), m_a);
+        root().setMaxSelection(2);
+        QCOMPARE(inVariant(root().selectNextByDomainGuid(m_a->guid())), m_a);
         QCOMPARE(changed.count(), 0);
+        QCOMPARE(root().selectionsCount(), 1);
+    }
+
+    void anEmptyEntryAmongTheNodesHidesNoSection()
+    {
+        Section* const section = courseOf(m_a, m_b);
+        SceneEntities::instance().getNodes().insert(section->guid(), nullptr);
+        QCOMPARE(root().renderableByDomainGuid(section->guid()), section);
+        SceneEntities::instance().getNodes().take(section->guid());
     }
 
     void aNodeWithoutAPlaceCannotBeSelected()
@@ -120,8 +163,10 @@ private slots:
 
     void aVirtualNodeCanBeSelected()
     {
+        QVERIFY(!root().sceneHasVirtualNodesWithPosition());
         auto* const made = root().createVirtualVisibleNode("V", "CON").value<Node*>();
         QVERIFY(made && made->isVirtual() && made->isVisible());
+        QVERIFY(root().sceneHasVirtualNodesWithPosition());
         QCOMPARE(made->name(), QString("V"));
         QCOMPARE(made->nodeType(), QString("CON"));
         QCOMPARE(SceneEntities::instance().getNodes().value(made->guid()), made);
@@ -192,12 +237,40 @@ private slots:
         QCOMPARE(changed.count(), 1);
     }
 
+    void anotherSelectionLeavesTheGesturesToTheObject()
+    {
+        CameraController controller;
+        GlobalNav::instance()->registerCameraController(&controller);
+        root().selectOneByDomainGuid(m_a->guid());
+        GlobalNav::instance()->setActiveObjectTransformControl(true);
+        root().selectOneByDomainGuid(m_b->guid());
+        QVERIFY(root().isSelected(m_b->guid()) && !root().isSelected(m_a->guid()));
+        QVERIFY(!controller.isEnabled());
+        root().deselectAll(false);
+        QVERIFY(!controller.isEnabled());
+    }
+
+    void deselectingNothingEndsTheConnectionModeAlone()
+    {
+        CameraController controller;
+        GlobalNav::instance()->registerCameraController(&controller);
+        GlobalNav::instance()->setActiveObjectTransformControl(true);
+        GlobalNav::instance()->setConnectionMode(true);
+        root().setMaxSelection(3);
+        QSignalSpy changed(&root(), &SceneRoot::selectedRenderableChanged);
+        root().deselectAll();
+        QVERIFY(!GlobalNav::instance()->connectionMode());
+        QCOMPARE(root().maxSelection(), 1);
+        QVERIFY(!controller.isEnabled());
+        QCOMPARE(changed.count(), 0);
+    }
+
     void anUnknownGuidOnTheListIsLogged()
     {
         Kx::Test::LogCapture log;
         SelectionAwareness::instance().selectOne("ghost");
         root().deselectAll();
-        QCOMPARE(log.count(1, "Torvik::SceneRoot", "Cannot dynamic cast existing QNode to Renderable"), 1);
+        QCOMPARE(log.count(1, "Torvik::SceneRoot", noObject), 1);
         QVERIFY(root().nothingSelected());
     }
 
@@ -212,6 +285,45 @@ private slots:
         emit GlobalNav::instance()->shortTap(nullptr);
         QVERIFY(root().nothingSelected());
         QCOMPARE(ground.count(), 1);
+    }
+
+    void aTapOnTheGroundIsPassedOnAfterDeselecting()
+    {
+        root().selectOneByDomainGuid(m_a->guid());
+        QTest::qWait(pastTheGuard);
+        QMouseEvent made(QEvent::MouseButtonRelease, QPointF(5, 5), Qt::LeftButton, {}, {});
+        Qt3DInput::QMouseEvent tap(made);
+        Qt3DInput::QMouseEvent* told = nullptr;
+        bool deselected = false;
+        connect(&root(), &SceneRoot::deselectionMouseEvent, this, [&](Qt3DInput::QMouseEvent* event) {
+            told = event;
+            deselected = root().nothingSelected();
+        });
+        root().onShortTap(&tap);
+        QCOMPARE(told, &tap);
+        QVERIFY(deselected);
+    }
+
+    void anObjectThatDiesDuringTheGuardStaysOnTheList()
+    {
+        root().selectOneByDomainGuid(m_a->guid());
+        Kx::Test::LogCapture log;
+        QSignalSpy changed(&root(), &SceneRoot::selectedRenderableChanged);
+        root().deleteById(m_a->guid());
+        QCOMPARE(root().selectionsCount(), 1);
+        QCOMPARE(root().selectedRenderable(), nullptr);
+        QCOMPARE(log.count(1, awareness, notOnList), 0);
+        QCOMPARE(changed.count(), 2);
+    }
+
+    void anObjectIsDeselectedByItsGuid()
+    {
+        Section* const section = courseOf(m_a, m_b);
+        root().selectOneByDomainGuid(section->guid());
+        QTest::qWait(pastTheGuard);
+        root().deselectByDomainGuid(section->guid());
+        QVERIFY(root().nothingSelected());
+        QCOMPARE(colourOf(section), usualColour);
     }
 
     void aNodeThatDiesIsDeselected()
@@ -253,6 +365,26 @@ private slots:
         QCOMPARE(changed.count(), 0);
     }
 
+    void anotherProjectForgetsTheSelectionSilently()
+    {
+        root().selectOneByDomainGuid(m_a->guid());
+        Kx::Test::LogCapture log;
+        QSignalSpy changed(&root(), &SceneRoot::selectedRenderableChanged);
+        Torvik::AppState::instance().setActiveProject({});
+        QVERIFY(root().nothingSelected());
+        QCOMPARE(changed.count(), 0);
+        QCOMPARE(log.count(1, "Torvik::SceneRoot", noObject), 0);
+    }
+
+    void anotherProjectForgetsThePreview()
+    {
+        Section* const section = courseOf(m_a, m_b);
+        preview(section, m_c);
+        Torvik::AppState::instance().setActiveProject({});
+        root().connectCancel();
+        QVERIFY(std::abs(section->length() - 40.0) < 0.02);
+    }
+
     void connectingNeedsTwo()
     {
         root().selectOneByDomainGuid(m_a->guid());
@@ -284,28 +416,67 @@ private slots:
     void anObjectThatDiedDuringThePreviewIsSkipped()
     {
         Section* const section = courseOf(m_a, m_b);
-        root().setMaxSelection(2);
-        root().selectNextByDomainGuid(section->guid());
-        root().selectNextByDomainGuid(m_c->guid());
-        root().connectSelectedObjects();
+        preview(section, m_c);
         delete section;
         root().connectApply();
     }
 
+    void whatIsNotThereIsNotConnected()
+    {
+        Section* const section = courseOf(m_a, m_b);
+        auto& list = SelectionAwareness::instance();
+        list.selectOne("ghost");
+        list.selectNext(section->guid());
+        root().connectSelectedObjects();
+        QVERIFY(root().nothingSelected());
+        list.selectOne(section->guid());
+        list.selectNext("ghost");
+        root().connectSelectedObjects();
+        QVERIFY(root().nothingSelected());
+        QCOMPARE(section->length(), 10.0);
+    }
+
+    void ofThreeTheFirstTwoAreConnected()
+    {
+        Section* const section = courseOf(m_a, m_b);
+        root().setMaxSelection(3);
+        root().selectNextByDomainGuid(section->guid());
+        root().selectNextByDomainGuid(m_c->guid());
+        root().selectNextByDomainGuid(m_b->guid());
+        root().connectSelectedObjects();
+        QVERIFY(std::abs(section->length() - 40.0) < 0.02);
+    }
+
+    void anAppliedPreviewIsNoLongerTheRoots()
+    {
+        Section* const section = courseOf(m_a, m_b);
+        preview(section, m_c);
+        root().connectApply();
+        section->connectTo(m_b);
+        root().connectCancel();
+        QVERIFY(std::abs(section->length() - 20.0) < 0.02);
+        section->connectCancel();
+        QVERIFY(std::abs(section->length() - 40.0) < 0.02);
+    }
+
+    void previewsAreTakenBackTogether()
+    {
+        Section* const one = courseOf(m_a, m_b);
+        Section* const other = courseOf(m_b, m_c);
+        preview(one, m_c);
+        preview(other, m_a);
+        QVERIFY(std::abs(one->length() - 40.0) < 0.02 && std::abs(other->length() - 20.0) < 0.02);
+        root().connectCancel();
+        QVERIFY(std::abs(one->length() - 10.0) < 0.02 && std::abs(other->length() - 10.0) < 0.02);
+    }
+
     void sectionsAreColouredByAColumn()
     {
-        const auto colourOf = [](Section* section) { return section->pipe()->appearance().colors.first(); };
         Section* const plain = courseOf(m_a, m_b);
         Section* const coloured = courseOf(m_b, m_c);
-        const auto set = [](Section* section, const QVariant& value) {
-            const auto record =
-                qSharedPointerCast<Torvik::Database::CProjectObject>(Torvik::AppState::instance().getActiveProject())
-                    ->lookupObject(section->getDomainObjectId());
-            record->updateValue("INS_Purpose", value);
-        };
         // Empty as it comes from the database, not a text of no length.
-        set(plain, QVariant());
-        set(coloured, "bad");
+        recordOf(plain)->updateValue("INS_Purpose", QVariant());
+        recordOf(coloured)->updateValue("INS_Purpose", "bad");
         const QVariantMap palette {{"bad", "#ff0000"}, {"DEFAULTPIPECOLOR", "#0000ff"}};
         root().setSectionsColorWithPalette(palette, "INS_Purpose");
         QCOMPARE(colourOf(plain), QColor("#0000ff"));
@@ -315,6 +486,30 @@ private slots:
         QCOMPARE(colourOf(coloured), QColor("#ff0000"));
         root().setSectionsColorWithPalette({{"good", "#00ff00"}}, "INS_Purpose");
         QCOMPARE(colourOf(coloured), QColor("#ff0000"));
+        recordOf(coloured)->updateValue("INS_Purpose", "other");
+        root().setSectionsColorWithPalette(palette, "INS_Purpose");
+        QCOMPARE(colourOf(coloured), QColor("#0000ff"));
+    }
+
+    void aColumnOfThePipeColoursItsInspections()
+    {
+        Section* const section = courseOf(m_a, m_b);
+        recordOf(section)->parentObject().toStrongRef()->updateValue("OBJ_Material", "PVC");
+        const QVariantMap palette {{"PVC", "#ff0000"}, {"DEFAULTPIPECOLOR", "#0000ff"}};
+        root().setSectionsColorWithPalette(palette, "OBJ_Material");
+        QCOMPARE(colourOf(section), QColor("#ff0000"));
+    }
+
+    void aSectionWithoutARecordKeepsItsColour()
+    {
+        Section* const section = courseOf(m_a, m_b);
+        const QColor before = colourOf(section);
+        QVERIFY(Torvik::Database::ProjectStore::instance().deleteObject(recordOf(section)));
+        root().setSectionsColorWithPalette({{"DEFAULTPIPECOLOR", "#0000ff"}}, "INS_Purpose");
+        QCOMPARE(colourOf(section), before);
+        Torvik::AppState::instance().setActiveProject({});
+        root().setSectionsColorWithPalette({{"DEFAULTPIPECOLOR", "#0000ff"}}, "INS_Purpose");
+        QCOMPARE(colourOf(section), before);
     }
 
     void nodesAreShownAndHidden()
@@ -342,6 +537,20 @@ private:
             m_scene->section(from, to, {}, {from->position(), from->position() + QVector3D(0, 0, 10)});
         SceneEntities::instance().getPipeEntities().addPipeEntity(section);
         return section;
+    }
+
+    /** By the two steps of the user. */
+    void preview(Section* section, Node* target)
+    {
+        root().setMaxSelection(2);
+        root().selectNextByDomainGuid(section->guid());
+        root().selectNextByDomainGuid(target->guid());
+        root().connectSelectedObjects();
+    }
+
+    CDomainObjectPointer recordOf(Section* section)
+    {
+        return m_scene->project().project()->lookupObject(section->getDomainObjectId());
     }
 
     std::unique_ptr<NetworkScene> m_scene;
