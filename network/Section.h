@@ -19,7 +19,6 @@
 namespace Qt3DRender {
 class QPickEvent;
 class QRayCaster;
-class QRayCasterHit;
 } // namespace Qt3DRender
 
 namespace Torvik::View3d {
@@ -136,6 +135,9 @@ public:
     /** Stretches the last segment into the pipe that a ray along it meets, up to five metres ahead. The answer comes in
      *  a later turn of the event loop. */
     void connectToNearestSectionEntity(Qt3DRender::QRayCaster* rayCaster);
+    /** What such a ray meets, each with its way from the last segment's begin: the last one that belongs to another
+     *  section decides, whatever its distance. */
+    void stretchInto(const QVector<QPair<Qt3DCore::QEntity*, float>>& met);
 
     /** A lateral of this section begins at the connection. */
     void addLateralConnection(const QString& ref, ObservationConnection* connection);
@@ -251,7 +253,6 @@ private:
     /** Of this lateral; null, with a line in the log, when there is none. */
     ObservationConnection* connectionToParent() const;
     void stretchLastSegment(float length);
-    void connectToHits(const QVector<Qt3DRender::QRayCasterHit>& hits);
     float recordedDepthAt(Node* node, const QVariant& recorded) const;
     QVector3D pointAtFirstSegmentEnd() const;
     Node* virtualNode();

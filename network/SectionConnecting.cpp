@@ -125,19 +125,20 @@ void Section::connectToNearestSectionEntity(QRayCaster* rayCaster)
     *once =
         connect(rayCaster, &QAbstractRayCaster::hitsChanged, this, [this, once](const QAbstractRayCaster::Hits& hits) {
             disconnect(*once);
-            connectToHits(hits);
+            QVector<QPair<Qt3DCore::QEntity*, float>> met;
+            for (const auto& hit : hits)
+                met.append({hit.entity(), hit.distance()});
+            stretchInto(met);
         });
     rayCaster->trigger(begin, (end - begin).normalized(), begin.distanceToPoint(end) + searchReach);
 }
 
-void Section::connectToHits(const QVector<Qt3DRender::QRayCasterHit>& hits)
+void Section::stretchInto(const QVector<QPair<Qt3DCore::QEntity*, float>>& met)
 {
-    // The last one that qualifies wins, whatever its distance.
-    for (const auto& hit : hits) {
-        Qt3DCore::QEntity* const entity = hit.entity();
+    for (const auto& [entity, distance] : met) {
         const Section* const section = entity ? sectionAbove(entity) : nullptr;
         if (section && section != this)
-            stretchLastSegment(hit.distance() + halfRadiusOfSegment(entity));
+            stretchLastSegment(distance + halfRadiusOfSegment(entity));
     }
 }
 

@@ -4,6 +4,8 @@
 #include "network/ConnectionPoint.h"
 #include "scene/GlobalNav.h"
 
+#include <Qt3DCore/QTransform>
+#include <Qt3DRender/QEffect>
 #include <Qt3DRender/QGeometryRenderer>
 #include <Qt3DRender/QMaterial>
 #include <QtTest>
@@ -17,9 +19,27 @@ bool hasMesh(const JointMark* mark)
     return !mark->entity()->componentsOfType<Qt3DRender::QGeometryRenderer>().isEmpty();
 }
 
+int meshes(const JointMark* mark)
+{
+    return mark->entity()->componentsOfType<Qt3DRender::QGeometryRenderer>().size();
+}
+
 int materials(const JointMark* mark)
 {
     return mark->entity()->componentsOfType<Qt3DRender::QMaterial>().size();
+}
+
+/** Where a point of the unit mesh is drawn, in the frame of the mark. */
+QVector3D drawn(const JointMark* mark, const QVector3D& point)
+{
+    return mark->entity()->componentsOfType<Qt3DCore::QTransform>().first()->matrix() * point;
+}
+
+/** Materials are lent by stand-ins, which draw by the effect of the one they stand for. */
+bool drawnWith(const JointMark* mark, const Qt3DRender::QMaterial* material)
+{
+    const auto shown = mark->entity()->componentsOfType<Qt3DRender::QMaterial>();
+    return shown.size() == 1 && shown.first()->effect() == material->effect();
 }
 
 } // namespace
@@ -96,6 +116,44 @@ private slots:
         QVERIFY(found->getConnection()->isVisible() && hasMesh(found->getConnection().data()));
     }
 
+    void showingAStubTwiceDrawsItOnce()
+    {
+        auto* const found = joint();
+        found->showConnection();
+        found->showConnection();
+        QCOMPARE(meshes(found->getConnection().data()), 1);
+        found->hideConnection();
+        found->showConnection();
+        found->showConnection();
+        QCOMPARE(meshes(found->getConnection().data()), 1);
+        const auto sphere = found->getConnectionPoint();
+        sphere->setVisible(false);
+        QVERIFY(!sphere->isVisible() && meshes(sphere.data()) == 0);
+        sphere->setVisible(true);
+        QVERIFY(sphere->isVisible() && meshes(sphere.data()) == 1);
+    }
+
+    void theStubBeginsOnThePipesAxis()
+    {
+        auto* const found = joint({{"OBS_Q1_Value", 150.0}});
+        const auto* const stub = found->getConnection().data();
+        VERIFY_NEAR(drawn(stub, {0, -0.5F, 0}), QVector3D(0, 0, 0));
+        VERIFY_NEAR(drawn(stub, {0, 0.5F, 0}), QVector3D(0, 0, 0.3F));
+        VERIFY_NEAR(drawn(stub, {1, 0, 0}), QVector3D(0.065F, 0, 0.15F));
+        // A longer one grows to both sides.
+        found->getConnection()->setVisualLength(0.6F);
+        VERIFY_NEAR(drawn(stub, {0, -0.5F, 0}), QVector3D(0, 0, -0.15F));
+        VERIFY_NEAR(drawn(stub, {0, 0.5F, 0}), QVector3D(0, 0, 0.45F));
+    }
+
+    void theSphereIsInTheMiddleOfTheStub()
+    {
+        const auto sphere = joint({{"OBS_Q1_Value", 150.0}})->getConnectionPoint();
+        VERIFY_NEAR(drawn(sphere.data(), {0, 0, 0}), QVector3D(0, 0, 0.15F));
+        VERIFY_NEAR(drawn(sphere.data(), {1, 0, 0}), QVector3D(0.0754F, 0, 0.15F));
+        VERIFY_NEAR(drawn(sphere.data(), {0, 1, 0}), QVector3D(0, 0, 0.15F + 0.0754F));
+    }
+
     void lengthsAndDiametersOfTheWholePipe()
     {
         auto* const found = joint();
@@ -133,18 +191,44 @@ private slots:
         QCOMPARE(sphere->savedRadius(), 0.0754F * 1.5F);
     }
 
-    void aSphereShowsOneMaterialAtATime()
+    void theModesEndDuringTheSwellLeavesTheSphereAsItWas()
+    {
+        const auto sphere = joint({{"OBS_Q1_Value", 150.0}})->getConnectionPoint();
+        GlobalNav::instance()->setConnectionMode(true);
+        // It starts from what it was.
+        QVERIFY(sphere->radius() < 0.0754F * 1.1F);
+        QTRY_VERIFY_WITH_TIMEOUT(sphere->radius() > 0.0754F * 1.1F, 3000);
+        GlobalNav::instance()->setConnectionMode(false);
+        QTest::qWait(1500);
+        QCOMPARE(sphere->radius(), 0.0754F);
+        QCOMPARE(sphere->savedRadius(), 0.0754F);
+    }
+
+    void theirMaterialsTellWhatIsGoingOn()
+    {
+        auto* const found = joint();
+        const auto* const root = m_scene->root.get();
+        QVERIFY(drawnWith(found->getConnection().data(), root->materialConnection()));
+        const auto sphere = found->getConnectionPoint();
+        QVERIFY(drawnWith(sphere.data(), root->materialConnection()));
+        sphere->setSelectedMaterial();
+        QVERIFY(drawnWith(sphere.data(), root->materialSelected()));
+        GlobalNav::instance()->setConnectionMode(true);
+        QVERIFY(drawnWith(sphere.data(), root->materialNode()));
+        sphere->setSelectedMaterial();
+        QVERIFY(drawnWith(sphere.data(), root->materialSelected()));
+        GlobalNav::instance()->setConnectionMode(false);
+        QVERIFY(drawnWith(sphere.data(), root->materialPipe()));
+        QVERIFY(drawnWith(found->getConnection().data(), root->materialConnection()));
+    }
+
+    void aSelectedSphereShowsIt()
     {
         const auto sphere = joint()->getConnectionPoint();
-        const auto shown = [&] { return sphere->entity()->componentsOfType<Qt3DRender::QMaterial>().value(0); };
-        const auto* const first = shown();
-        sphere->setSelectedMaterial();
-        const auto* const selected = shown();
-        sphere->handleConnectionMode(true);
-        const auto* const connecting = shown();
-        sphere->setDefaultMaterial();
-        QCOMPARE(materials(sphere.data()), 1);
-        QVERIFY(first != selected && selected != connecting && connecting != shown());
+        sphere->setAsSelected();
+        QVERIFY(drawnWith(sphere.data(), m_scene->root->materialSelected()));
+        sphere->setAsDeselected();
+        QVERIFY(drawnWith(sphere.data(), m_scene->root->materialPipe()));
     }
 
     void withoutARootItHasNoMaterial()

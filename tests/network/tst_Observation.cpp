@@ -1,5 +1,6 @@
 #include "ObservationScene.h"
 
+#include "domain/ObservationAdapter.h"
 #include "host/domain/HostSettings.h"
 #include "host/domain/ObservationCodes.h"
 #include "network/ObservationBend.h"
@@ -100,10 +101,21 @@ private slots:
 
     void valuesThatCannotBeReadLeaveTheFields()
     {
-        Observation* const found =
-            m_scene->observation(m_scene->pipe(), "BAB", 2.0, {{"OBS_Q1_Value", "thick"}, {"OBS_JointAngle", "acute"}});
+        const Values words {
+            {"OBS_Q1_Value", "thick"}, {"OBS_JointAngle", "acute"}, {"OBS_BendClkH", "up"}, {"OBS_ClockPos1", "down"}};
+        Observation* const found = m_scene->observation(m_scene->pipe(), "BAB", 2.0, words);
         QCOMPARE(found->getDiameter(), 0.05F);
         QCOMPARE(found->getJointAngle(), 90.0F);
+        QCOMPARE(found->getBendClock(), 0);
+        QCOMPARE(found->getClock1(), 0);
+        // Also what was read before.
+        found->setBendClock(3);
+        found->setClock1(4);
+        found->setDiameter(150.0F);
+        found->init();
+        QCOMPARE(found->getBendClock(), 3);
+        QCOMPARE(found->getClock1(), 4);
+        QCOMPARE(found->getDiameter(), 150.0F);
     }
 
     void aDistanceThatIsNoNumberLeavesItAtTheStart()
@@ -180,6 +192,34 @@ private slots:
         QVERIFY(!found->paramsChanged());
         found->setBendClock(1); // from 0
         QVERIFY(found->paramsChanged());
+        found->resetPrev();
+        change(m_scene->recordOf(found), {{"OBS_JointAngle", 45.0}});
+        found->init();
+        QVERIFY(found->paramsChanged());
+    }
+
+    void aDistanceAloneIsNoChangeOfAngleOrClock()
+    {
+        Observation* const found = m_scene->observation(m_scene->pipe(), "BAB", 5.0, {{"OBS_ClockPos1", 3}});
+        change(m_scene->recordOf(found), {{"OBS_Distance", 7.0}, {"OBS_Q1_Value", 150.0}, {"OBS_JointAngle", 90.0}});
+        found->init();
+        QCOMPARE(found->getDistance(), 7.0F);
+        QVERIFY(!found->paramsChanged());
+    }
+
+    void itsRecordGoesWithIt()
+    {
+        Observation* const found = m_scene->observation(m_scene->pipe(), "BAB", 5.0);
+        QPointer<ObservationAdapter> adapter = found->adapter();
+        QCOMPARE(adapter->parent(), found);
+        Observation* const other = found->modify();
+        QCOMPARE(other->adapter(), adapter.data());
+        QCOMPARE(adapter->parent(), other);
+        QVERIFY(found->guid() != other->guid());
+        delete found;
+        QVERIFY(adapter);
+        delete other;
+        QVERIFY(!adapter);
     }
 
     void aPlainOneIsAlwaysMadeAnew()
@@ -295,6 +335,13 @@ private slots:
         QCOMPARE(found->modify(), found);
         QCOMPARE(found->getDistance(), 6.0F);
         QTRY_VERIFY(ObservationScene::near(end->position(), {0, 2, 6}));
+        // Neither noise nor what is no number moves it.
+        for (const double unmoved : {6.00001, std::numeric_limits<double>::quiet_NaN()}) {
+            change(m_scene->recordOf(found), {{"OBS_Distance", unmoved}});
+            QCOMPARE(found->modify(), found);
+            QCOMPARE(found->getDistance(), 6.0F);
+            QCOMPARE(pipe->endDistance(), 6.0F);
+        }
 
         found->performCleanup();
         QVERIFY(!pipe->isLockedAsEnded());

@@ -2,7 +2,9 @@
 
 #include "common/LogCapture.h"
 #include "network/Connection.h"
+#include "network/ConnectionPoint.h"
 #include "network/EntitySegment.h"
+#include "scene/GlobalNav.h"
 
 #include <QtTest>
 
@@ -33,7 +35,11 @@ private slots:
         m_scene = std::make_unique<ObservationScene>();
         m_pipe = m_scene->pipe({{0, 0, 0}, {0, 0, 20}});
     }
-    void cleanup() { m_scene.reset(); }
+    void cleanup()
+    {
+        GlobalNav::instance()->setRealTimeEnabled(false);
+        m_scene.reset();
+    }
 
     void aConnectionCarriesItsLateral()
     {
@@ -97,6 +103,69 @@ private slots:
         connect(lateral, 10.0);
         QVERIFY(ObservationScene::near(lateral->downstreamNode()->position(), {0, 0, 10}));
         QCOMPARE(lateral->downstreamNode()->transformFlags(), int(TransformFlags::Observations));
+    }
+
+    void aDownstreamLateralsEndNodeComesToTheJoint()
+    {
+        Node* const end = m_scene->node("E");
+        Section* const lateral = m_scene->registered(m_scene->lateral(nullptr, end, downstream));
+        const QVector3D start = lateral->startNode()->position();
+        auto* const joint = connect(lateral, 10.0);
+        QVERIFY(ObservationScene::near(end->position(), {0, 0, 10}));
+        QCOMPARE(lateral->startNode()->position(), start);
+        // In the joint's direction all of it comes, and the node stays.
+        m_scene->recordOf(joint)->updateValue("OBS_ClockPos1", 9);
+        m_scene->recordOf(joint)->updateValue("OBS_Distance", 12.0);
+        joint->modify();
+        QVERIFY(ObservationScene::near(lateral->position(), {0, 0, 12}));
+        QVERIFY(ObservationScene::near(directionOf(lateral), {1, 0, 0}));
+        QVERIFY(ObservationScene::near(end->position(), {0, 0, 10}));
+    }
+
+    void aJointThatChangesIsDrawnAnew()
+    {
+        auto* const joint = connect(lateralOf(upstream), 10.0, 3);
+        const auto record = m_scene->recordOf(joint);
+        record->updateValue("OBS_ClockPos1", 9);
+        record->updateValue("OBS_Q1_Value", 150.0);
+        QCOMPARE(joint->modify(), joint);
+        const auto way = [](const JointMark& mark) { return mark.orientation().rotatedVector({0, 0, 1}); };
+        QVERIFY(ObservationScene::near(way(*joint->getConnection()), {1, 0, 0}));
+        QVERIFY(ObservationScene::near(way(*joint->getConnectionPoint()), {1, 0, 0}));
+        QCOMPARE(joint->getConnection()->radius(), 0.065F);
+        QCOMPARE(joint->getConnectionPoint()->radius(), 0.0754F);
+    }
+
+    void theJointsDirectionReplacesTheUsersTurn()
+    {
+        Section* const lateral = lateralOf(upstream);
+        auto* const joint = connect(lateral, 10.0, 3);
+        lateral->rotateToTargetAngleY(60.0F);
+        const auto record = m_scene->recordOf(joint);
+        record->updateValue("OBS_ClockPos1", 9);
+        joint->modify();
+        QVERIFY(ObservationScene::near(directionOf(lateral), {1, 0, 0}));
+        // For good: the next move doesn't bring the old turn back.
+        record->updateValue("OBS_Distance", 12.0);
+        joint->modify();
+        QVERIFY(ObservationScene::near(lateral->position(), {0, 0, 12}));
+        QVERIFY(ObservationScene::near(directionOf(lateral), {1, 0, 0}));
+    }
+
+    void theLateralsNewCourseIsStored()
+    {
+        Section* const lateral = lateralOf(upstream);
+        auto* const joint = connect(lateral, 10.0);
+        const auto record = m_scene->recordOf(joint);
+        // Has a place from now on, and the end of an edit alone stores nothing.
+        GlobalNav::instance()->setRealTimeEnabled(true);
+        record->updateValue("OBS_Distance", 12.0);
+        joint->modify();
+        QTRY_VERIFY_WITH_TIMEOUT(m_scene->storedShapeOf(lateral).toString().contains("0 12 0"), 3000);
+        record->updateValue("OBS_Distance", 14.0);
+        record->updateValue("OBS_ClockPos1", 9);
+        joint->modify();
+        QTRY_VERIFY_WITH_TIMEOUT(m_scene->storedShapeOf(lateral).toString().contains("0 14 0"), 3000);
     }
 
     void theStubMakesRoomForAPipe()
@@ -224,6 +293,25 @@ private slots:
         QCOMPARE(near, met ? QStringList {id(lateral)} : QStringList());
     }
 
+    void theFirstLateralInReachDecides()
+    {
+        connect(lateralOf(upstream), 10.0);
+        connect(lateralOf(downstream), 15.0);
+        QSignalSpy near(m_pipe, &Section::lateralInProximity);
+        QSignalSpy far(m_pipe, &Section::lateralNotInProximity);
+        m_pipe->testLateralProximity(10.0);
+        m_pipe->testLateralProximity(15.0);
+        QCOMPARE(near.count(), 1);
+        QCOMPARE(far.count(), 0);
+        // Nor does a joint whose lateral isn't there count as none.
+        m_scene->observation(m_pipe, "BCA", 18.0, {{"OBS_LateralSection_REF", "nowhere"}});
+        m_pipe->testLateralProximity(18.0);
+        QCOMPARE(near.count(), 1);
+        QCOMPARE(far.count(), 0);
+        m_pipe->testLateralProximity(5.0);
+        QCOMPARE(far.count(), 1);
+    }
+
     void leavingItIsToldAtEveryStep()
     {
         connect(lateralOf(upstream), 10.0);
@@ -253,6 +341,28 @@ private slots:
         QVERIFY(m_pipe->laterals().isEmpty());
     }
 
+    void aRefreshedLateralIsEnteredAndNamedAnew()
+    {
+        Section* const lateral = lateralOf(upstream);
+        Section* const other = m_scene->pipe({{30, 0, 0}, {30, 0, 20}});
+        connect(lateral, 10.0);
+        const auto record = m_scene->lookup(id(lateral));
+        record->updateValue("OBJ_Key", "L2");
+        QCOMPARE(lateral->name(), QString("L"));
+        other->refreshLateral(id(lateral));
+        QCOMPARE(other->laterals().value(id(lateral)), 10.0F);
+        QCOMPARE(lateral->name(), QString("L2"));
+    }
+
+    void onlyAKnownLateralIsToldToHaveGone()
+    {
+        connect(lateralOf(upstream), 10.0);
+        QSignalSpy removed(m_pipe, &Section::lateralConnectionRemoved);
+        m_pipe->removeLateralConnection("unknown");
+        QCOMPARE(removed.count(), 0);
+        QCOMPARE(m_pipe->laterals().size(), 1);
+    }
+
     void aLateralWithoutAConnectionStaysAndIsLogged()
     {
         Section* const lateral = lateralOf(upstream);
@@ -264,14 +374,26 @@ private slots:
         QCOMPARE(geometry.count(), 0);
     }
 
+    void aPipeThatIsNoLateralOnlyStoresAndTells_data()
+    {
+        QTest::addColumn<bool>("keepsTurn");
+        QTest::newRow("with its turn") << true;
+        QTest::newRow("in the joint's direction") << false;
+    }
+
     void aPipeThatIsNoLateralOnlyStoresAndTells()
     {
+        QFETCH(bool, keepsTurn);
         QSignalSpy geometry(m_pipe, &Section::sectionGeometryChanged);
         const QVector3D place = m_pipe->position();
-        m_pipe->reposition();
-        m_pipe->repositionObservationConnection();
-        QCOMPARE(geometry.count(), 2);
+        m_pipe->pipe()->lastSegment()->setLength(17.0F);
+        if (keepsTurn)
+            m_pipe->reposition();
+        else
+            m_pipe->repositionObservationConnection();
+        QCOMPARE(geometry.count(), 1);
         QCOMPARE(m_pipe->position(), place);
+        QTRY_VERIFY_WITH_TIMEOUT(m_scene->storedShapeOf(m_pipe).toString().contains("0 17 0"), 3000);
     }
 
     void snappingAnUpstreamLateralTakesTheJointsPlace()
@@ -289,6 +411,28 @@ private slots:
         QCOMPARE(own->rotation(), lateral->rotation());
         // The name stands in both places.
         QCOMPARE(log.count(3, category, "Lateral L snapped to Node L"), 1);
+    }
+
+    void snappingAnUpstreamLateralHidesTheStubOfALongOne()
+    {
+        Node* const own = m_scene->node("C", {}, {{"OBJ_Type", "CON"}});
+        Section* const lateral = m_scene->registered(m_scene->lateral(own, nullptr, upstream));
+        auto* const joint = connect(lateral, 10.0);
+        lateral->pipe()->lastSegment()->setLength(2.0F);
+        QVERIFY(joint->getConnection()->isVisible());
+        lateral->snapToNode(own);
+        QVERIFY(!joint->getConnection()->isVisible());
+    }
+
+    void snappingADownstreamLateralTurnsItToItsEndNode()
+    {
+        Node* const house = m_scene->nodeAt({7, 0, 30}, {{"OBJ_Type", "CON"}});
+        Node* const end = m_scene->nodeAt({10, 0, 34}, {{"OBJ_Type", "CON"}});
+        Section* const lateral = m_scene->registered(m_scene->lateral(house, end, downstream));
+        lateral->rotateToTargetAngleY(200.0F);
+        lateral->snapToNode(house);
+        QVERIFY(ObservationScene::near(lateral->position(), {7, 0, 30}));
+        QVERIFY(ObservationScene::near(directionOf(lateral), {0.6F, 0, 0.8F}));
     }
 
     void snappingAnUpstreamLateralWithoutAJointIsLogged()
