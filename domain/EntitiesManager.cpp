@@ -2,6 +2,7 @@
 
 #include "domain/NodeAdapter.h"
 #include "domain/NotificationMapper.h"
+#include "domain/SectionAdapterBase.h"
 #include "domain/boundary/CDatabaseLibrary.h"
 #include "domain/boundary/CLogger.h"
 #include "domain/boundary/ColumnNames.h"
@@ -279,18 +280,20 @@ void EntitiesManager::onSectionInspectionInserted(const CDomainObjectPointer& ob
 void EntitiesManager::testProximty(const QSharedPointer<CPipeInspectionObject>& inspection)
 {
     const auto lateral = inspection->parentObject().toStrongRef();
-    if (!lateral || lateral->readValue(QStringLiteral("OBJ_Section_REF")).toString().isEmpty())
+    const QString carrier = lateral ? lateral->readValue(QStringLiteral("OBJ_Section_REF")).toString() : QString();
+    if (carrier.isEmpty())
         return;
-    // A lateral that appears right at the crawler is announced at once.
+    // A lateral that appears right at the crawler is announced at once; it is the section it sits on that meets it.
+    const auto counter = static_cast<double>(SystemControlProxy::instance().sectionDistanceCounter());
     if (Section* const section = SceneEntities::instance().getPipeEntities().getByInspectionId(inspection->id()))
-        section->testLateralProximity(static_cast<double>(SystemControlProxy::instance().sectionDistanceCounter()));
+        section->testLateralProximity(counter);
+    Section* const active = SceneEntities::instance().getActiveSectionEntity();
+    if (active && active->getProps()->sectionId() == carrier)
+        active->testLateralProximity(counter);
 }
 
 void EntitiesManager::onObservationInserted(const CDomainObjectPointer& observation, bool fromDB)
 {
-    // One that comes in the same turn as its inspection, from another program, has been read with it.
-    if (observation && SceneEntities::instance().getObservations().contains(observation->id()))
-        return;
     m_pipeEntityBuilder.insertObservation(observation, fromDB);
 }
 

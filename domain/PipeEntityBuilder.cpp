@@ -68,12 +68,25 @@ Section* PipeEntityBuilder::createOrReplace(Section* old, Section* replacement, 
             return nullptr;
         old->deleteAndSave();
         SceneEntities::instance().getPipeEntities().remove(old);
+        dropObservations(old);
     }
     if (!inspection || replacement)
         return nullptr;
     Section* const section = create(inspection);
     loadObservations(inspection);
     return section;
+}
+
+void PipeEntityBuilder::dropObservations(const Section* section)
+{
+    // Left to go with their section they would count as known, and their laterals as connected, until then.
+    const auto& known = SceneEntities::instance().getObservations();
+    const auto ids = known.keys();
+    for (const QString& id : ids) {
+        const Observation* const observation = known.value(id);
+        if (observation && observation->section() == section)
+            delete observation;
+    }
 }
 
 void PipeEntityBuilder::loadObservations(const Inspection& inspection)
@@ -93,7 +106,7 @@ void PipeEntityBuilder::insertObservation(const CDomainObjectPointer& observatio
     const auto inspection = observation ? observation->parentObject().toStrongRef() : CDomainObjectPointer();
     auto& entities = SceneEntities::instance();
     Section* const section = inspection ? entities.getPipeEntities().getByInspectionId(inspection->id()) : nullptr;
-    // One that came with its inspection, or during a load, is announced once more by itself.
+    // One that came with its inspection, from another program too, or during a load is announced once more by itself.
     if (!section || entities.getObservations().contains(observation->id()))
         return;
     auto* const proxy = new Database::CDomainObjectProxy(sharedNotificationMapper(), observation, nullptr);

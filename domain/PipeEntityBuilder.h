@@ -38,6 +38,7 @@ public slots:
 
 private:
     static void takeToJoint(Section* section);
+    static void dropObservations(const Section* section);
     void connectSection(Section* section);
 };
 

@@ -253,6 +253,73 @@ private slots:
         QVERIFY(far.count() > 0);
     }
 
+    void aLateralThatAppearsAtTheCrawlerIsAnnouncedAtOnce()
+    {
+        const auto late = m_project->addLateral("late", m_pipe);
+        m_project->addObservation(m_inspection, "BCA", 12.0, {{"OBS_LateralSection_REF", late->id()}});
+        const auto far = m_project->addLateral("far", m_pipe);
+        m_project->addObservation(m_inspection, "BCA", 16.0, {{"OBS_LateralSection_REF", far->id()}});
+        m_project->activate();
+        AppState::instance().setActiveInspection(m_inspection);
+        SystemControlProxy::instance().setSectionDistanceCounter(12.2F);
+        QSignalSpy near(m_root, &SceneRoot::lateralInProximity);
+        const auto distant = m_project->addInspection(far, {}, 2);
+        QTRY_VERIFY(sectionOf(distant));
+        QCOMPARE(near.count(), 0);
+        const auto inspection = m_project->addInspection(late, {}, 2);
+        QTRY_VERIFY(sectionOf(inspection));
+        QCOMPARE(near.count(), 1);
+        QCOMPARE(near.at(0).at(0).toString(), inspection->id());
+    }
+
+    void aLateralThatComesLaterBeginsAtItsJoint_data()
+    {
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<QVector3D>("below");
+        QTest::newRow("a connection") << "CON" << QVector3D();
+        // The node comes to the joint, and the lateral to the node's outlet.
+        QTest::newRow("a manhole") << "MAN" << QVector3D(0.0F, -1.5F, 0.0F);
+    }
+
+    void aLateralThatComesLaterBeginsAtItsJoint()
+    {
+        QFETCH(QString, type);
+        QFETCH(QVector3D, below);
+        const auto node = m_project->addNode("C", {}, {{"OBJ_Type", type}});
+        const auto late =
+            m_project->addLateral("late", m_pipe, {{"OBJ_ToNode_REF", node->id()}, {"OBJ_ToNodeDepth", 1.5}});
+        const auto record = m_project->addObservation(
+            m_inspection, "BCA", 12.0,
+            {{"OBS_LateralSection_REF", late->id()}, {"OBS_ClockPos1", 3}, {"OBS_JointAngle", 90.0}});
+        m_project->activate();
+        const auto inspection = m_project->addInspection(late, {}, 2);
+        QTRY_VERIFY(sectionOf(inspection));
+        Section* const lateral = sectionOf(inspection);
+        QCOMPARE(lateral->startNode()->guid(), node->id());
+        QVERIFY(near(lateral->position(), QVector3D(0, 0, 12) + below));
+        QVERIFY(near(-lateral->direction(), {-1, 0, 0}));
+        write(record, {{"OBS_Distance", 14.0}});
+        QTRY_VERIFY(near(lateral->position(), QVector3D(0, 0, 14) + below));
+        QVERIFY(near(lateral->startNode()->position(), {0, 0, 14}));
+    }
+
+    void aSectionThatIsReplacedHasItsFindingsAnew()
+    {
+        const auto plain = m_project->addObservation(m_inspection, "BAB", 5.0);
+        const auto joint = m_project->addObservation(m_inspection, "BCA", 12.0, leadsToLateral());
+        m_project->activate();
+        PipeEntityBuilder builder(nullptr);
+        QPointer<Section> old = sectionOf(m_inspection);
+        Section* const fresh = builder.createOrReplace(old, nullptr, m_inspection);
+        QVERIFY(fresh && fresh != old);
+        QTRY_VERIFY(!old);
+        QVERIFY(findingOf(plain) && findingOf(joint));
+        QCOMPARE(findingOf(plain)->section(), fresh);
+        QCOMPARE(SceneEntities::instance().getLateralConnections().value(m_lateral->id()), findingOf(joint));
+        QCOMPARE(m_root->findChildren<Observation*>().size(), 2);
+        delete fresh; // its signals reach the builder
+    }
+
     void aFindingThatComesWithItsInspectionIsMadeOnce()
     {
         m_project->activate();
