@@ -192,10 +192,6 @@ private slots:
         QVERIFY(!found->paramsChanged());
         found->setBendClock(1); // from 0
         QVERIFY(found->paramsChanged());
-        found->resetPrev();
-        change(m_scene->recordOf(found), {{"OBS_JointAngle", 45.0}});
-        found->init();
-        QVERIFY(found->paramsChanged());
     }
 
     void aDistanceAloneIsNoChangeOfAngleOrClock()
@@ -205,6 +201,9 @@ private slots:
         found->init();
         QCOMPARE(found->getDistance(), 7.0F);
         QVERIFY(!found->paramsChanged());
+        change(m_scene->recordOf(found), {{"OBS_JointAngle", 45.0}});
+        found->init();
+        QVERIFY(found->paramsChanged());
     }
 
     void itsRecordGoesWithIt()
@@ -336,11 +335,10 @@ private slots:
         QCOMPARE(found->getDistance(), 6.0F);
         QTRY_VERIFY(ObservationScene::near(end->position(), {0, 2, 6}));
         // Neither noise nor what is no number moves it.
-        for (const double unmoved : {6.00001, std::numeric_limits<double>::quiet_NaN()}) {
+        for (const double unmoved : {6.00005, std::numeric_limits<double>::quiet_NaN()}) {
             change(m_scene->recordOf(found), {{"OBS_Distance", unmoved}});
             QCOMPARE(found->modify(), found);
-            QCOMPARE(found->getDistance(), 6.0F);
-            QCOMPARE(pipe->endDistance(), 6.0F);
+            QVERIFY(found->getDistance() == 6.0F && pipe->endDistance() == 6.0F);
         }
 
         found->performCleanup();

@@ -384,6 +384,7 @@ private slots:
     void aPipeThatIsNoLateralOnlyStoresAndTells()
     {
         QFETCH(bool, keepsTurn);
+        GlobalNav::instance()->setRealTimeEnabled(true); // the end of an edit alone stores nothing
         QSignalSpy geometry(m_pipe, &Section::sectionGeometryChanged);
         const QVector3D place = m_pipe->position();
         m_pipe->pipe()->lastSegment()->setLength(17.0F);
