@@ -50,7 +50,7 @@ public:
         return found;
     }
     bool enabled(const QString& name) const { return item(name)->isEnabled(); }
-    bool checked(const QString& name) const { return item(name)->property("checked").toBool(); }
+    bool checked(const QString& name) const { return item(name)->property("on").toBool(); }
     bool visible(const QString& name) const
     {
         const QQuickItem* const found = named(m_window->contentItem(), name);

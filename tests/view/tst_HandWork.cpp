@@ -43,6 +43,8 @@ private slots:
     void anAppliedConnectionStays();
     void aConnectionBeginsWithAPipe();
     void buttonsAreAsHighAsAFingerNeeds();
+    void aTapOnAButtonThatIsOnLeavesItSo();
+    void aNarrowWindowHasRoomForAllButtons();
     void closingTheProjectEndsAllOfIt();
     void nothingWarnedOnTheWay() { QCOMPARE(QmlWarnings::list(), QStringList()); }
 
@@ -52,6 +54,11 @@ private:
     QPointF pixelOf(const char* key) const { return m_screen->pixelOf(node(key)->position()); }
     QPointF middleOf(const char* key) const;
     void select(const char* key);
+    /** The pipe's course in the database. */
+    QString storedCourse() const
+    {
+        return m_project->stored("SECINSP", "INS_PK", pipe("A-B")->guid(), "INS_Shape_WKT").toString();
+    }
     void startConnecting();
 
     std::unique_ptr<QmlWarnings> m_warnings;
@@ -326,6 +333,7 @@ void tst_HandWork::aConnectionIsShownAndTakenBack()
 void tst_HandWork::anAppliedConnectionStays()
 {
     const QVector3D before = pipe("A-B")->pipe()->getShapePoints().last();
+    const QString course = storedCourse();
     startConnecting();
     m_screen->click("connectButton");
 
@@ -335,6 +343,7 @@ void tst_HandWork::anAppliedConnectionStays()
     QVERIFY((after - before).length() > 1);
     QVERIFY(!m_screen->visible("applyConnectButton"));
     QTRY_COMPARE(m_screen->text("selectedName"), QString("Nothing selected"));
+    QTRY_VERIFY_WITH_TIMEOUT(storedCourse() != course, 5000);
 }
 
 void tst_HandWork::aConnectionBeginsWithAPipe()
@@ -351,6 +360,16 @@ void tst_HandWork::aConnectionBeginsWithAPipe()
     QVERIFY(!GlobalNav::instance()->connectionMode());
     QCOMPARE(SceneRoot::instance()->maxSelection(), 1);
     QVERIFY(m_screen->visible("moveObjectButton"));
+    QVERIFY(!m_screen->checked("connectButton"));
+}
+
+void tst_HandWork::aTapOnAButtonThatIsOnLeavesItSo()
+{
+    QVERIFY(m_screen->checked("topButton"));
+
+    m_screen->click("topButton");
+
+    QVERIFY(m_screen->checked("topButton"));
 }
 
 void tst_HandWork::buttonsAreAsHighAsAFingerNeeds()
@@ -360,6 +379,27 @@ void tst_HandWork::buttonsAreAsHighAsAFingerNeeds()
             m_screen->item(name)->height() / (m_screen->window()->screen()->physicalDotsPerInch() / 25.4);
         QVERIFY2(heightMm >= 9.0, qPrintable(QString("%1: %2 mm").arg(name).arg(heightMm)));
     }
+}
+
+void tst_HandWork::aNarrowWindowHasRoomForAllButtons()
+{
+    m_screen->window()->resize(480, 700);
+    m_screen->click("listsButton");
+    QTRY_COMPARE(m_screen->window()->contentItem()->width(), 480.0);
+    m_screen->waitFrames(5);
+    select("C");
+    QTRY_COMPARE(m_screen->item("moveObjectButton")->y(), m_screen->item("connectButton")->y());
+    m_screen->keep("narrow");
+
+    for (const char* name : {"moveObjectButton", "turnObjectButton", "arrowsButton", "heightButton", "connectButton"}) {
+        const QQuickItem* const button = m_screen->item(name);
+        const QRectF place = button->mapRectToScene({0, 0, button->width(), button->height()});
+        QVERIFY2(QRectF(0, 0, 480, 700).contains(place), name);
+    }
+    m_screen->window()->resize(1000, 700);
+    m_screen->click("listsButton");
+    QTRY_COMPARE(m_screen->window()->contentItem()->width(), 1000.0);
+    m_screen->waitFrames(5);
 }
 
 void tst_HandWork::closingTheProjectEndsAllOfIt()

@@ -230,7 +230,7 @@ private slots:
         QTRY_COMPARE(GlobalNav::instance()->viewType(), CameraController::View3d);
         settle();
         QVERIFY(m_camera->viewVector().z() > 10.0F);
-        QVERIFY(itemNamed(m_window->contentItem(), "3dButton")->property("checked").toBool());
+        QVERIFY(itemNamed(m_window->contentItem(), "3dButton")->property("on").toBool());
 
         click("frontButton");
         QTRY_COMPARE(GlobalNav::instance()->viewType(), CameraController::View2dFront);

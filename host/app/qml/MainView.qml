@@ -73,7 +73,7 @@ Rectangle {
                 ToolButton {
                     objectName: "listsButton"
                     text: qsTr("Lists")
-                    checked: mainView.listsOpen
+                    on: mainView.listsOpen
                     onClicked: mainView.listsOpen = !mainView.listsOpen
                 }
                 ToolButton {
@@ -94,7 +94,7 @@ Rectangle {
                     ToolButton {
                         objectName: modelData.id + "Button"
                         text: modelData.name
-                        checked: sceneArea.scene.camera.viewType === modelData.view
+                        on: sceneArea.scene.camera.viewType === modelData.view
                         onClicked: sceneArea.goToView(modelData.view)
                     }
                 }
@@ -112,7 +112,7 @@ Rectangle {
                     ToolButton {
                         objectName: modelData.id + "Button"
                         text: modelData.name
-                        checked: sceneArea.mode3dType === modelData.mode
+                        on: sceneArea.mode3dType === modelData.mode
                         onClicked: sceneArea.mode3dType = modelData.mode
                     }
                 }

@@ -64,7 +64,7 @@ Rectangle {
                     Layout.fillWidth: true
                     Layout.preferredWidth: 1
                     text: modelData
-                    checked: list.kind === index
+                    on: list.kind === index
                     onClicked: list.kind = index
                 }
             }

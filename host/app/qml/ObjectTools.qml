@@ -10,6 +10,8 @@ Rectangle {
     property alias scene: work.scene
     property alias work: work
 
+    /** Texts and buttons have room beside one another. */
+    readonly property bool wide: width >= 680
     /** No connection is being made. */
     readonly property bool oneAtATime: !work.choosing && !work.pending
 
@@ -43,17 +45,20 @@ Rectangle {
         id: work
     }
 
-    RowLayout {
+    GridLayout {
         id: bar
 
         anchors {
             left: parent.left; right: parent.right
             margins: Style.gap; verticalCenter: parent.verticalCenter
         }
-        spacing: Style.gap
+        columns: tools.wide ? 2 : 1
+        columnSpacing: Style.gap
+        rowSpacing: Style.gap
 
         Column {
-            Layout.preferredWidth: tools.width < 620 ? 120 : 220
+            Layout.preferredWidth: 220
+            Layout.fillWidth: !tools.wide
             Layout.leftMargin: Style.gap
 
             Text {
@@ -89,7 +94,7 @@ Rectangle {
                 visible: !work.pending
                 enabled: viewer.projectOpen && (!work.choosing || work.canConnect)
                 text: qsTr("Connect")
-                checked: work.canConnect
+                on: work.canConnect
                 onClicked: work.choosing ? work.connectThem() : work.startChoosing()
             }
             ToolButton {
@@ -101,7 +106,7 @@ Rectangle {
             ToolButton {
                 objectName: "applyConnectButton"
                 visible: work.pending
-                checked: true
+                on: true
                 text: qsTr("Apply")
                 onClicked: work.apply()
             }
@@ -110,7 +115,7 @@ Rectangle {
                 visible: tools.oneAtATime
                 enabled: work.grabbed
                 text: work.heightFree ? qsTr("Height free") : qsTr("Height locked")
-                checked: enabled && work.heightFree
+                on: enabled && work.heightFree
                 onClicked: work.toggleHeight()
             }
             ToolButton {
@@ -118,7 +123,7 @@ Rectangle {
                 visible: tools.oneAtATime
                 enabled: work.movable
                 text: qsTr("Arrows")
-                checked: work.arrows
+                on: work.arrows
                 onClicked: work.toggleArrows()
             }
             ToolButton {
@@ -126,7 +131,7 @@ Rectangle {
                 visible: tools.oneAtATime
                 enabled: work.movable
                 text: qsTr("Turn")
-                checked: work.turning
+                on: work.turning
                 onClicked: work.toggleTurn()
             }
             ToolButton {
@@ -134,7 +139,7 @@ Rectangle {
                 visible: tools.oneAtATime
                 enabled: work.movable
                 text: qsTr("Move")
-                checked: work.moving
+                on: work.moving
                 onClicked: work.toggleMove()
             }
         }

@@ -186,7 +186,7 @@ ColumnLayout {
         ToolButton {
             objectName: "saveObservationButton"
             Layout.fillWidth: true
-            checked: true
+            on: true
             text: qsTr("Save")
             onClicked: editor.save()
         }

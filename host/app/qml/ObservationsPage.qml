@@ -174,7 +174,7 @@ Item {
                 objectName: "deleteObservationButton"
                 Layout.fillWidth: true
                 enabled: page.markedId !== ""
-                checked: page.deleting
+                on: page.deleting
                 text: page.deleting ? qsTr("Really?") : qsTr("Delete")
                 onClicked: page.remove()
             }

@@ -7,6 +7,9 @@ import "."
 AbstractButton {
     id: button
 
+    /** Whether what it stands for is on. In place of the base's, which a tap would turn over by itself. */
+    property bool on: false
+
     implicitHeight: Style.touch
     implicitWidth: Math.max(Style.touch, label.implicitWidth + 24)
     opacity: enabled ? 1 : 0.55
@@ -17,7 +20,7 @@ AbstractButton {
         id: label
 
         text: button.text
-        color: button.checked ? Style.accentInk : button.enabled ? Style.ink : Style.quietInk
+        color: button.on ? Style.accentInk : button.enabled ? Style.ink : Style.quietInk
         font.pixelSize: Style.textSize
         horizontalAlignment: Text.AlignHCenter
         verticalAlignment: Text.AlignVCenter
@@ -26,7 +29,7 @@ AbstractButton {
 
     background: Rectangle {
         radius: Style.radius
-        color: button.checked ? Style.accent : button.down ? Style.pressed : Style.paper
+        color: button.on ? Style.accent : button.down ? Style.pressed : Style.paper
         border.width: button.visualFocus ? 2 : 1
         border.color: button.visualFocus ? Style.accent : Style.line
     }
