@@ -10,6 +10,7 @@
 
 #include <QPropertyAnimation>
 #include <Qt3DExtras/QSphereMesh>
+#include <Qt3DRender/QMaterial>
 
 namespace Torvik::View3d {
 

@@ -7,6 +7,7 @@
 #include "scene/SceneRoot.h"
 
 #include <Qt3DCore/QTransform>
+#include <Qt3DRender/QMaterial>
 
 namespace Torvik::View3d {
 
