@@ -1,12 +1,14 @@
 #include "network/Section.h"
 
 #include "domain/SectionAdapterBase.h"
+#include "domain/boundary/AppState.h"
 #include "domain/boundary/CLogger.h"
 #include "domain/boundary/WktPoint.h"
 #include "geo/GdalGeoProjector.h"
 #include "interaction/TouchControl.h"
 #include "interaction/Utils3d.h"
 #include "measurement/InspectionCommands.h"
+#include "measurement/MeasurementPointsHandler.h"
 #include "network/LowestManholeTracker.h"
 #include "network/Node.h"
 #include "network/OutletMath.h"
@@ -118,11 +120,24 @@ void Section::connectPipe()
         if (!GlobalNav::instance()->realTimeEnabled())
             m_shapeAccess.writePoints(this);
     });
-    // Measured points change the course without sectionGeometryChanged().
-    const auto markStale = [this] { LowestManholeTracker::instance()->markStale(this); };
-    connect(m_pipe, &Pipe::segmentAdded, this, markStale);
-    connect(m_pipe, &Pipe::segmentsRemoved, this, markStale);
+    connect(m_pipe, &Pipe::segmentsRemoved, this, &Section::onSegmentsRemoved);
+    connect(m_pipe, &Pipe::segmentAdded, this, &Section::onSegmentAdded);
     connect(GlobalNav::instance(), &GlobalNav::realTimeEnabledChanged, this, &Section::onRealTimeEnabledChanged);
+}
+
+void Section::onSegmentsRemoved(int start, int end, bool recalculateIndexes)
+{
+    if (const CDomainObjectPointer inspection = AppState::instance().getActiveInspection())
+        MeasurementPointsHandler::instance()->removeRowsFromSECMP(inspection->id(), start, end, recalculateIndexes);
+    // Measured points change the course without sectionGeometryChanged().
+    LowestManholeTracker::instance()->markStale(this);
+}
+
+void Section::onSegmentAdded(const QVector3D& point, int index, bool recalculateIndexes)
+{
+    if (const CDomainObjectPointer inspection = AppState::instance().getActiveInspection())
+        MeasurementPointsHandler::instance()->addRowToSECMP(inspection->id(), point, index, recalculateIndexes);
+    LowestManholeTracker::instance()->markStale(this);
 }
 
 void Section::onRealTimeEnabledChanged(bool enabled)

@@ -242,6 +242,9 @@ protected:
 private:
     void createPipes(const QVector<QVector<QVector3D>>& shapes);
     void connectPipe();
+    /** What is measured becomes part of the active inspection's measurement. */
+    void onSegmentsRemoved(int start, int end, bool recalculateIndexes);
+    void onSegmentAdded(const QVector3D& point, int index, bool recalculateIndexes);
     void onRealTimeEnabledChanged(bool enabled);
     void followStartNode(Node* node);
     void snapLateralToNode(Node* node);

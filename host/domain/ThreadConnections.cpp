@@ -12,8 +12,9 @@ using Connections = std::map<QString, std::unique_ptr<SqlConnection>>;
 
 QThreadStorage<Connections*>& storage()
 {
-    static QThreadStorage<Connections*> connections;
-    return connections;
+    // Never deleted: the threads of objects that go with the process end after whatever is static.
+    static auto* const connections = new QThreadStorage<Connections*>;
+    return *connections;
 }
 
 } // namespace
