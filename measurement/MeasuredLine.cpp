@@ -2,13 +2,12 @@
 
 #include <algorithm>
 
-namespace Torvik::View3d::MeasuredLine {
+namespace Torvik::View3d {
 
 namespace {
 
 /** Source Geosensor (32) and direction upstream (128). */
 const QString flagsOfMeasuredPoint = QStringLiteral("160");
-const QString separator = QStringLiteral(", ");
 
 } // namespace
 
@@ -17,32 +16,24 @@ QString ordinateText(float value)
     return QString::number(double(value), 'g', 6);
 }
 
-QString text(const QVector<QVector3D>& points)
+void MeasuredLine::insert(int index, const QVector3D& point)
 {
-    QString line;
-    for (const QVector3D& point : points)
-        line += ordinateText(point.x()) + QLatin1Char(' ') + ordinateText(point.y()) + QLatin1Char(' ') +
-                ordinateText(point.z()) + QLatin1Char(' ') + flagsOfMeasuredPoint + separator;
-    line.chop(separator.size());
-    return line;
+    if (index < 0 || index > count())
+        return;
+    m_points.insert(index, ordinateText(point.x()) + QLatin1Char(' ') + ordinateText(point.y()) + QLatin1Char(' ') +
+                               ordinateText(point.z()) + QLatin1Char(' ') + flagsOfMeasuredPoint);
 }
 
-void insert(QVector<QVector3D>& points, int index, const QVector3D& point)
+void MeasuredLine::remove(int first, int last)
 {
-    if (index >= 0 && index <= points.size())
-        points.insert(index, point);
+    const int begin = std::clamp(first, 0, count());
+    const int end = std::clamp(last, begin, count());
+    m_points.erase(m_points.begin() + begin, m_points.begin() + end);
 }
 
-bool mayRemove(int count, int last)
+QString MeasuredLine::text() const
 {
-    return count >= last - 1;
+    return m_points.join(QStringLiteral(", "));
 }
 
-void remove(QVector<QVector3D>& points, int first, int last)
-{
-    const int begin = std::clamp(first, 0, points.size());
-    const int end = std::clamp(last, begin, points.size());
-    points.remove(begin, end - begin);
-}
-
-} // namespace Torvik::View3d::MeasuredLine
+} // namespace Torvik::View3d

@@ -4,7 +4,6 @@
 #include "domain/boundary/CLogger.h"
 #include "domain/boundary/GUID.h"
 #include "domain/boundary/SqlTask.h"
-#include "measurement/MeasuredLine.h"
 #include "measurement/MeasurementStatements.h"
 
 #include <QCoreApplication>
@@ -190,7 +189,7 @@ void MeasurementPointsHandler::onSECMPReady(const Database::SqlResult& result)
     m_points.clear();
     m_points.reserve(result.data().size());
     for (const QSqlRecord& row : result.data())
-        m_points.append({row.value(0).toFloat(), row.value(1).toFloat(), row.value(2).toFloat()});
+        m_points.insert(m_points.count(), {row.value(0).toFloat(), row.value(1).toFloat(), row.value(2).toFloat()});
     runHeldBack();
 }
 
@@ -218,21 +217,20 @@ void MeasurementPointsHandler::onSecMesCreated(const Database::SqlResult& /*resu
 void MeasurementPointsHandler::addRowToSECMP(const QString& inspectionId, QVector3D point, int index, bool shift)
 {
     if (m_initialising) {
-        holdBack(commandAdd,
-                 {inspectionId, MeasuredLine::ordinateText(point.x()), MeasuredLine::ordinateText(point.y()),
-                  MeasuredLine::ordinateText(point.z()), QString::number(index), flagText(shift)});
+        holdBack(commandAdd, {inspectionId, ordinateText(point.x()), ordinateText(point.y()), ordinateText(point.z()),
+                              QString::number(index), flagText(shift)});
         return;
     }
     const QString key = m_measurementKeys.value(inspectionId);
     if (key.isEmpty())
         return;
-    MeasuredLine::insert(m_points, index, point);
+    m_points.insert(index, point);
     const int sortOrder = index + 1;
     if (shift)
         run(MeasurementStatements::makeRoom(sortOrder, key));
     run(MeasurementStatements::addPoint(Database::CGuidHelper::createGuid(), key, point, sortOrder,
                                         QDateTime::currentDateTime()));
-    run(MeasurementStatements::storeLine(MeasuredLine::text(m_points), key));
+    run(MeasurementStatements::storeLine(m_points.text(), key));
 }
 
 void MeasurementPointsHandler::removeRowsFromSECMP(const QString& inspectionId, int first, int last, bool shift)
@@ -244,15 +242,15 @@ void MeasurementPointsHandler::removeRowsFromSECMP(const QString& inspectionId, 
     const QString key = m_measurementKeys.value(inspectionId);
     if (key.isEmpty())
         return;
-    if (!MeasuredLine::mayRemove(m_points.size(), last)) {
+    if (!m_points.mayRemove(last)) {
         Logging::CLogger::logMessage(
             Logging::LogError, category,
             QStringLiteral("Wrong index in remove rows from SECMP command. Index=%1, array size=%2")
                 .arg(last - 1)
-                .arg(m_points.size()));
+                .arg(m_points.count()));
         return;
     }
-    MeasuredLine::remove(m_points, first, last);
+    m_points.remove(first, last);
     run(MeasurementStatements::deletePoints(first, last, key));
     if (shift)
         run(MeasurementStatements::closeGap(last - first, last, key));

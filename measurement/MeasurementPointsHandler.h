@@ -1,6 +1,7 @@
 #pragma once
 
 #include "domain/boundary/Async.h"
+#include "measurement/MeasuredLine.h"
 #include "scene/KxView3dExport.h"
 
 #include <QMap>
@@ -68,7 +69,8 @@ private:
     /** Lookups whose answer hasn't come; only that of the latest counts. */
     int m_lookups = 0;
     QList<QPair<QString, QVector<QString>>> m_heldBack;
-    QVector<QVector3D> m_points;
+    /** Of whichever measurement was read last. */
+    MeasuredLine m_points;
     /** Statements handed to the queue since the last wait, and those of them that are done. */
     int m_started = 0;
     QSemaphore m_done;

@@ -36,9 +36,8 @@ QString addPoint(const QString& pointKey, const QString& key, const QVector3D& p
 {
     return QStringLiteral("INSERT INTO SECMP(MP_PK, MP_Measurement_FK, MP_X_Value, MP_Y_Value, MP_Z_Value, "
                           R"sql(MP_SortOrder, MP_TimeStamp) VALUES ("%1", "%2", %3, %4, %5, %6, "%7"))sql")
-        .arg(pointKey, key, MeasuredLine::ordinateText(point.x()), MeasuredLine::ordinateText(point.y()),
-             MeasuredLine::ordinateText(point.z()), QString::number(sortOrder),
-             at.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz")));
+        .arg(pointKey, key, ordinateText(point.x()), ordinateText(point.y()), ordinateText(point.z()),
+             QString::number(sortOrder), at.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz")));
 }
 
 QString storeLine(const QString& line, const QString& key)

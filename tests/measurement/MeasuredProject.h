@@ -2,6 +2,22 @@
 
 #include "common/TestProject.h"
 #include "domain/boundary/SqlTask.h"
+#include "measurement/MeasurementPointsHandler.h"
+
+/** A point that tells its number. */
+inline QVector3D measured(int number)
+{
+    return {float(number), 0, 0};
+}
+
+/** The stored line of such points. */
+inline QString lineOf(const QVector<int>& numbers)
+{
+    QStringList points;
+    for (int number : numbers)
+        points << QString("%1 0 0 160").arg(number);
+    return QString("LINESTRING ZM(%1)").arg(points.join(", "));
+}
 
 /** An active project with inspections to measure, and what the database holds of their measurements. */
 class MeasuredProject : public Kx::Test::TestProject {
@@ -9,6 +25,25 @@ public:
     MeasuredProject() { activate(); }
 
     QString newInspection() { return addInspection(addSection("S", {}, {}))->id(); }
+
+    /** An inspection whose measurement is open and empty; the handler holds no points any more. */
+    QString opened()
+    {
+        auto* const handler = Torvik::View3d::MeasurementPointsHandler::instance();
+        const QString id = newInspection();
+        handler->createNewSecMes(id);
+        handler->waitUntilStored();
+        return id;
+    }
+    QString openedWith(int points)
+    {
+        auto* const handler = Torvik::View3d::MeasurementPointsHandler::instance();
+        const QString id = opened();
+        for (int i = 0; i < points; ++i)
+            handler->addRowToSECMP(id, measured(i), i, false);
+        handler->waitUntilStored();
+        return id;
+    }
 
     /** Puts a measurement into the database, as an earlier run would have left it. */
     static void putMeasurement(const QString& key, const QString& inspectionId)

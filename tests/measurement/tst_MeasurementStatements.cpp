@@ -11,6 +11,14 @@ namespace {
 const QDateTime noon(QDate(2024, 3, 9), QTime(12, 5, 7, 42));
 const QVector3D point(1.5F, -2.0F, 0.25F);
 
+MeasuredLine lineOf(const QVector<QVector3D>& points)
+{
+    MeasuredLine line;
+    for (const QVector3D& each : points)
+        line.insert(line.count(), each);
+    return line;
+}
+
 } // namespace
 
 /** Other programs read and write the same tables: the texts are an agreement, so they stand here letter by letter. */
@@ -113,7 +121,7 @@ void tst_MeasurementStatements::anOrdinateHasSixDigits()
     QFETCH(float, value);
     QFETCH(QString, text);
 
-    QCOMPARE(MeasuredLine::ordinateText(value), text);
+    QCOMPARE(ordinateText(value), text);
 }
 
 void tst_MeasurementStatements::theLineJoinsItsPoints_data()
@@ -130,7 +138,7 @@ void tst_MeasurementStatements::theLineJoinsItsPoints()
     QFETCH(QVector<QVector3D>, points);
     QFETCH(QString, text);
 
-    QCOMPARE(MeasuredLine::text(points), text);
+    QCOMPARE(lineOf(points).text(), text);
 }
 
 void tst_MeasurementStatements::aPointIsInsertedWhereItFits_data()
@@ -147,11 +155,11 @@ void tst_MeasurementStatements::aPointIsInsertedWhereItFits_data()
 void tst_MeasurementStatements::aPointIsInsertedWhereItFits()
 {
     QFETCH(int, index);
-    QVector<QVector3D> points {{1, 1, 1}, {2, 2, 2}};
+    MeasuredLine line = lineOf({{1, 1, 1}, {2, 2, 2}});
 
-    MeasuredLine::insert(points, index, {9, 9, 9});
+    line.insert(index, {9, 9, 9});
 
-    QTEST(MeasuredLine::text(points), "line");
+    QTEST(line.text(), "line");
 }
 
 void tst_MeasurementStatements::aRangeIsRemovedAsFarAsItIsThere_data()
@@ -172,19 +180,22 @@ void tst_MeasurementStatements::aRangeIsRemovedAsFarAsItIsThere()
 {
     QFETCH(int, first);
     QFETCH(int, last);
-    QVector<QVector3D> points {{0, 0, 0}, {1, 0, 0}, {2, 0, 0}};
+    MeasuredLine line = lineOf({{0, 0, 0}, {1, 0, 0}, {2, 0, 0}});
 
-    MeasuredLine::remove(points, first, last);
+    line.remove(first, last);
 
-    QTEST(MeasuredLine::text(points), "line");
+    QTEST(line.text(), "line");
 }
 
 void tst_MeasurementStatements::aRangeMayEndOnePastTheEnd()
 {
-    QVERIFY(MeasuredLine::mayRemove(3, 3));
-    QVERIFY(MeasuredLine::mayRemove(3, 4));
-    QVERIFY(!MeasuredLine::mayRemove(3, 5));
-    QVERIFY(MeasuredLine::mayRemove(0, 1));
+    const MeasuredLine line = lineOf({{0, 0, 0}, {1, 0, 0}, {2, 0, 0}});
+
+    QVERIFY(line.mayRemove(3));
+    QVERIFY(line.mayRemove(4));
+    QVERIFY(!line.mayRemove(5));
+    QVERIFY(MeasuredLine().mayRemove(1));
+    QVERIFY(!MeasuredLine().mayRemove(2));
 }
 
 QTEST_GUILESS_MAIN(tst_MeasurementStatements)
