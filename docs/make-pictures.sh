@@ -10,6 +10,11 @@ mkdir -p "$pictures"
 
 "$top/run.sh" --screenshot "$pictures/sample-3d.png" --view 3d --size 1200x700
 "$top/run.sh" --screenshot "$pictures/window.png" --view 3d --whole-window --size 1200x750
+"$top/run.sh" --go-to QW2 --view 3d --distance 900 --size 800x500 --screenshot "$pictures/bends.png"
+"$top/run.sh" --go-to KS1 --view 3d --distance 1000 --size 800x500 --screenshot "$pictures/laterals.png"
+# What takes a hand on the screen is painted by the test that has one.
+KX_KEEP_PICTURES=$scratch "$top/test.sh" HandWork
+cp "$scratch/connection-shown.png" "$pictures/connection-preview.png"
 if [ -n "${NETWORK:-}" ]; then
     with=()
     [ -z "${INSPECTIONS:-}" ] || with=(--with "$INSPECTIONS")

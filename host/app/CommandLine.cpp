@@ -289,7 +289,7 @@ findings:
                        distances in metres from the start of the latest inspection of the pipe
   --report FILE        writes the account as JSON
 
---dump FILE            projector, nodes and sections, sorted, with all digits of the numbers
+--dump FILE            projector, nodes, sections, observations and connections, sorted, with all digits of the numbers
 --help, --version      this text, the version
 
 Exit status: 0 done, 1 a project or file could not be opened or written, 2 wrong arguments.
