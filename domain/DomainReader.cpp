@@ -47,7 +47,7 @@ struct DomainReader::Load {
     QVector<CDomainObjectPointer> lateralInspections;
     int next = 0;
     bool paused = false;
-    bool announceActiveInspection = false;
+    CDomainObjectPointer activeInspection; ///< to be told at the end
 
     int total() const { return nodes.size() + sectionInspections.size() + lateralInspections.size(); }
 };
@@ -119,7 +119,8 @@ void DomainReader::populateObjects(const Project& project, bool announceActiveIn
     load->nodes = loadNodes(project);
     load->sectionInspections = loadSectionInspection(project);
     load->lateralInspections = loadLateralInspection(project);
-    load->announceActiveInspection = announceActiveInspection;
+    if (announceActiveInspection)
+        load->activeInspection = AppState::instance().getActiveInspection();
     m_load = std::move(load);
     m_receiver.hold();
     emit loadingStarted(m_load->total());
@@ -211,13 +212,13 @@ void DomainReader::announce(int index)
 void DomainReader::finishLoad()
 {
     const int total = m_load->total();
-    const bool announceActiveInspection = m_load->announceActiveInspection;
+    const auto inspection = m_load->activeInspection;
     m_load.reset();
     initConnections();
     emit loadingProgress(total, total);
     emit loadingFinished();
-    const auto inspection = AppState::instance().getActiveInspection();
-    if (announceActiveInspection && inspection)
+    // Everybody has heard of one that came meanwhile.
+    if (inspection && inspection == AppState::instance().getActiveInspection())
         emit activeInspectionChanged(inspection);
     // A listener may have brought the next project already; what is kept by then belongs to that one's load.
     if (!m_load)

@@ -10,6 +10,7 @@
 #include "domain/boundary/Vector3D.h"
 #include "geo/GdalGeoProjector.h"
 #include "measurement/SystemControlProxy.h"
+#include "network/Crawler.h"
 #include "network/Node.h"
 #include "network/ObservationConnection.h"
 #include "network/Section.h"
@@ -66,6 +67,7 @@ void EntitiesManager::init()
     connect(&m_reader, &DomainReader::observationModified, this, &EntitiesManager::onObservationModified);
     connect(&m_reader, &DomainReader::allRowsRemoved, this, &EntitiesManager::onCleanAll);
     connect(&m_reader, &DomainReader::objectRemoved, this, &EntitiesManager::onObjectRemoved);
+    connect(&m_reader, &DomainReader::activeInspectionChanged, this, &EntitiesManager::activeInspectionChanged);
     connect(&m_reader, &DomainReader::loadingStarted, this, &EntitiesManager::onLoadingStarted);
     connect(&m_reader, &DomainReader::loadingProgress, this, &EntitiesManager::onLoadingProgress);
     connect(&m_reader, &DomainReader::loadingFinished, this, &EntitiesManager::onLoadingFinished);
@@ -311,10 +313,11 @@ void EntitiesManager::onObservationModified(const CDomainObjectPointer& object)
         return;
     }
     Observation* const replacement = observation->modify();
-    if (replacement == observation)
-        return;
-    observations.insert(object->id(), replacement);
-    observation->deleteLater();
+    if (replacement != observation) {
+        observations.insert(object->id(), replacement);
+        observation->deleteLater();
+    }
+    refreshCrawler();
 }
 
 void EntitiesManager::onObservationRemoved(const CDomainObjectPointer&) {}
@@ -338,6 +341,7 @@ void EntitiesManager::onNodeModified(const CDomainObjectPointer& object)
     }
     node->modify();
     node->refreshName();
+    refreshCrawler();
 }
 
 void EntitiesManager::onSectionModified(const CDomainObjectPointer& object)
@@ -359,8 +363,10 @@ void EntitiesManager::onSectionModified(const CDomainObjectPointer& object)
     if (!pipe)
         return;
     const auto sections = SceneEntities::instance().getPipeEntities().getBySectionId(pipe->id());
-    if (sections.isEmpty())
+    if (sections.isEmpty()) {
         logError("onSectionModified object not found");
+        return;
+    }
     for (Section* section : sections) {
         if (!section) {
             logError("onSectionModified object is not a Section");
@@ -369,6 +375,7 @@ void EntitiesManager::onSectionModified(const CDomainObjectPointer& object)
         section->modify();
         section->refreshName();
     }
+    refreshCrawler();
 }
 
 void EntitiesManager::onInspectionModified(const CDomainObjectPointer& inspection)
@@ -376,75 +383,20 @@ void EntitiesManager::onInspectionModified(const CDomainObjectPointer& inspectio
     onSectionModified(inspection);
 }
 
-void EntitiesManager::onObjectRemoved(const QString& id)
-{
-    auto& entities = SceneEntities::instance();
-    if (Section* const section = entities.getPipeEntities().removeByInspectionId(id)) {
-        section->deleteLater();
-        return;
-    }
-    if (Node* const node = entities.getNodes().take(id)) {
-        node->deleteLater();
-        return;
-    }
-    if (Observation* const observation = entities.getObservations().take(id)) {
-        observation->performCleanup();
-        observation->deleteLater();
-    }
-}
-
-void EntitiesManager::onCleanAll()
-{
-    cleanObservations();
-    cleanNodes();
-    const auto sections = SceneEntities::instance().getPipeEntities().takeAll();
-    for (Section* section : sections)
-        letGo(section);
-    cleanVirtualNodes();
-}
-
-void EntitiesManager::letGo(Renderable* object)
-{
-    if (!object)
-        return;
-    // While it waits for its removal the same project may be opened again: it must not store its shape there.
-    disconnect(object, &Renderable::editingFinished, nullptr, nullptr);
-    m_removals.remove(object);
-}
-
-void EntitiesManager::cleanObservations()
-{
-    auto& entities = SceneEntities::instance();
-    const auto laterals = entities.getLateralConnections().keys();
-    for (const QString& lateral : laterals)
-        entities.getLateralConnections().take(lateral);
-    const auto observations = entities.getObservations().keys();
-    for (const QString& id : observations)
-        letGo(entities.getObservations().take(id));
-}
-
-void EntitiesManager::cleanNodes()
-{
-    auto& nodes = SceneEntities::instance().getNodes();
-    const auto keys = nodes.keys();
-    for (const QString& key : keys) {
-        letGo(nodes.take(key));
-    }
-}
-
-void EntitiesManager::cleanVirtualNodes()
-{
-    const auto children = m_root.childNodes();
-    for (Qt3DCore::QNode* child : children) {
-        auto* const node = qobject_cast<Node*>(child);
-        if (node && node->isVirtual())
-            letGo(node);
-    }
-}
-
 void EntitiesManager::onCrawlerPositionChanged(double distance)
 {
     SceneEntities::instance().onCrawlerPositionChanged(distance);
+}
+
+void EntitiesManager::activeInspectionChanged(const CDomainObjectPointer&)
+{
+    SceneEntities::instance().attachCrawlerToSection();
+}
+
+void EntitiesManager::refreshCrawler()
+{
+    if (Crawler* const crawler = SceneEntities::instance().getCrawler())
+        crawler->refreshPosition();
 }
 
 } // namespace Torvik::View3d

@@ -78,6 +78,8 @@ public slots:
     void onCleanAll();
     void onObjectRemoved(const QString& id);
     void onCrawlerPositionChanged(double distance);
+    /** The inspection that was active before the scene was. */
+    void activeInspectionChanged(const CDomainObjectPointer& inspection);
 
 signals:
     /** Progress of a project's load, in objects; total is known from the first on. */
@@ -94,6 +96,8 @@ private:
     void onNodeValueChanged(const Database::CDomainObjectProxy& proxy, Node* node, const QString& key,
                             const QVariant& value, int origin);
     void letGo(Renderable* object);
+    static void refreshCrawler();
+    static void detachCrawler();
     void testProximty(const QSharedPointer<Database::CPipeInspectionObject>& inspection);
     void cleanObservations();
     void cleanNodes();

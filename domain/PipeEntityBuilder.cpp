@@ -5,6 +5,7 @@
 #include "domain/SectionAdapter.h"
 #include "domain/boundary/CLogger.h"
 #include "domain/boundary/Notifications.h"
+#include "network/Crawler.h"
 #include "network/Node.h"
 #include "network/ObservationConnection.h"
 #include "network/Section.h"
@@ -113,6 +114,9 @@ void PipeEntityBuilder::insertObservation(const CDomainObjectPointer& observatio
     auto* const adapter = new ObservationAdapter(proxy, nullptr);
     proxy->setParent(adapter);
     entities.getObservations().insert(observation->id(), Observation::create(section, adapter, fromDB));
+    // A new bend may have turned the pipe under it.
+    if (!fromDB && entities.getCrawler())
+        entities.getCrawler()->refreshPosition();
 }
 
 void PipeEntityBuilder::onLateralConnectionAdded(const QString& sectionId, ObservationConnection* connection)

@@ -113,6 +113,8 @@ void Section::createPipes(const QVector<QVector<QVector3D>>& shapes)
 
 void Section::connectPipe()
 {
+    connect(&SceneEntities::instance(), &SceneEntities::start3dRealTimeMeasurements, m_pipe,
+            &Pipe::startSensorMeasurement);
     m_inspection = new InspectionCommands(m_pipe, this);
     m_inspection->realTime = GlobalNav::instance()->realTimeEnabled();
     connect(this, &Renderable::editingFinished, this, [this] {
@@ -145,6 +147,7 @@ void Section::onRealTimeEnabledChanged(bool enabled)
     // Also when it goes off: the section has been measured.
     setTransformFlags(TransformFlags::Geosensor);
     m_inspection->realTime = enabled;
+    SceneEntities::instance().enable3dMeasurement(enabled);
 }
 
 bool Section::setInspectionDirection()

@@ -1,7 +1,7 @@
 #include "scene/GlobalNav.h"
 
 #include "interaction/Utils3d.h"
-#include "network/Section.h"
+#include "network/Crawler.h"
 #include "scene/SceneEntities.h"
 #include "scene/SceneRoot.h"
 
@@ -44,12 +44,12 @@ void GlobalNav::onLateralNotInProximity()
 void GlobalNav::calculateProximityScreenPos(QVector3D /*translation*/)
 {
     const SceneRoot* const root = SceneRoot::instance();
-    const Section* const section = SceneEntities::instance().getActiveSectionEntity();
-    if (!m_proximityTransform || !root || !section)
+    const Crawler* const crawler = SceneEntities::instance().getCrawler();
+    if (!m_proximityTransform || !root || !crawler)
         return;
     // The announcement stands where the crawler is; the lateral's transform only tells when to look again.
-    const QVector3D crawler = section->crawlerTransformMatrix().column(3).toVector3D();
-    setPipeProximityPos(Utils3d::pointWorldToScreen(m_proximityCamera, crawler, static_cast<float>(root->sceneWidth()),
+    setPipeProximityPos(Utils3d::pointWorldToScreen(m_proximityCamera, crawler->position(),
+                                                    static_cast<float>(root->sceneWidth()),
                                                     static_cast<float>(root->sceneHeight())));
 }
 

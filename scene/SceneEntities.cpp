@@ -3,7 +3,9 @@
 #include "domain/boundary/AppState.h"
 #include "domain/boundary/CLogger.h"
 #include "domain/boundary/CProjectObject.h"
+#include "measurement/InspectionCommands.h"
 #include "measurement/SystemControlProxy.h"
+#include "network/Crawler.h"
 #include "network/Node.h"
 #include "network/ObservationConnection.h"
 #include "network/Section.h"
@@ -14,6 +16,15 @@
 namespace Torvik::View3d {
 
 using Torvik::QmlWrapper::CQmlDomainObject;
+
+namespace {
+
+void log(Logging::LogLevel level, const char* message)
+{
+    Logging::CLogger::logMessage(level, QStringLiteral("View3d::SceneEntities"), QLatin1String(message));
+}
+
+} // namespace
 
 SceneEntities& SceneEntities::instance()
 {
@@ -36,8 +47,11 @@ SceneEntities::SceneEntities()
 void SceneEntities::initConnections()
 {
     auto& app = AppState::instance();
+    auto& vehicle = SystemControlProxy::instance();
     // A scene that is built again must not hear everything twice.
     disconnect(&app, nullptr, this, nullptr);
+    disconnect(&vehicle, nullptr, this, nullptr);
+    disconnect(&m_realTimeController, nullptr, this, nullptr);
     m_loading = false;
     const auto onInspection = [this](const CDomainObjectPointer& inspection) {
         onActiveInspectionChanged(CQmlDomainObject(inspection));
@@ -46,14 +60,20 @@ void SceneEntities::initConnections()
     onInspection(app.getActiveInspection());
     connect(&app, &AppState::activeStructureChanged, this,
             [this](const CDomainObjectPointer& structure) { onActiveStructureChanged(CQmlDomainObject(structure)); });
-    Logging::CLogger::logMessage(Logging::LogTrace, QStringLiteral("View3d::SceneEntities"),
-                                 QStringLiteral("Connected to application state data"));
+    connect(&vehicle, &SystemControlProxy::latestCameraSensorPositionChanged, this,
+            &SceneEntities::onLatestCameraSensorPositionChanged);
+    connect(&m_realTimeController, &RealTimeController::start3dRealTimeMeasurements, this,
+            &SceneEntities::start3dRealTimeMeasurements);
+    connect(&m_realTimeController, &RealTimeController::stop3dRealTimeMeasurements, this,
+            &SceneEntities::stop3dRealTimeMeasurements);
+    log(Logging::LogTrace, "Connected to application state data");
 }
 
 void SceneEntities::onActiveInspectionChanged(CQmlDomainObject inspection)
 {
     // The last reference may be ours: it must live until the measurement has ended.
     const CDomainObjectPointer earlier = m_activeInspection;
+    m_realTimeController.enableMeasurement(false);
     GlobalNav::instance()->setRealTimeEnabled(false);
     if (!inspection.isValid()) {
         m_activeInspection.clear();
@@ -89,13 +109,28 @@ void SceneEntities::onInspReady()
         return;
     }
     showDirectionArrowIfNeeded();
-    if (!m_activeInspection)
+    if (!m_activeInspection) {
+        if (m_crawler)
+            m_crawler->attachToSection(nullptr);
         return;
-    if (Section* const section = getActiveSectionEntity()) {
-        // What was announced in the inspection before holds no more.
-        emit section->lateralNotInProximity();
-        section->testLateralProximity(static_cast<double>(SystemControlProxy::instance().sectionDistanceCounter()));
     }
+    // What was announced in the inspection before holds no more.
+    if (Section* const section = getActiveSectionEntity())
+        emit section->lateralNotInProximity();
+    attachCrawlerToSection();
+    log(Logging::LogTrace, "Crawler attached to the Section");
+}
+
+void SceneEntities::attachCrawlerToSection()
+{
+    Section* const section = getActiveSectionEntity();
+    if (!section) {
+        log(Logging::LogInformation, "Cannot attach crawler to null section");
+        return;
+    }
+    if (m_crawler)
+        m_crawler->attachToSection(section);
+    section->testLateralProximity(static_cast<double>(SystemControlProxy::instance().sectionDistanceCounter()));
 }
 
 void SceneEntities::showDirectionArrowIfNeeded()
@@ -115,10 +150,41 @@ Section* SceneEntities::getActiveSectionEntity() const
     return m_activeInspection ? m_pipeEntities.getByInspectionId(m_activeInspection->id()) : nullptr;
 }
 
+Crawler* SceneEntities::getCrawler() const
+{
+    return m_crawler;
+}
+
+void SceneEntities::setCrawler(Crawler* crawler)
+{
+    m_crawler = crawler;
+}
+
+void SceneEntities::enable3dMeasurement(bool enabled)
+{
+    m_realTimeController.enableMeasurement(enabled);
+}
+
 void SceneEntities::onCrawlerPositionChanged(double distance)
 {
-    if (Section* const section = getActiveSectionEntity())
+    if (Section* const section = getActiveSectionEntity()) {
         section->onDistanceCounterChanged(distance);
+        if (m_crawler)
+            m_crawler->refreshPosition();
+    }
+    m_realTimeController.setCrawlerDistance(distance);
+}
+
+void SceneEntities::onLatestCameraSensorPositionChanged(Vector3D<double> position, float distance)
+{
+    Section* const section = getActiveSectionEntity();
+    InspectionCommands* const commands = section ? section->inspection() : nullptr;
+    if (!commands)
+        return;
+    // The scene's up is y, the sensor's is z.
+    commands->addPoint(Vector3D<double>(position.x(), position.z(), -position.y()).toQVector3D(), distance);
+    m_shapeAccess.writePoints(section);
+    emit section->realTimeDataChanged();
 }
 
 QString SceneEntities::getProjectPathOrEmptyString() const

@@ -3,11 +3,13 @@
 #include "domain/PipeEntities.h"
 #include "domain/PipeEntityBuilder.h"
 #include "domain/boundary/CQmlDomainObject.h"
+#include "measurement/RealTimeController.h"
 #include "measurement/ShapeAccess.h"
 #include "scene/EntityRegistry.h"
 #include "scene/KxView3dExport.h"
 
 #include <QObject>
+#include <QPointer>
 #include <QVariant>
 
 class QJSEngine;
@@ -15,6 +17,7 @@ class QQmlEngine;
 
 namespace Torvik::View3d {
 
+class Crawler;
 class Node;
 class Observation;
 class ObservationConnection;
@@ -45,6 +48,13 @@ public:
 
     /** Section of the active inspection, or null. */
     Section* getActiveSectionEntity() const;
+    /** The scene's inspection vehicle, or null; not owned. */
+    Crawler* getCrawler() const;
+    void setCrawler(Crawler* crawler);
+    /** Puts the crawler into the active section, and tells whether a lateral is near. */
+    void attachCrawlerToSection();
+    /** Begins or ends a 3D measurement of the active section. */
+    void enable3dMeasurement(bool enabled);
     /** Folder of the active project; empty without one. */
     QString getProjectPathOrEmptyString() const;
     /** Position of the section's upstream node, else of its downstream node, as a QVector3D; invalid when neither has
@@ -57,10 +67,17 @@ public:
     void setLoading(bool loading);
     /** The distance counter has a new value, in metres along the active section. */
     void onCrawlerPositionChanged(double distance);
+    /** The 3D sensor has seen a point of the active section: z up, at a distance of the cable in metres. */
+    void onLatestCameraSensorPositionChanged(Torvik::View3d::Vector3D<double> position, float distance);
 
 public slots:
     void onActiveInspectionChanged(Torvik::QmlWrapper::CQmlDomainObject inspection);
     void onActiveStructureChanged(Torvik::QmlWrapper::CQmlDomainObject section);
+
+signals:
+    void start3dRealTimeMeasurements(Torvik::View3d::Vector3D<double> startingVector, QVector3D startingDirection,
+                                     float startMeterValue);
+    void stop3dRealTimeMeasurements();
 
 private:
     SceneEntities();
@@ -73,11 +90,13 @@ private:
     EntityRegistry<Observation> m_observations;
     EntityRegistry<ObservationConnection> m_lateralConnections;
     CDomainObjectPointer m_activeInspection;
+    QPointer<Crawler> m_crawler;
     bool m_inspectionReady = false;
     bool m_structureReady = false;
     bool m_loading = false;
     bool m_readyWhileLoading = false;
     ShapeAccess m_shapeAccess;
+    RealTimeController m_realTimeController;
     PipeEntityBuilder m_pipeEntityBuilder;
 };
 

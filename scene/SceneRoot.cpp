@@ -4,6 +4,7 @@
 #include "geo/GdalGeoProjector.h"
 #include "interaction/TouchInput.h"
 #include "measurement/SystemControlProxy.h"
+#include "network/Crawler.h"
 #include "scene/Fuzzy.h"
 #include "scene/GlobalNav.h"
 #include "scene/ReadableEffect.h"
@@ -279,6 +280,33 @@ void SceneRoot::tellViewScale()
     if (m_viewCamera)
         SharedComponents::instance().setMetresPerPixel(
             Readable::metresPerPixel(m_viewCamera->viewVector().length(), m_viewCamera->fieldOfView(), m_sceneHeight));
+}
+
+Crawler* SceneRoot::crawler() const
+{
+    return m_crawler;
+}
+
+void SceneRoot::setCrawler(Crawler* crawler)
+{
+    if (m_crawler == crawler)
+        return;
+    m_crawler = crawler;
+    if (crawler)
+        setupCrawler();
+    emit crawlerChanged(crawler);
+}
+
+void SceneRoot::setupCrawler()
+{
+    // QML makes it for a property, and so in no scene yet.
+    if (!m_crawler->parentNode() || m_crawler->parentNode() == this)
+        m_crawler->setParent(this);
+    SceneEntities::instance().setCrawler(m_crawler);
+    connect(&AppState::instance(), &AppState::activeInspectionChanged, m_crawler,
+            [crawler = m_crawler.data()](const CDomainObjectPointer& inspection) {
+                crawler->setEnabled(!inspection.isNull());
+            });
 }
 
 void SceneRoot::setRayCaster(Qt3DRender::QRayCaster* rayCaster)

@@ -30,6 +30,7 @@ class QMouseEvent;
 
 namespace Torvik::View3d {
 
+class Crawler;
 class TouchInput;
 
 /** Root of the network's part of the scene and the facade that QML talks to. It holds what the scene's objects share -
@@ -64,6 +65,7 @@ class KXVIEW3D_EXPORT SceneRoot : public Qt3DCore::QEntity {
     Q_PROPERTY(double sceneWidth READ sceneWidth WRITE setSceneWidth NOTIFY sceneWidthChanged)
     Q_PROPERTY(double sceneHeight READ sceneHeight WRITE setSceneHeight NOTIFY sceneHeightChanged)
     Q_PROPERTY(Qt3DRender::QCamera* camera READ camera WRITE setCamera)
+    Q_PROPERTY(Torvik::View3d::Crawler* crawler READ crawler WRITE setCrawler NOTIFY crawlerChanged)
     Q_PROPERTY(Qt3DRender::QRayCaster* rayCaster READ rayCaster WRITE setRayCaster NOTIFY rayCasterChanged)
     Q_PROPERTY(Torvik::View3d::Renderable* selectedRenderable READ selectedRenderable NOTIFY selectedRenderableChanged)
     Q_PROPERTY(int selectionsCount READ selectionsCount NOTIFY selectedRenderableChanged)
@@ -102,6 +104,8 @@ public:
     /** Size of the 3D item in pixels. */
     double sceneWidth() const { return static_cast<double>(m_sceneWidth); }
     double sceneHeight() const { return static_cast<double>(m_sceneHeight); }
+    /** The inspection vehicle that QML has made, or null. */
+    Crawler* crawler() const;
     Qt3DRender::QRayCaster* rayCaster() const { return m_rayCaster; }
 
     /** The finger on the scene's objects. */
@@ -199,6 +203,7 @@ public slots:
     void setSceneWidth(double sceneWidth);
     void setSceneHeight(double sceneHeight);
     void setCamera(Qt3DRender::QCamera* camera);
+    void setCrawler(Torvik::View3d::Crawler* crawler);
     void setRayCaster(Qt3DRender::QRayCaster* rayCaster);
 
 signals:
@@ -220,6 +225,7 @@ signals:
     void maxSelectionChanged(int maxSelection);
     void sceneWidthChanged(double sceneWidth);
     void sceneHeightChanged(double sceneHeight);
+    void crawlerChanged(Torvik::View3d::Crawler* crawler);
     void rayCasterChanged(Qt3DRender::QRayCaster* rayCaster);
 
     void lateralInProximity(QString lateralId, Qt3DCore::QTransform* entity);
@@ -236,6 +242,7 @@ private:
     Renderable* nearestObject(const QPointF& position) const;
     bool selectNear(const QPointF& position);
     static void logQNodeToRenderableCastError();
+    void setupCrawler();
 
     /** Thin things are drawn wider from far away. */
     void tellViewScale();
@@ -249,6 +256,7 @@ private:
     QPointer<Qt3DRender::QCamera> m_viewCamera;
     QList<Qt3DCore::QTransform*> m_markerTransforms;
     EntitiesManager m_entitiesManager;
+    QPointer<Crawler> m_crawler;
     Qt3DRender::QMaterial* m_materialPipe;
     Qt3DRender::QMaterial* m_materialNode;
     Qt3DRender::QMaterial* m_materialNodeSelected;

@@ -2,6 +2,7 @@
 #include "geo/EpsgBounds.h"
 #include "interaction/CameraController.h"
 #include "interaction/Utils3d.h"
+#include "network/Crawler.h"
 #include "network/Node.h"
 #include "network/Section.h"
 #include "scene/FlaggedTransform.h"
@@ -23,6 +24,7 @@ void SceneRoot::registerMetaTypes()
 {
     qRegisterMetaType<CameraController::ControlModes>("CameraController.ControlModes");
     qRegisterMetaType<CameraController::ControlPlanes>("CameraController.ControlPlanes");
+    qRegisterMetaType<Crawler*>("Crawler*");
     qRegisterMetaType<Node*>("Node3d*");
     qRegisterMetaType<Section*>("Section*");
     qRegisterMetaType<Renderable*>("Renderable*");
@@ -33,6 +35,7 @@ void SceneRoot::registerMetaTypes()
     qmlRegisterType<SceneRoot>(module, 1, 0, "SceneRoot");
     qmlRegisterType<Utils3d>(module, 1, 0, "Utils3d");
     qmlRegisterType<Node>(module, 1, 0, "Node3d");
+    qmlRegisterType<Crawler>(module, 1, 0, "Crawler");
     // Named differently from the class, so that QML reads the bits as TransformFlags.Manual.
     qmlRegisterType<FlaggedTransform>(module, 1, 0, "TransformFlags");
     qmlRegisterSingletonType<SceneEntities>(module, 1, 0, "SceneEntities", &SceneEntities::qmlSingletonInstance);

@@ -1,6 +1,7 @@
 #include "common/TestProject.h"
 #include "geo/GdalGeoProjector.h"
 #include "interaction/Utils3d.h"
+#include "network/Crawler.h"
 #include "network/Node.h"
 #include "network/Section.h"
 #include "scene/GlobalNav.h"
@@ -54,6 +55,9 @@ private slots:
         m_project = std::make_unique<TestProject>();
         m_root = new SceneRoot;
         m_root->setCamera(&m_camera);
+        auto* const crawler = new Crawler(m_root);
+        crawler->setActive(true);
+        m_root->setCrawler(crawler);
         lookDownFromAfar();
         m_root->qmlOnCompleted();
     }

@@ -2,6 +2,7 @@
 #include "common/TestProject.h"
 #include "domain/boundary/CQmlDomainObject.h"
 #include "geo/GdalGeoProjector.h"
+#include "network/Crawler.h"
 #include "network/Node.h"
 #include "network/Section.h"
 #include "scene/GlobalNav.h"
@@ -38,6 +39,12 @@ Section* sectionOf(const CDomainObjectPointer& inspection)
 bool arrowAt(const CDomainObjectPointer& inspection)
 {
     return sectionOf(inspection)->isDirectionArrowShown();
+}
+
+/** Lines of the registry's log. */
+int logged(const LogCapture& log, int level, const char* message)
+{
+    return log.count(level, QStringLiteral("View3d::SceneEntities"), QLatin1String(message));
 }
 
 void activate(const CDomainObjectPointer& inspection)
@@ -205,6 +212,119 @@ private slots:
         QCOMPARE(arrow, QVector<bool> {true});
     }
 
+    void theCrawlerGoesIntoTheActiveSection()
+    {
+        m_project->activate();
+        Crawler* const crawler = addCrawler();
+        const LogCapture log;
+
+        activate(m_inspection);
+
+        QCOMPARE(crawler->section(), sectionOf(m_inspection));
+        QCOMPARE(logged(log, 4, "Crawler attached to the Section"), 1);
+        QCOMPARE(logged(log, 3, "Cannot attach crawler to null section"), 0);
+        const QVector3D ahead = sectionOf(m_inspection)->crawlerTransformMatrix().column(3).toVector3D();
+        QVERIFY((crawler->position() - ahead).length() < 1e-4F);
+    }
+
+    void withoutASectionNothingIsAttachedAndTheLogSaysBoth()
+    {
+        m_project->activate();
+        Crawler* const crawler = addCrawler();
+        activate(m_inspection);
+        const auto unknown = m_project->addInspection(m_pipe);
+        const LogCapture log;
+
+        activate(unknown);
+
+        QCOMPARE(crawler->section(), sectionOf(m_inspection));
+        QCOMPARE(logged(log, 3, "Cannot attach crawler to null section"), 1);
+        QCOMPARE(logged(log, 4, "Crawler attached to the Section"), 1);
+    }
+
+    void theAnnouncementIsClearedBeforeTheCrawlerComes()
+    {
+        m_project->activate();
+        const Crawler* const crawler = addCrawler();
+        QVector<bool> attached;
+        const QObject here;
+        connect(sectionOf(m_inspection), &Section::lateralNotInProximity, &here,
+                [&] { attached.append(crawler->section() != nullptr); });
+
+        activate(m_inspection);
+
+        QCOMPARE(attached, QVector<bool> {false});
+    }
+
+    void aStructureThatComesBeforeTheInspectionAttachesNothingYet()
+    {
+        m_project->activate();
+        const Crawler* const crawler = addCrawler();
+
+        entities().onActiveStructureChanged(CQmlDomainObject(m_pipe));
+        QVERIFY(!crawler->section());
+        activate(m_inspection);
+
+        QCOMPARE(crawler->section(), sectionOf(m_inspection));
+    }
+
+    void aStructureThatFollowsAttachesAgain()
+    {
+        m_project->activate();
+        addCrawler();
+        activate(m_inspection);
+        const LogCapture log;
+
+        entities().onActiveStructureChanged(CQmlDomainObject());
+        QCOMPARE(logged(log, 4, "Crawler attached to the Section"), 0);
+        entities().onActiveStructureChanged(CQmlDomainObject(m_pipe));
+        QCOMPARE(logged(log, 4, "Crawler attached to the Section"), 1);
+    }
+
+    void withoutAnInspectionTheCrawlerStaysInItsSectionUnseen()
+    {
+        m_project->activate();
+        const Crawler* const crawler = addCrawler();
+        activate(m_inspection);
+        QVERIFY(crawler->isEnabled());
+
+        activate({});
+
+        QCOMPARE(crawler->section(), sectionOf(m_inspection));
+        QVERIFY(!crawler->isEnabled());
+    }
+
+    void theCounterMovesTheCrawlerAndIsKeptWithoutASection()
+    {
+        m_project->activate();
+        const Crawler* const crawler = addCrawler();
+        activate(m_inspection);
+
+        entities().onCrawlerPositionChanged(20.0);
+        const QVector3D ahead = sectionOf(m_inspection)->crawlerTransformMatrix().column(3).toVector3D();
+        QVERIFY((crawler->position() - ahead).length() < 1e-4F);
+        QVERIFY((crawler->position() - sectionOf(m_inspection)->position()).length() > 19.0F);
+
+        activate({});
+        entities().onCrawlerPositionChanged(8.0);
+        QVERIFY((crawler->position() - ahead).length() < 1e-4F);
+        activate(m_inspection);
+        QSignalSpy started(&entities(), &SceneEntities::start3dRealTimeMeasurements);
+        entities().enable3dMeasurement(true);
+        QCOMPARE(started.takeFirst().at(2).toFloat(), 8.0F);
+    }
+
+    void aCrawlerThatDiesLeavesNoPointerBehind()
+    {
+        m_project->activate();
+        delete addCrawler();
+
+        activate(m_inspection);
+
+        QVERIFY(!entities().getCrawler());
+        QVERIFY(entities().getActiveSectionEntity());
+    }
+
     void theUpstreamNodeIsThePlaceToGoTo()
     {
         const auto c = m_project->addNode(QStringLiteral("C"), placeC);
@@ -250,6 +370,14 @@ private slots:
     }
 
 private:
+    Crawler* addCrawler()
+    {
+        auto* const crawler = new Crawler(m_root);
+        crawler->setActive(true);
+        m_root->setCrawler(crawler);
+        return crawler;
+    }
+
     SceneRoot* m_root = nullptr;
     std::unique_ptr<TestProject> m_project;
     CDomainObjectPointer m_a;

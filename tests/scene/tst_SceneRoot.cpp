@@ -3,6 +3,7 @@
 #include "domain/boundary/CQmlDomainObject.h"
 #include "geo/GdalGeoProjector.h"
 #include "interaction/Utils3d.h"
+#include "network/Crawler.h"
 #include "network/Node.h"
 #include "network/Section.h"
 #include "scene/GlobalNav.h"
@@ -86,6 +87,53 @@ private slots:
         m_root->createSetDefaultMaterialSelected();
         QVERIFY(m_root->materialSelected() != first);
         QVERIFY(m_root->childNodes().contains(first));
+    }
+
+    void aCrawlerComesIntoTheSceneAndTheRegistry()
+    {
+        qRegisterMetaType<Crawler*>();
+        QVERIFY(!m_root->crawler());
+        auto* const crawler = new Crawler;
+        QSignalSpy changed(m_root, &SceneRoot::crawlerChanged);
+
+        m_root->setProperty("crawler", QVariant::fromValue(crawler));
+        m_root->setCrawler(crawler);
+
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(changed.first().first().value<Crawler*>(), crawler);
+        QCOMPARE(m_root->property("crawler").value<Crawler*>(), crawler);
+        QCOMPARE(SceneEntities::instance().getCrawler(), crawler);
+        QCOMPARE(crawler->parentNode(), m_root);
+    }
+
+    void withoutACrawlerTheRegistryKeepsTheLastOne()
+    {
+        auto* const crawler = new Crawler(m_root);
+        m_root->setCrawler(crawler);
+        const QSignalSpy changed(m_root, &SceneRoot::crawlerChanged);
+
+        m_root->setCrawler(nullptr);
+
+        QCOMPARE(changed.count(), 1);
+        QVERIFY(!m_root->crawler());
+        QCOMPARE(SceneEntities::instance().getCrawler(), crawler);
+    }
+
+    void aCrawlerIsThereWhileAnInspectionIs()
+    {
+        TestProject project;
+        const auto inspection = project.addInspection(project.addSection("S", {}, {}));
+        auto* const crawler = new Crawler(m_root);
+        m_root->setCrawler(crawler);
+        QVERIFY(crawler->isEnabled());
+
+        AppState::instance().setActiveInspection(inspection);
+        QVERIFY(crawler->isEnabled());
+        AppState::instance().setActiveInspection({});
+        QVERIFY(!crawler->isEnabled());
+        AppState::instance().setActiveInspection(inspection);
+        QVERIFY(crawler->isEnabled());
+        AppState::instance().setActiveInspection({});
     }
 
     void everySetterEmitsOnAChangeOnly()

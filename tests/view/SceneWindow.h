@@ -5,6 +5,7 @@
 #include "host/modules/HostModules.h"
 #include "interaction/CameraController.h"
 #include "interaction/Utils3d.h"
+#include "scene/GlobalNav.h"
 #include "scene/SceneRoot.h"
 
 #include <QQmlApplicationEngine>
@@ -103,6 +104,13 @@ public:
         for (int step = 1; step <= steps; ++step)
             moveTo(from + (to - from) * step / steps);
         release(to);
+    }
+
+    /** Whether the camera rides along with the crawler. */
+    void setFollowing(bool on)
+    {
+        m_scene->setProperty("cameraFollowEnabled", on);
+        Torvik::View3d::GlobalNav::instance()->setCameraFollow(on);
     }
 
     QImage grab()

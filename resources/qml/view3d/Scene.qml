@@ -302,6 +302,11 @@ Scene3D {
             gridVisible: scene3d.mode3d && window3d.gridVisible && !window3d.gridDisabled
                          && !window3d.gridIsFarAwayFromCamera && !window3d.screenshotPending
             layerGrid: Layer {}
+            crawler: Torvik3d.Crawler {
+                id: crawler
+
+                active: scene3d.crawlerVisible
+            }
 
             Component.onCompleted: trySignalQmlOnCompleted()
 
@@ -326,6 +331,9 @@ Scene3D {
                 id: cameraFollowAnimation
 
                 targetCamera: mainCamera
+                objectFollowed: myScene.crawler
+                active: scene3d.crawlerVisible && scene3d.cameraFollowEnabled
+                        && (window3d.splitViewMode || GlobalNav.cameraFollow)
             }
 
             Connections {

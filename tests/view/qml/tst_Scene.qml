@@ -272,6 +272,33 @@ CameraWindow {
         function test_theCrawlerNeedsAnActiveInspection() {
             verify(camera.isInspectionScreen())
             compare(scene.crawlerVisible, false)
+            const crawler = scene.sceneRoot.crawler
+            compare(crawler.type, "crawler")
+            compare(crawler.active, false)
+            scene.crawlerVisible = true
+            compare(crawler.active, true)
+            compare(scene.cameraFollow.objectFollowed, crawler)
+        }
+
+        function test_theCameraFollowsTheCrawlerWhenItIsToldTo_data() {
+            return [
+                { tag: "as asked", visible: true, enabled: true, split: false, follow: true, active: true },
+                { tag: "beside a second view", visible: true, enabled: true, split: true, follow: false, active: true },
+                { tag: "not asked", visible: true, enabled: true, split: false, follow: false, active: false },
+                { tag: "switched off", visible: true, enabled: false, split: true, follow: true, active: false },
+                { tag: "nothing to follow", visible: false, enabled: true, split: true, follow: true, active: false }
+            ]
+        }
+
+        function test_theCameraFollowsTheCrawlerWhenItIsToldTo(row) {
+            scene.crawlerVisible = row.visible
+            window3d.splitViewMode = row.split
+            GlobalNav.cameraFollow = row.follow
+            scene.cameraFollowEnabled = row.enabled
+
+            compare(scene.cameraFollow.active, row.active)
+            camera.animScheduler.completeAll()
+            GlobalNav.cameraFollow = false
         }
 
         function test_aCameraWithoutAnInspectionStaysWhereItIs() {
