@@ -11,6 +11,8 @@ namespace {
 
 constexpr int smallestPicture = 16;
 constexpr int largestPicture = 16384;
+/** Metres, or metres a second. */
+constexpr double smallestStep = 0.001;
 
 /** The arguments sorted into words and options, before anyone asks what they mean. */
 struct Sorted {
@@ -25,10 +27,12 @@ struct Sorted {
 
 const QStringList flagNames {QStringLiteral("--help"), QStringLiteral("--version"), QStringLiteral("--fit"),
                              QStringLiteral("--json"), QStringLiteral("--whole-window")};
-const QStringList valueNames {QStringLiteral("--crs"),        QStringLiteral("--mapping"), QStringLiteral("--with"),
-                              QStringLiteral("--report"),     QStringLiteral("--size"),    QStringLiteral("--view"),
-                              QStringLiteral("--screenshot"), QStringLiteral("--dump"),    QStringLiteral("--distance"),
-                              QStringLiteral("--go-to"),      QStringLiteral("--findings")};
+const QStringList valueNames {
+    QStringLiteral("--crs"),        QStringLiteral("--mapping"),  QStringLiteral("--with"),
+    QStringLiteral("--report"),     QStringLiteral("--size"),     QStringLiteral("--view"),
+    QStringLiteral("--screenshot"), QStringLiteral("--dump"),     QStringLiteral("--distance"),
+    QStringLiteral("--go-to"),      QStringLiteral("--findings"), QStringLiteral("--noise"),
+    QStringLiteral("--seed"),       QStringLiteral("--step"),     QStringLiteral("--speed")};
 const QStringList repeatable {QStringLiteral("--with"), QStringLiteral("--findings")};
 
 QString takeOption(const QStringList& arguments, int& index, Sorted& sorted)
@@ -194,6 +198,46 @@ QString readInfo(const Sorted& sorted, Options& options)
     return {};
 }
 
+/** A number from `least` on, if the option is there. */
+QString readNumber(const Sorted& sorted, const QString& option, double least, const QString& what, double& number)
+{
+    if (!sorted.has(option))
+        return {};
+    bool isNumber = false;
+    const double read = sorted.value(option).toDouble(&isNumber);
+    if (!isNumber || !std::isfinite(read) || read < least)
+        return QStringLiteral("%1 takes %2, not \"%3\"").arg(option, what, sorted.value(option));
+    number = read;
+    return {};
+}
+
+QString readRecord(const Sorted& sorted, Options& options)
+{
+    const QString noise = QStringLiteral("--noise");
+    const QString seed = QStringLiteral("--seed");
+    const QString step = QStringLiteral("--step");
+    const QString speed = QStringLiteral("--speed");
+    const QString foreign = foreignOption(sorted, {noise, seed, step, speed}, QStringLiteral("record"));
+    if (!foreign.isEmpty())
+        return foreign;
+    if (sorted.words.size() != 4)
+        return QStringLiteral("record needs a PROJECT, an INSPECTION and a FILE");
+    options.command = Command::Record;
+    options.project = sorted.words[1];
+    options.inspectKey = sorted.words[2];
+    options.outputFile = sorted.words[3];
+    QString error = readNumber(sorted, noise, 0, QStringLiteral("metres"), options.run.noise);
+    if (error.isEmpty())
+        error = readNumber(sorted, step, smallestStep, QStringLiteral("metres, at least 0.001"), options.run.step);
+    if (error.isEmpty())
+        error = readNumber(sorted, speed, smallestStep, QStringLiteral("metres a second, at least 0.001"),
+                           options.run.speed);
+    bool isSeed = true;
+    if (error.isEmpty() && sorted.has(seed))
+        options.run.seed = sorted.value(seed).toUInt(&isSeed);
+    return isSeed ? error : QStringLiteral("--seed takes a whole number from 0 on, not \"%1\"").arg(sorted.value(seed));
+}
+
 QString readProject(const Sorted& sorted, Options& options)
 {
     if (sorted.words.size() > 1)
@@ -242,58 +286,13 @@ ParsedArguments parseArguments(const QStringList& arguments)
         error = readFindings(sorted, options);
     else if (named && first == QLatin1String("info"))
         error = readInfo(sorted, options);
+    else if (named && first == QLatin1String("record"))
+        error = readRecord(sorted, options);
     else
         error = readProject(sorted, options);
     if (!error.isEmpty())
         return {std::nullopt, error};
     return {options, {}};
-}
-
-QString helpText()
-{
-    return QStringLiteral(
-        R"(kxviewer shows sewer networks in 3D.
-
-  kxviewer [PROJECT] [VIEW]                   opens a project in a window; without one, the sample
-  kxviewer [PROJECT] --screenshot FILE [VIEW] paints a project into a picture and ends
-  kxviewer import SOURCE PROJECT [...]        makes a project from an open format
-  kxviewer findings PROJECT FILE... [...]     adds findings to a project
-  kxviewer info PROJECT [--json]              prints what a project holds
-  kxviewer [PROJECT] --dump FILE              writes the scene as JSON
-
-PROJECT is the folder of a project. A folder called "import", "findings" or "info" is written ./import.
-
-VIEW, for a window or a picture:
-  --view top|3d|front  from where to look; top if not given
-  --fit                the whole project in view, which is also the start
-  --go-to KEY          the node, section or lateral with this key in the middle instead
-  --distance M         metres from the camera to the point it looks at, seen through the lens of 3 degrees:
-                       100 m show 5.2 m from the lower to the upper edge; follows from the object if not given
-  --size WxH           size in pixels; 1280x800 if not given
-
---screenshot FILE      the ending names the format (png, jpg, bmp, ppm); the picture is taken once the project is
-                       read and painted
---whole-window         with lists and buttons in the picture, not only the scene
-
-import:
-  SOURCE               ISYBAU XML (2013, 2017), EPA SWMM (.inp), or anything that GDAL/OGR opens
-  PROJECT              the folder to make; it must not hold anything yet
-  --crs EPSG:N         coordinate system of the source where the source does not tell
-  --mapping FILE       names the layers and columns of a GDAL/OGR source
-  --with FILE          a further file of the same network, such as its inspections; may be repeated
-  --findings FILE      findings of inspections as CSV; may be repeated
-  --report FILE        writes the account of the import as JSON
-
-findings:
-  FILE                 CSV with a header: pipe, distance, code, and if wanted clock, angle, quantity, lateral;
-                       distances in metres from the start of the latest inspection of the pipe
-  --report FILE        writes the account as JSON
-
---dump FILE            projector, nodes, sections, observations and connections, sorted, with all digits of the numbers
---help, --version      this text, the version
-
-Exit status: 0 done, 1 a project or file could not be opened or written, 2 wrong arguments.
-)");
 }
 
 } // namespace Torvik::Viewer

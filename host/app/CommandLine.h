@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/vehicle/Course.h"
+
 #include <QSize>
 #include <QString>
 #include <QStringList>
@@ -8,7 +10,7 @@
 
 namespace Torvik::Viewer {
 
-enum class Command { Window, Screenshot, Dump, Import, Findings, Info, Help, Version };
+enum class Command { Window, Screenshot, Dump, Import, Findings, Info, Record, Help, Version };
 enum class StandardView { Top, Perspective, Front };
 
 /** What one call of the program is to do. */
@@ -27,7 +29,12 @@ struct Options {
     QStringList findingsFiles;
     QString reportFile;
 
-    /** The picture's or the dump's file. */
+    /** Key of an inspection: its own, that of its pipe, or its id. */
+    QString inspectKey;
+    /** Of a recording that is to be made. */
+    Vehicle::RunOptions run;
+
+    /** The picture's, the dump's or the recording's file. */
     QString outputFile;
     /** Of the picture or of the window's scene, in pixels. */
     QSize size {1280, 800};

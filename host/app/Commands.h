@@ -11,6 +11,8 @@ namespace Commands {
 int info(const Options& options);
 int import(const Options& options);
 int findings(const Options& options);
+/** Writes what a vehicle would tell on a run along the stored course of an inspection. */
+int record(const Options& options);
 /** Needs a QGuiApplication, no screen. */
 int dump(const Options& options);
 

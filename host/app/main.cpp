@@ -37,7 +37,7 @@ int run(const Options& options, int& argc, char** argv)
     haveRuntimeFolder();
     for (const auto& [command, execute] :
          {std::pair(Command::Info, &Commands::info), std::pair(Command::Import, &Commands::import),
-          std::pair(Command::Findings, &Commands::findings)}) {
+          std::pair(Command::Findings, &Commands::findings), std::pair(Command::Record, &Commands::record)}) {
         if (options.command != command)
             continue;
         QCoreApplication application(argc, argv);

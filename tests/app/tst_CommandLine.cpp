@@ -36,6 +36,7 @@ private slots:
     void theValueMayStandBehindAnEqualsSign();
     void importTakesSeveralFiles();
     void findingsGoIntoAProject();
+    void recordTakesStepSpeedNoiseAndSeed();
     void infoTakesJson();
     void dumpTakesAFile();
     void helpWinsOverEverythingElse();
@@ -128,6 +129,24 @@ void tst_CommandLine::importTakesSeveralFiles()
     QCOMPARE(options.reportFile, QStringLiteral("r.json"));
 }
 
+void tst_CommandLine::recordTakesStepSpeedNoiseAndSeed()
+{
+    const Options plain = understood("record town H1 run.csv");
+    const Options full = understood("record town H1 run.csv --noise 0.005 --seed 7 --step 0.1 --speed 0.3");
+
+    QCOMPARE(plain.command, Command::Record);
+    QCOMPARE(plain.project, QStringLiteral("town"));
+    QCOMPARE(plain.inspectKey, QStringLiteral("H1"));
+    QCOMPARE(plain.outputFile, QStringLiteral("run.csv"));
+    QCOMPARE(plain.run.step, 0.25);
+    QCOMPARE(plain.run.noise, 0.0);
+    QCOMPARE(full.run.noise, 0.005);
+    QCOMPARE(full.run.seed, 7U);
+    QCOMPARE(full.run.step, 0.1);
+    QCOMPARE(full.run.speed, 0.3);
+    QCOMPARE(understood("./record").command, Command::Window);
+}
+
 void tst_CommandLine::infoTakesJson()
 {
     QVERIFY(!understood("info town").infoAsJson);
@@ -191,6 +210,16 @@ void tst_CommandLine::wrongArgumentsGiveOneLine_data()
     row("info", "PROJECT");
     row("info a b", "PROJECT");
     row("info a --fit", "--fit");
+    row("record town H1", "FILE");
+    row("record town H1 a.csv b.csv", "FILE");
+    row("record town H1 a.csv --noise -1", "\"-1\"");
+    row("record town H1 a.csv --noise nan", "nan");
+    row("record town H1 a.csv --step 0", "\"0\"");
+    row("record town H1 a.csv --speed fast", "fast");
+    row("record town H1 a.csv --seed -1", "\"-1\"");
+    row("record town H1 a.csv --seed 1.5", "\"1.5\"");
+    row("record town H1 a.csv --fit", "--fit");
+    row("town --noise 1", "--noise");
     row("town --json", "--json");
     row("town --crs EPSG:25832", "--crs");
     row("town --screenshot", "--screenshot");
@@ -230,9 +259,10 @@ void tst_CommandLine::wrongArgumentsGiveOneLine()
 void tst_CommandLine::helpTellsEveryOption_data()
 {
     QTest::addColumn<QString>("option");
-    for (const char* option : {"import", "findings", "info", "--findings", "--crs", "--mapping", "--with", "--report",
-                               "--screenshot", "--size", "--view", "top|3d|front", "--distance", "--fit", "--go-to",
-                               "--json", "--dump", "--whole-window", "--help"})
+    for (const char* option : {"import",     "findings", "info",         "--findings", "--crs",          "--mapping",
+                               "--with",     "--report", "--screenshot", "--size",     "--view",         "top|3d|front",
+                               "--distance", "--fit",    "--go-to",      "--json",     "--dump",         "record",
+                               "--noise",    "--seed",   "--step",       "--speed",    "--whole-window", "--help"})
         QTest::newRow(option) << QString::fromLatin1(option);
 }
 
