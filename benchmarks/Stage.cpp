@@ -33,6 +33,9 @@ Scene3D {
         components: [
             RenderSettings {
                 renderPolicy: RenderSettings.OnDemand
+                pickingSettings.pickMethod: PickingSettings.TrianglePicking
+                pickingSettings.faceOrientationPickingMode: PickingSettings.FrontFace
+                pickingSettings.pickResultMode: PickingSettings.NearestPick
                 activeFrameGraph: ForwardRenderer { clearColor: "white"; camera: camera }
             },
             InputSettings {}

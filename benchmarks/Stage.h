@@ -17,6 +17,8 @@ namespace Torvik::Bench {
 class Stage {
 public:
     enum Kind { Window, Headless };
+    static constexpr int width = 800;
+    static constexpr int height = 600;
 
     explicit Stage(Kind kind);
     ~Stage();
@@ -25,6 +27,9 @@ public:
     /** What is measured hangs below this. */
     Qt3DCore::QEntity* root() const { return m_root; }
     Qt3DRender::QCamera* camera() const { return m_camera; }
+
+    /** Only of a stage with a window. */
+    QQuickView& window() const { return *m_view; }
 
     /** Lets the window show so many frames; without a window lets the event loop turn once. */
     void waitFrames(int frames) const;
