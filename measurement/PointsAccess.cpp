@@ -57,6 +57,8 @@ void MeasurementPointsAccess::writePoints(Domain* object)
 
 void MeasurementPointsAccess::writePoints(const QString& wkt)
 {
+    if (m_inspectionId.isEmpty())
+        return;
     const QVector<Database::WktPoint> points = pointsOf(wkt);
     QString mesPk = countInclinationMeasurement();
     if (mesPk.isEmpty())

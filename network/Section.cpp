@@ -147,7 +147,7 @@ void Section::onRealTimeEnabledChanged(bool enabled)
     // Also when it goes off: the section has been measured.
     setTransformFlags(TransformFlags::Geosensor);
     m_inspection->realTime = enabled;
-    SceneEntities::instance().enable3dMeasurement(enabled);
+    SceneEntities::instance().announceRealTime(enabled);
 }
 
 bool Section::setInspectionDirection()

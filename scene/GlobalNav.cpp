@@ -108,6 +108,7 @@ void GlobalNav::setRealTimeEnabled(bool enabled)
         return;
     }
     m_realTimeEnabled = enabled;
+    ++m_realTimeSwitches;
     emit realTimeEnabledChanged(enabled);
 }
 

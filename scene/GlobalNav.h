@@ -52,6 +52,8 @@ public:
     /** Dragging an object moves it; false: it turns it. */
     bool translateMode() const { return m_translateMode; }
     bool realTimeEnabled() const { return m_realTimeEnabled; }
+    /** How often real time has been switched, on or off. */
+    int realTimeSwitches() const { return m_realTimeSwitches; }
     /** Screen position of the lateral that the crawler has come to. */
     QPointF pipeProximityPos() const { return m_pipeProximityPos; }
     bool obsVisible() const { return m_obsVisible; }
@@ -138,6 +140,7 @@ private:
     QVector3D m_axisLock {1.0F, 0.0F, 1.0F};
     bool m_translateMode = true;
     bool m_realTimeEnabled = false;
+    int m_realTimeSwitches = 0;
     QPointF m_pipeProximityPos;
     QPointer<Qt3DCore::QTransform> m_proximityTransform;
     QPointer<Qt3DRender::QCamera> m_proximityCamera;

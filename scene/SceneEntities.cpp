@@ -13,6 +13,8 @@
 
 #include <QQmlEngine>
 
+#include <utility>
+
 namespace Torvik::View3d {
 
 using Torvik::QmlWrapper::CQmlDomainObject;
@@ -163,6 +165,13 @@ void SceneEntities::setCrawler(Crawler* crawler)
 void SceneEntities::enable3dMeasurement(bool enabled)
 {
     m_realTimeController.enableMeasurement(enabled);
+}
+
+void SceneEntities::announceRealTime(bool enabled)
+{
+    const int present = GlobalNav::instance()->realTimeSwitches();
+    if (std::exchange(m_announcedSwitch, present) != present)
+        enable3dMeasurement(enabled);
 }
 
 void SceneEntities::onCrawlerPositionChanged(double distance)

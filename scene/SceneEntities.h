@@ -55,6 +55,8 @@ public:
     void attachCrawlerToSection();
     /** Begins or ends a 3D measurement of the active section. */
     void enable3dMeasurement(bool enabled);
+    /** The same, once for each switch of real time: every section calls it, and each announcement reaches all of them. */
+    void announceRealTime(bool enabled);
     /** Folder of the active project; empty without one. */
     QString getProjectPathOrEmptyString() const;
     /** Position of the section's upstream node, else of its downstream node, as a QVector3D; invalid when neither has
@@ -91,6 +93,7 @@ private:
     EntityRegistry<ObservationConnection> m_lateralConnections;
     CDomainObjectPointer m_activeInspection;
     QPointer<Crawler> m_crawler;
+    int m_announcedSwitch = 0;
     bool m_inspectionReady = false;
     bool m_structureReady = false;
     bool m_loading = false;

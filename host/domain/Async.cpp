@@ -59,8 +59,11 @@ void Async::asyncDeleteLater()
     if (d->running) {
         return;
     }
+    // Closing a connection takes a while; who has a task to start meanwhile must not wait for it.
+    lock.unlock();
     Database::ThreadConnections::release();
-    if (d->mode == DeleteWhenIdle) {
+    lock.relock();
+    if (!d->running && d->mode == DeleteWhenIdle) {
         deleteLater();
     }
 }

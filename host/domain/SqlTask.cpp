@@ -12,9 +12,14 @@ namespace {
 
 const QString category = QStringLiteral("Torvik::Database::SqlTask");
 
+/** Statements may carry a whole course in their text. */
+constexpr int loggedLength = 200;
+
 void logFailure(const QString& statement, const QString& cause)
 {
-    Logging::CLogger::logMessage(Logging::LogError, category, QStringLiteral("%1, in: %2").arg(cause, statement));
+    const QString shown =
+        statement.size() > loggedLength ? statement.left(loggedLength) + QStringLiteral("...") : statement;
+    Logging::CLogger::logMessage(Logging::LogError, category, QStringLiteral("%1, in: %2").arg(cause, shown));
 }
 
 QString placeholder(const QString& name)
