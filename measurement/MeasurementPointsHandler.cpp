@@ -46,6 +46,26 @@ private:
     QSemaphore& m_done;
 };
 
+/** Stores a line as it is when its turn comes. */
+class LineStep : public QRunnable {
+public:
+    LineStep(std::function<std::unique_ptr<QRunnable>()> newest, QSemaphore& done)
+        : m_newest(std::move(newest))
+        , m_done(done)
+    {
+    }
+
+    void run() override
+    {
+        m_newest()->run();
+        m_done.release();
+    }
+
+private:
+    std::function<std::unique_ptr<QRunnable>()> m_newest;
+    QSemaphore& m_done;
+};
+
 void waitAtTheEnd()
 {
     MeasurementPointsHandler::instance()->waitUntilStored();
@@ -103,6 +123,28 @@ void MeasurementPointsHandler::run(QString statement, Answer answer)
     }
     ++m_started;
     m_async.startTask(new Step(task, std::move(before), m_done));
+}
+
+void MeasurementPointsHandler::storeLine(const QString& key)
+{
+    QString statement = MeasurementStatements::storeLine(m_points.text(), key);
+    auto* const task = Database::SqlUserTask::createAsyncTask(statement);
+    task->setAsync(&m_async);
+    {
+        QMutexLocker lock(&m_linesMutex);
+        std::unique_ptr<QRunnable>& waiting = m_waitingLines[key];
+        const bool queued = waiting != nullptr;
+        waiting.reset(task);
+        if (queued)
+            return;
+    }
+    ++m_started;
+    m_async.startTask(new LineStep(
+        [this, key] {
+            QMutexLocker lock(&m_linesMutex);
+            return std::move(m_waitingLines[key]);
+        },
+        m_done));
 }
 
 void MeasurementPointsHandler::waitUntilStored()
@@ -230,7 +272,7 @@ void MeasurementPointsHandler::addRowToSECMP(const QString& inspectionId, QVecto
         run(MeasurementStatements::makeRoom(sortOrder, key));
     run(MeasurementStatements::addPoint(Database::CGuidHelper::createGuid(), key, point, sortOrder,
                                         QDateTime::currentDateTime()));
-    run(MeasurementStatements::storeLine(m_points.text(), key));
+    storeLine(key);
 }
 
 void MeasurementPointsHandler::removeRowsFromSECMP(const QString& inspectionId, int first, int last, bool shift)

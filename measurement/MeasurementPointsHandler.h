@@ -5,12 +5,17 @@
 #include "scene/KxView3dExport.h"
 
 #include <QMap>
+#include <QMutex>
 #include <QObject>
 #include <QPair>
+#include <QRunnable>
 #include <QSemaphore>
 #include <QStringList>
 #include <QVector3D>
 #include <QVector>
+
+#include <map>
+#include <memory>
 
 namespace Torvik::View3d {
 
@@ -56,6 +61,8 @@ private:
     MeasurementPointsHandler();
     ~MeasurementPointsHandler() override;
 
+    /** A line that still waits is replaced: on a slow disk each of them would keep a text of all points. */
+    void storeLine(const QString& key);
     void holdBack(const QString& command, const QVector<QString>& arguments);
     void runHeldBack();
     void replay(const QString& command, const QVector<QString>& arguments);
@@ -74,6 +81,8 @@ private:
     /** Statements handed to the queue since the last wait, and those of them that are done. */
     int m_started = 0;
     QSemaphore m_done;
+    QMutex m_linesMutex;
+    std::map<QString, std::unique_ptr<QRunnable>> m_waitingLines; ///< by key; the worker takes them
     /** Last: it runs what it has before it goes. */
     Shared::Async m_async;
 };
