@@ -31,6 +31,7 @@ private slots:
     void aSlowTapOnAnObjectKeepsItSelected();
     void aTapWithinOneFrameSelects();
     void aManholeIsDraggedWithItsPipeAndStored();
+    void aPipeWithoutAPlaceOfItsOwnFollowsItsManhole();
     void anObjectThatIsNotAllowedStays();
     void theCameraStaysDuringADrag();
     void aSectionWithoutArrowsLeavesTheCameraOn();
@@ -169,6 +170,35 @@ void tst_Touch::aManholeIsDraggedWithItsPipeAndStored()
     QTRY_VERIFY_WITH_TIMEOUT(m_a->readValue("OBJ_Shape_WKT").toString() != shape, 4000);
     QTRY_COMPARE(m_project->stored("NODE", "OBJ_PK", m_a->id(), "OBJ_Shape_WKT").toString(),
                  m_a->readValue("OBJ_Shape_WKT").toString());
+}
+
+void tst_Touch::aPipeWithoutAPlaceOfItsOwnFollowsItsManhole()
+{
+    const auto c = m_project->addNode("C", "POINT ZM(400000 5600015 100 16)", {{"OBJ_DepthToInvert", 2.0}});
+    const auto pipe = m_project->addSection("C-B", c, m_b, {{"OBJ_Size1", 600}});
+    // Its course comes from what was observed, not from a survey.
+    const auto inspection = m_project->addInspection(pipe, "LINESTRING ZM(400025 5600015 98 257,400000 5600015 98 0)");
+    m_project->addObservation(inspection, "BCA", 6.0, {{"OBS_ClockPos1", 3}, {"OBS_Q1_Value", 400.0}});
+    QTRY_VERIFY(SceneEntities::instance().getPipeEntities().getByInspectionId(inspection->id()));
+    Section* const follower = SceneEntities::instance().getPipeEntities().getByInspectionId(inspection->id());
+    Node* const manhole = node(c);
+    m_view->root()->selectOneByDomainGuid(c->id());
+    manhole->allowTouchControl(true);
+    m_view->frames(4);
+    const QVector3D apart = follower->position() - manhole->position();
+    const QVector3D before = manhole->position();
+
+    const QPoint from = pixel(manhole);
+    m_view->press(from);
+    for (int step = 0; step <= 4; ++step) {
+        m_view->moveTo(from + QPoint(20, -25) * step);
+        m_view->keep(QStringLiteral("drag-%1").arg(step));
+        QVERIFY((follower->position() - manhole->position() - apart).length() < 0.01F);
+    }
+    m_view->release(from + QPoint(80, -100));
+    QVERIFY((manhole->position() - before).length() > 3.0F);
+    const auto joint = SceneEntities::instance().getObservations().values().value(0);
+    QVERIFY(joint && (joint->position() - follower->position()).length() < 7.0F);
 }
 
 void tst_Touch::anObjectThatIsNotAllowedStays()
