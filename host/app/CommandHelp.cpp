@@ -9,6 +9,8 @@ QString helpText()
 
   kxviewer [PROJECT] [VIEW]                   opens a project in a window; without one, the sample
   kxviewer [PROJECT] --screenshot FILE [VIEW] paints a project into a picture and ends
+  kxviewer [PROJECT] --inspect KEY --replay FILE [...]
+                                              plays a recording of a vehicle into an inspection and ends
   kxviewer import SOURCE PROJECT [...]        makes a project from an open format
   kxviewer findings PROJECT FILE... [...]     adds findings to a project
   kxviewer info PROJECT [--json]              prints what a project holds
@@ -52,6 +54,12 @@ record:
   --speed M            metres a second; 0.15 if not given
   --noise M            metres by which the sensor is at most off, in any direction; 0 if not given
   --seed N             the same seed gives the same noise; 1 if not given
+
+--inspect KEY          makes this inspection the active one
+--replay FILE          plays a recording; prints the counter, the inspection's stored points and the length of its
+                       stored course at the end, and paints a picture then with --screenshot
+  --real-time          the pipe is drawn and stored as the sensor measures it; without it only the counter runs
+  --speed N|max        times as fast as it was; as fast as possible if not given
 
 --dump FILE            projector, nodes, sections, observations and connections, sorted, with all digits of the numbers
 --help, --version      this text, the version

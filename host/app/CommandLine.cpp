@@ -25,14 +25,15 @@ struct Sorted {
     QString value(const QString& option) const { return values.value(option).value(0); }
 };
 
-const QStringList flagNames {QStringLiteral("--help"), QStringLiteral("--version"), QStringLiteral("--fit"),
-                             QStringLiteral("--json"), QStringLiteral("--whole-window")};
+const QStringList flagNames {QStringLiteral("--help"), QStringLiteral("--version"),      QStringLiteral("--fit"),
+                             QStringLiteral("--json"), QStringLiteral("--whole-window"), QStringLiteral("--real-time")};
 const QStringList valueNames {
     QStringLiteral("--crs"),        QStringLiteral("--mapping"),  QStringLiteral("--with"),
     QStringLiteral("--report"),     QStringLiteral("--size"),     QStringLiteral("--view"),
     QStringLiteral("--screenshot"), QStringLiteral("--dump"),     QStringLiteral("--distance"),
     QStringLiteral("--go-to"),      QStringLiteral("--findings"), QStringLiteral("--noise"),
-    QStringLiteral("--seed"),       QStringLiteral("--step"),     QStringLiteral("--speed")};
+    QStringLiteral("--seed"),       QStringLiteral("--step"),     QStringLiteral("--speed"),
+    QStringLiteral("--inspect"),    QStringLiteral("--replay")};
 const QStringList repeatable {QStringLiteral("--with"), QStringLiteral("--findings")};
 
 QString takeOption(const QStringList& arguments, int& index, Sorted& sorted)
@@ -238,6 +239,39 @@ QString readRecord(const Sorted& sorted, Options& options)
     return isSeed ? error : QStringLiteral("--seed takes a whole number from 0 on, not \"%1\"").arg(sorted.value(seed));
 }
 
+QString readSpeed(const QString& text, std::optional<double>& speed)
+{
+    bool isNumber = false;
+    const double read = text.toDouble(&isNumber);
+    if (text == QLatin1String("max"))
+        speed = 0;
+    else if (isNumber && std::isfinite(read) && read > 0)
+        speed = read;
+    else
+        return QStringLiteral("--speed takes max or a positive number, not \"%1\"").arg(text);
+    return {};
+}
+
+/** What a vehicle in the project's pipe tells. */
+QString readVehicle(const Sorted& sorted, Options& options)
+{
+    options.inspectKey = sorted.value(QStringLiteral("--inspect"));
+    options.replayFile = sorted.value(QStringLiteral("--replay"));
+    options.realTime = sorted.has(QStringLiteral("--real-time"));
+    const bool replay = !options.replayFile.isEmpty();
+    for (const QString& option : {QStringLiteral("--real-time"), QStringLiteral("--speed")}) {
+        if (sorted.has(option) && !replay)
+            return QStringLiteral("%1 goes with --replay").arg(option);
+    }
+    if (replay && options.inspectKey.isEmpty())
+        return QStringLiteral("--replay needs the inspection too: --inspect KEY");
+    if (replay && options.command == Command::Window)
+        options.command = Command::Replay;
+    if (sorted.has(QStringLiteral("--speed")))
+        return readSpeed(sorted.value(QStringLiteral("--speed")), options.speed);
+    return {};
+}
+
 QString readProject(const Sorted& sorted, Options& options)
 {
     if (sorted.words.size() > 1)
@@ -246,9 +280,10 @@ QString readProject(const Sorted& sorted, Options& options)
     const bool dump = sorted.has(QStringLiteral("--dump"));
     QStringList known {QStringLiteral("--dump")};
     if (!dump)
-        known = QStringList {QStringLiteral("--screenshot"),  QStringLiteral("--size"), QStringLiteral("--view"),
-                             QStringLiteral("--distance"),    QStringLiteral("--fit"),  QStringLiteral("--go-to"),
-                             QStringLiteral("--whole-window")};
+        known = QStringList {QStringLiteral("--screenshot"),   QStringLiteral("--size"),    QStringLiteral("--view"),
+                             QStringLiteral("--distance"),     QStringLiteral("--fit"),     QStringLiteral("--go-to"),
+                             QStringLiteral("--whole-window"), QStringLiteral("--inspect"), QStringLiteral("--replay"),
+                             QStringLiteral("--real-time"),    QStringLiteral("--speed")};
     const QString foreign = foreignOption(sorted, known, dump ? QStringLiteral("--dump") : QStringLiteral("a project"));
     if (!foreign.isEmpty())
         return foreign;
@@ -262,7 +297,8 @@ QString readProject(const Sorted& sorted, Options& options)
         options.outputFile = sorted.value(QStringLiteral("--screenshot"));
     } else if (sorted.has(QStringLiteral("--whole-window")))
         return QStringLiteral("--whole-window goes with --screenshot");
-    return readViewOptions(sorted, options);
+    const QString error = readVehicle(sorted, options);
+    return error.isEmpty() ? readViewOptions(sorted, options) : error;
 }
 
 } // namespace

@@ -10,7 +10,7 @@
 
 namespace Torvik::Viewer {
 
-enum class Command { Window, Screenshot, Dump, Import, Findings, Info, Record, Help, Version };
+enum class Command { Window, Screenshot, Dump, Import, Findings, Info, Record, Replay, Help, Version };
 enum class StandardView { Top, Perspective, Front };
 
 /** What one call of the program is to do. */
@@ -31,6 +31,12 @@ struct Options {
 
     /** Key of an inspection: its own, that of its pipe, or its id. */
     QString inspectKey;
+    /** A recording to be played into that inspection. */
+    QString replayFile;
+    /** Times as fast as it was, 0 as fast as possible. */
+    std::optional<double> speed;
+    /** The pipe is drawn and stored as the recording's sensor measures it. */
+    bool realTime = false;
     /** Of a recording that is to be made. */
     Vehicle::RunOptions run;
 

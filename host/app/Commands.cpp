@@ -1,21 +1,18 @@
 #include "host/app/Commands.h"
 
+#include "host/app/HeadlessScene.h"
 #include "host/app/ProjectInfo.h"
-#include "host/app/SceneLoader.h"
 #include "host/app/SceneReader.h"
 #include "host/domain/ProjectStore.h"
 #include "host/import/Import.h"
 #include "host/import/ProjectFindings.h"
 #include "host/import/SampleProject.h"
-#include "scene/SceneRoot.h"
 
 #include <QDir>
-#include <QEventLoop>
 #include <QJsonDocument>
 #include <QSaveFile>
 #include <QStandardPaths>
 #include <QTextStream>
-#include <Qt3DRender/QCamera>
 
 namespace Torvik::Viewer::Commands {
 
@@ -99,18 +96,7 @@ int dump(const Options& options)
     if (!opened.project)
         return failure(opened.error);
 
-    View3d::SceneRoot::registerMetaTypes();
-    // The scene stays with the process: taking thousands of entities down one by one would take longer than the dump.
-    auto* root = new View3d::SceneRoot;
-    root->setCamera(new Qt3DRender::QCamera(root));
-    root->qmlOnCompleted();
-
-    SceneLoader loader;
-    QEventLoop untilFilled;
-    QObject::connect(&loader, &SceneLoader::finished, &untilFilled, &QEventLoop::quit);
-    loader.load(opened.project);
-    untilFilled.exec();
-
+    HeadlessScene::show(opened.project);
     QString error;
     const QByteArray json = QJsonDocument(toJson(SceneReader::snapshot())).toJson();
     return writeFile(options.outputFile, json, error) ? 0 : failure(error);

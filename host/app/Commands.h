@@ -15,6 +15,8 @@ int findings(const Options& options);
 int record(const Options& options);
 /** Needs a QGuiApplication, no screen. */
 int dump(const Options& options);
+/** Plays a recording into a scene without a window. Needs a QGuiApplication, no screen. */
+int replay(const Options& options);
 
 /** The project that the options name; where they name none, the sample, which is made when it is used first. Empty with
  * a line on stderr if that fails. */

@@ -1,6 +1,7 @@
 #include "host/app/ViewerController.h"
 
 #include "domain/boundary/AppState.h"
+#include "host/app/InspectionLookup.h"
 #include "host/app/ProjectLists.h"
 #include "host/app/SceneReader.h"
 #include "host/domain/ProjectStore.h"
@@ -142,9 +143,16 @@ void ViewerController::takeOpeningView()
         if (id.isEmpty())
             setError(tr("%1 has no object with the key \"%2\"").arg(m_projectName, m_openingView.goToKey));
     }
+    if (!m_openingView.inspectKey.isEmpty()) {
+        const auto inspection = inspectionOfKey(m_openingView.inspectKey);
+        if (!inspection)
+            setError(tr("%1 has no inspection \"%2\"").arg(m_projectName, m_openingView.inspectKey));
+        AppState::instance().setActiveInspection(inspection);
+    }
     lookAt(id, m_openingView.view, m_openingView.distance, false);
     // The wish was for the first project only.
     m_openingView.goToKey.clear();
+    m_openingView.inspectKey.clear();
     m_openingView.distance.reset();
 }
 
@@ -179,6 +187,11 @@ QString ViewerController::idOfKey(const QString& key) const
             return id;
     }
     return {};
+}
+
+QSharedPointer<Database::CPipeInspectionObject> ViewerController::inspectionOfKey(const QString& key) const
+{
+    return m_project ? Viewer::inspectionOfKey(*m_project, key) : nullptr;
 }
 
 void ViewerController::lookAt(const QString& id, StandardView view, std::optional<double> distance, bool animated)

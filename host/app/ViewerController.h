@@ -44,6 +44,8 @@ public:
         std::optional<double> distance;
         /** Empty for the whole project. */
         QString goToKey;
+        /** Of the inspection that becomes the active one; empty for none. */
+        QString inspectKey;
     };
 
     explicit ViewerController(QObject* parent = nullptr);
@@ -80,6 +82,8 @@ public:
     void lookAt(const QString& id, StandardView view, std::optional<double> distance, bool animated);
     /** Id of the object with this key: a node, else a pipe; empty if there is none. */
     QString idOfKey(const QString& key) const;
+    /** Of the open project; null if there is none such. */
+    QSharedPointer<Database::CPipeInspectionObject> inspectionOfKey(const QString& key) const;
 
     /** openFolder with the folder of a file dialog. Nothing while busy. */
     Q_INVOKABLE void openProject(const QUrl& folder);

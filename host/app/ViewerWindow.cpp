@@ -3,6 +3,9 @@
 #include "geo/GdalGeoProjector.h"
 #include "host/app/Commands.h"
 #include "host/app/PictureTaker.h"
+#include "host/app/ReplayCommand.h"
+#include "host/app/ReplayRun.h"
+#include "host/app/StoringTime.h"
 #include "host/app/ViewerController.h"
 #include "host/modules/HostModules.h"
 
@@ -19,9 +22,6 @@
 namespace Torvik::Viewer::ViewerWindow {
 
 namespace {
-
-/** A change on the screen is stored 750 ms after its end at the latest is known, and 700 ms later written. */
-constexpr int untilEverythingIsStoredMs = 750 + 700 + 150;
 
 constexpr int finerPainting = 2;
 /** In pixels; what a modest graphics memory holds. */
@@ -72,32 +72,51 @@ int showWindow(ViewerController& controller, const QString& folder)
     return status;
 }
 
-int takePicture(ViewerController& controller, QQuickWindow* window, const QString& folder, const QString& file,
-                const QSize& size)
+/** Plays the recording of the options into the active inspection; null, with a line on stderr, when it has none. */
+ReplayRun* playBeforeThePicture(ViewerController& controller, const Options& options)
+{
+    const auto wishes = readReplay(options);
+    if (!wishes)
+        return nullptr;
+    auto* run = new ReplayRun(&controller);
+    run->start(controller.inspectionOfKey(options.inspectKey), *wishes);
+    return run;
+}
+
+int takePicture(ViewerController& controller, QQuickWindow* window, const QString& folder, const Options& options)
 {
     PictureTaker taker(window);
     int status = 1;
-    QObject::connect(&controller, &ViewerController::openingFailed,
-                     [&] { Commands::failure(controller.errorText()), QGuiApplication::quit(); });
+    const auto giveUp = [](const QString& message) { Commands::failure(message), QGuiApplication::quit(); };
+    QObject::connect(&controller, &ViewerController::openingFailed, [&] { giveUp(controller.errorText()); });
     QObject::connect(&controller, &ViewerController::opened, [&] {
-        if (controller.errorText().isEmpty()) {
+        if (!controller.errorText().isEmpty())
+            giveUp(controller.errorText());
+        else if (options.replayFile.isEmpty())
             taker.start();
+        else if (ReplayRun* run = playBeforeThePicture(controller, options)) {
+            QObject::connect(run, &ReplayRun::finished, [&, run] {
+                status = report(run->outcome());
+                if (!options.fit && options.goToKey.isEmpty())
+                    controller.lookAt(run->pipeId(), options.view, options.distance, false);
+                status == 0 ? taker.start() : QGuiApplication::quit();
+            });
         } else {
-            Commands::failure(controller.errorText());
             QGuiApplication::quit();
         }
     });
     QObject::connect(&taker, &PictureTaker::taken, [&](const QImage& painted) {
-        QImage picture = painted.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        QImage picture = painted.scaled(options.size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
         picture.setDevicePixelRatio(1.0);
-        QImageWriter writer(file);
-        status =
-            writer.write(picture) ? 0 : Commands::failure(QStringLiteral("%1: %2").arg(file, writer.errorString()));
+        QImageWriter writer(options.outputFile);
+        status = writer.write(picture)
+                     ? 0
+                     : Commands::failure(QStringLiteral("%1: %2").arg(options.outputFile, writer.errorString()));
         QGuiApplication::quit();
     });
     QObject::connect(&taker, &PictureTaker::gaveUp, [&] {
-        Commands::failure(QStringLiteral("the picture does not come to rest"));
-        QGuiApplication::quit();
+        status = 1;
+        giveUp(QStringLiteral("the picture does not come to rest"));
     });
     controller.openFolder(folder);
     QGuiApplication::exec();
@@ -136,12 +155,12 @@ int run(const Options& options)
     auto* controller = new ViewerController;
     auto* engine = new QQmlApplicationEngine;
     controller->setSceneOnly(options.command == Command::Screenshot && !options.wholeWindow);
-    controller->setOpeningView({options.view, options.distance, options.goToKey});
+    controller->setOpeningView({options.view, options.distance, options.goToKey, options.inspectKey});
     QQuickWindow* window = loadWindow(*engine, *controller, options);
     if (!window)
         return Commands::failure(QStringLiteral("the window could not be built; is a QML module missing?"));
     if (options.command == Command::Screenshot)
-        return takePicture(*controller, window, folder, options.outputFile, options.size);
+        return takePicture(*controller, window, folder, options);
     return showWindow(*controller, folder);
 }
 

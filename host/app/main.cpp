@@ -43,13 +43,16 @@ int run(const Options& options, int& argc, char** argv)
         QCoreApplication application(argc, argv);
         return execute(options);
     }
-    if (options.command == Command::Dump)
+    const bool headless = options.command == Command::Dump || options.command == Command::Replay;
+    if (headless)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     else if (const QString missing = ViewerWindow::whatIsMissingForIt(); !missing.isEmpty())
         return Commands::failure(missing);
     ViewerWindow::prepareProcess(options);
     QGuiApplication application(argc, argv);
-    endQuickly(options.command == Command::Dump ? Commands::dump(options) : ViewerWindow::run(options));
+    if (options.command == Command::Replay)
+        endQuickly(Commands::replay(options));
+    endQuickly(headless ? Commands::dump(options) : ViewerWindow::run(options));
 }
 
 } // namespace

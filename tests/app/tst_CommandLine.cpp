@@ -37,6 +37,7 @@ private slots:
     void importTakesSeveralFiles();
     void findingsGoIntoAProject();
     void recordTakesStepSpeedNoiseAndSeed();
+    void replayTakesAnInspection();
     void infoTakesJson();
     void dumpTakesAFile();
     void helpWinsOverEverythingElse();
@@ -147,6 +148,23 @@ void tst_CommandLine::recordTakesStepSpeedNoiseAndSeed()
     QCOMPARE(understood("./record").command, Command::Window);
 }
 
+void tst_CommandLine::replayTakesAnInspection()
+{
+    const Options plain = understood("town --inspect H1 --replay run.csv");
+    const Options full = understood("town --inspect H1 --replay run.csv --real-time --speed 10 --screenshot p.png");
+
+    QCOMPARE(plain.command, Command::Replay);
+    QCOMPARE(plain.inspectKey, QStringLiteral("H1"));
+    QCOMPARE(plain.replayFile, QStringLiteral("run.csv"));
+    QVERIFY(!plain.realTime);
+    QVERIFY(!plain.speed);
+    QCOMPARE(full.command, Command::Screenshot);
+    QCOMPARE(full.replayFile, QStringLiteral("run.csv"));
+    QVERIFY(full.realTime);
+    QCOMPARE(full.speed.value(), 10.0);
+    QCOMPARE(understood("town --inspect H1 --replay run.csv --speed max").speed.value(), 0.0);
+}
+
 void tst_CommandLine::infoTakesJson()
 {
     QVERIFY(!understood("info town").infoAsJson);
@@ -220,6 +238,13 @@ void tst_CommandLine::wrongArgumentsGiveOneLine_data()
     row("record town H1 a.csv --seed 1.5", "\"1.5\"");
     row("record town H1 a.csv --fit", "--fit");
     row("town --noise 1", "--noise");
+    row("town --replay run.csv", "--inspect");
+    row("town --inspect H1 --real-time", "--replay");
+    row("town --inspect H1 --speed 10", "--replay");
+    row("town --inspect H1 --replay run.csv --speed 0", "\"0\"");
+    row("town --inspect H1 --replay run.csv --speed fast", "fast");
+    row("town --dump a.json --replay run.csv", "--replay");
+    row("import net.xml town --inspect H1", "--inspect");
     row("town --json", "--json");
     row("town --crs EPSG:25832", "--crs");
     row("town --screenshot", "--screenshot");

@@ -1,7 +1,12 @@
 #include "common/TestProject.h"
+#include "host/vehicle/Course.h"
 #include "host/vehicle/Recording.h"
 
+#include <QElapsedTimer>
+#include <QImage>
 #include <QProcess>
+#include <QRegularExpression>
+#include <QVector3D>
 #include <QtTest>
 
 using Kx::Test::TestProject;
@@ -12,6 +17,16 @@ namespace {
 /** Metres of this system are metres of the scene. */
 const QString utm32 = QStringLiteral(
     R"(PROJCS["ETRS89 / UTM zone 32N",GEOGCS["ETRS89",DATUM["European_Terrestrial_Reference_System_1989",SPHEROID["GRS 1980",6378137,298.257222101]],PRIMEM["Greenwich",0],UNIT["degree",0.0174532925199433]],PROJECTION["Transverse_Mercator"],PARAMETER["latitude_of_origin",0],PARAMETER["central_meridian",9],PARAMETER["scale_factor",0.9996],PARAMETER["false_easting",500000],PARAMETER["false_northing",0],UNIT["metre",1],AUTHORITY["EPSG","25832"]])");
+
+double toSegment(const SensorPlace& point, const SensorPlace& begin, const SensorPlace& end)
+{
+    const QVector3D a(float(begin.x), float(begin.y), float(begin.z));
+    const QVector3D along = QVector3D(float(end.x), float(end.y), float(end.z)) - a;
+    const QVector3D to = QVector3D(float(point.x), float(point.y), float(point.z)) - a;
+    const float length = along.lengthSquared();
+    const float part = length > 0 ? qBound(0.0F, QVector3D::dotProduct(to, along) / length, 1.0F) : 0.0F;
+    return double((to - along * part).length());
+}
 
 struct Outcome {
     int status = -1;
@@ -29,10 +44,21 @@ private slots:
     void init();
     void aRunAlongAStoredCourseIsRecorded();
     void whatCannotBeRecordedGivesOneLineAndStatus1();
+    void theCounterOfARecordingRunsToItsEnd();
+    void malformedLinesAreToldAndLeftOut();
+    void aReplayInRealTimeReproducesTheCourse();
+    void aMeasuredCourseComesBackAsItWasRecorded();
+    void aReplayGoesAtTheSpeedAskedFor();
+    void aPictureIsTakenAtTheEndOfAReplay();
+    void whatCannotBeReplayedGivesOneLineAndStatus1();
 
 private:
     Outcome run(const QStringList& arguments);
     Recording recordingIn(const QString& file);
+    void write(const QString& file, const QByteArray& content);
+    static int pointsIn(const Outcome& outcome);
+    /** Metres from the recording's places to the stored course of the pipe's inspection, the largest. */
+    double farthestFromCourse(const QString& pipe, const QString& recording);
     QString inFolder(const QString& file) const { return m_folder->filePath(file); }
 
     QScopedPointer<QTemporaryDir> m_folder;
@@ -79,6 +105,32 @@ Recording tst_VehicleProgram::recordingIn(const QString& name)
     return file.open(QIODevice::ReadOnly) ? parseRecording(file.readAll()) : Recording();
 }
 
+void tst_VehicleProgram::write(const QString& name, const QByteArray& content)
+{
+    QFile file(inFolder(name));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(content);
+}
+
+int tst_VehicleProgram::pointsIn(const Outcome& outcome)
+{
+    return QRegularExpression("points\\s+(\\d+)").match(outcome.out).captured(1).toInt();
+}
+
+double tst_VehicleProgram::farthestFromCourse(const QString& pipe, const QString& recording)
+{
+    const QString id = m_project->stored("SECTION", "OBJ_Key", pipe, "OBJ_PK").toString();
+    const auto course = courseOfShape(m_project->stored("SECINSP", "INS_Section_FK", id, "INS_Shape_WKT").toString());
+    double farthest = course.isEmpty() ? 1e9 : 0;
+    for (const Reading& reading : recordingIn(recording).readings) {
+        double nearest = 1e9;
+        for (int i = 1; i < course.size(); ++i)
+            nearest = std::min(nearest, toSegment(*reading.sensor, course[i - 1], course[i]));
+        farthest = std::max(farthest, nearest);
+    }
+    return farthest;
+}
+
 void tst_VehicleProgram::aRunAlongAStoredCourseIsRecorded()
 {
     const Outcome exact = run({"record", m_project->path(), "H1", "run.csv", "--step", "0.5", "--speed", "0.1"});
@@ -112,6 +164,106 @@ void tst_VehicleProgram::whatCannotBeRecordedGivesOneLineAndStatus1()
     QVERIFY(withoutShape.errors.first().contains("H2"));
     QVERIFY(nowhere.errors.first().contains("no/such/folder"));
     QVERIFY(!QFile::exists(inFolder("run.csv")));
+}
+
+void tst_VehicleProgram::theCounterOfARecordingRunsToItsEnd()
+{
+    write("run.csv", "time,counter\n0,0\n1,4.5\n2,12.25\n");
+
+    const Outcome outcome = run({m_project->path(), "--inspect", "H1", "--replay", "run.csv"});
+
+    QVERIFY2(outcome.status == 0, qPrintable(outcome.errors.join('\n')));
+    QCOMPARE(outcome.out, QString("counter  12.25 m\npoints   0\nlength   15.10 m\n"));
+    QVERIFY2(outcome.errors.isEmpty(), qPrintable(outcome.errors.join('\n')));
+}
+
+void tst_VehicleProgram::malformedLinesAreToldAndLeftOut()
+{
+    write("run.csv", "time,counter\n0,0\nonce upon a time\n2,3.5\n1,3\n");
+
+    const Outcome outcome = run({m_project->path(), "--inspect", "H1", "--replay", "run.csv"});
+
+    QCOMPARE(outcome.status, 0);
+    QVERIFY2(outcome.out.startsWith("counter  3.50 m\n"), qPrintable(outcome.out));
+    QCOMPARE(outcome.errors.size(), 2);
+    QVERIFY2(outcome.errors[0].startsWith("kxviewer: run.csv:3: "), qPrintable(outcome.errors[0]));
+    QVERIFY2(outcome.errors[1].startsWith("kxviewer: run.csv:5: "), qPrintable(outcome.errors[1]));
+}
+
+void tst_VehicleProgram::aReplayInRealTimeReproducesTheCourse()
+{
+    QCOMPARE(run({"record", m_project->path(), "H1", "run.csv", "--step", "0.5"}).status, 0);
+
+    const Outcome outcome = run({m_project->path(), "--inspect", "H1", "--replay", "run.csv", "--real-time"});
+
+    QVERIFY2(outcome.status == 0, qPrintable(outcome.errors.join('\n')));
+    QVERIFY2(outcome.out.startsWith("counter  15.10 m\n"), qPrintable(outcome.out));
+    QVERIFY2(outcome.out.contains("length   15.10 m\n"), qPrintable(outcome.out));
+    QVERIFY2(pointsIn(outcome) >= 32, qPrintable(outcome.out));
+    QVERIFY2(farthestFromCourse("H1", "run.csv") < 0.01,
+             qPrintable(QString::number(farthestFromCourse("H1", "run.csv"))));
+}
+
+void tst_VehicleProgram::aMeasuredCourseComesBackAsItWasRecorded()
+{
+    // H2 has no course: all of it is measured, with noise.
+    constexpr double noise = 0.005;
+    QCOMPARE(run({"record", m_project->path(), "H1", "run.csv", "--step", "0.5", "--noise", "0.005"}).status, 0);
+
+    const Outcome outcome = run({m_project->path(), "--inspect", "H2", "--replay", "run.csv", "--real-time"});
+
+    QVERIFY2(outcome.status == 0, qPrintable(outcome.errors.join('\n')));
+    QVERIFY2(pointsIn(outcome) >= 32, qPrintable(outcome.out));
+    const double farthest = farthestFromCourse("H2", "run.csv");
+    QVERIFY2(farthest < 0.01 + noise, qPrintable(QString::number(farthest)));
+}
+
+void tst_VehicleProgram::aReplayGoesAtTheSpeedAskedFor()
+{
+    write("run.csv", "time,counter\n0,0\n20,5\n");
+    QElapsedTimer timer;
+    timer.start();
+
+    const Outcome outcome = run({m_project->path(), "--inspect", "H1", "--replay", "run.csv", "--speed", "10"});
+
+    QCOMPARE(outcome.status, 0);
+    QVERIFY(timer.elapsed() >= 2000);
+}
+
+void tst_VehicleProgram::aPictureIsTakenAtTheEndOfAReplay()
+{
+    write("run.csv", "time,counter\n0,0\n1,10\n");
+
+    const Outcome outcome = run({m_project->path(), "--inspect", "H1", "--replay", "run.csv", "--screenshot",
+                                 "picture.png", "--size", "320x240"});
+
+    QVERIFY2(outcome.status == 0, qPrintable(outcome.errors.join('\n')));
+    QVERIFY2(outcome.out.startsWith("counter  10.00 m\n"), qPrintable(outcome.out));
+    QCOMPARE(QImage(inFolder("picture.png")).size(), QSize(320, 240));
+}
+
+void tst_VehicleProgram::whatCannotBeReplayedGivesOneLineAndStatus1()
+{
+    write("run.csv", "time,counter\n0,0\n1,10\n");
+    write("empty.csv", "time,counter\n");
+    const QString town = m_project->path();
+
+    const Outcome noFile = run({town, "--inspect", "H1", "--replay", "none.csv"});
+    const Outcome noReadings = run({town, "--inspect", "H1", "--replay", "empty.csv"});
+    const Outcome noSensor = run({town, "--inspect", "H1", "--replay", "run.csv", "--real-time"});
+    const Outcome noInspection = run({town, "--inspect", "H3", "--replay", "run.csv"});
+    const Outcome noPicture =
+        run({town, "--inspect", "H3", "--replay", "run.csv", "--screenshot", "picture.png", "--size", "100x100"});
+    const Outcome noProject = run({"no-such-town", "--inspect", "H1", "--replay", "run.csv"});
+
+    for (const Outcome& outcome : {noFile, noReadings, noSensor, noInspection, noPicture, noProject}) {
+        QCOMPARE(outcome.status, 1);
+        QVERIFY2(outcome.errors.size() == 1, qPrintable(outcome.errors.join('\n')));
+    }
+    QVERIFY(noFile.errors.first().contains("none.csv"));
+    QVERIFY(noReadings.errors.first().contains("empty.csv"));
+    QVERIFY(noSensor.errors.first().contains("--real-time"));
+    QVERIFY(noInspection.errors.first().contains("H3"));
 }
 
 QTEST_GUILESS_MAIN(tst_VehicleProgram)
