@@ -272,8 +272,9 @@ void EntitiesManager::onSectionInspectionInserted(const CDomainObjectPointer& ob
         logError("onSectionInspectionInserted invalid object2");
         return;
     }
-    m_pipeEntityBuilder.create(inspection);
+    const Section* const section = m_pipeEntityBuilder.create(inspection);
     m_pipeEntityBuilder.loadObservations(inspection);
+    SceneEntities::instance().onSectionArrived(section);
     const auto pipe = inspection->parentObject().toStrongRef();
     if (pipe && pipe->objectType() == LateralObjectType)
         testProximty(inspection);

@@ -1,5 +1,7 @@
 #include "measurement/SystemControlProxy.h"
 
+#include <cmath>
+
 namespace Torvik::View3d {
 
 SystemControlProxy& SystemControlProxy::instance()
@@ -10,6 +12,9 @@ SystemControlProxy& SystemControlProxy::instance()
 
 void SystemControlProxy::setSectionDistanceCounter(float distance)
 {
+    // A counter that counts nothing would end up in the pipe's stored length.
+    if (!std::isfinite(distance))
+        return;
     const bool same = !(distance < m_sectionDistanceCounter) && !(distance > m_sectionDistanceCounter);
     if (same)
         return;

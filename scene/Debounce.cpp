@@ -14,6 +14,7 @@ namespace {
 
 /** Longest stretch of actions in one turn of the event loop: a frame must find room between two stretches. */
 constexpr long long stretchMs = 8;
+constexpr int flushRounds = 3;
 
 } // namespace
 
@@ -36,6 +37,22 @@ public:
     }
 
     static void pauseAll() { ++pauses(); }
+
+    /** Whether anything has run. */
+    static bool flushOnce()
+    {
+        bool any = false;
+        for (const auto& [interval, queue] : all()) {
+            const int waiting = static_cast<int>(queue->m_waiting.size());
+            for (int i = 0; i < waiting && !queue->m_waiting.empty(); ++i) {
+                queue->runFirst();
+                any = true;
+            }
+        }
+        return any;
+    }
+
+    static bool isPaused() { return pauses() > 0; }
 
     static void resumeAll()
     {
@@ -74,11 +91,7 @@ protected:
             return;
         const auto begin = m_clock.elapsed();
         while (!m_waiting.empty() && m_waiting.front()->m_dueMs <= begin) {
-            Debounce& due = *m_waiting.front();
-            stop(due);
-            // A copy, as the action may delete its owner.
-            const auto action = due.m_action;
-            action();
+            runFirst();
             if (m_clock.elapsed() - begin > stretchMs)
                 break;
         }
@@ -86,6 +99,15 @@ protected:
     }
 
 private:
+    void runFirst()
+    {
+        Debounce& due = *m_waiting.front();
+        stop(due);
+        // A copy, as the action may delete its owner.
+        const auto action = due.m_action;
+        action();
+    }
+
     static std::map<int, DebounceQueue*>& all()
     {
         // Never destroyed: objects of static storage may stop their wait after any static of ours is gone.
@@ -127,6 +149,15 @@ Debounce::~Debounce()
 void Debounce::pauseAll()
 {
     DebounceQueue::pauseAll();
+}
+
+void Debounce::flushAll()
+{
+    // A change that has settled is scheduled for storing, which waits in turn.
+    for (int round = 0; round < flushRounds && !DebounceQueue::isPaused(); ++round) {
+        if (!DebounceQueue::flushOnce())
+            return;
+    }
 }
 
 void Debounce::resumeAll()

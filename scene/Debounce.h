@@ -25,6 +25,8 @@ public:
     /** Lets every action wait, those that are due too, until as many resumeAll() have come: for a load, whose objects
      *  would otherwise compare what they hold with what is stored while others still come. */
     static void pauseAll();
+    /** Runs now whatever waits, and what that starts in turn: the project is about to close. Nothing while paused. */
+    static void flushAll();
     static void resumeAll();
 
 private:

@@ -1,6 +1,7 @@
 #include "scene/SceneEntities.h"
 
 #include "domain/boundary/AppState.h"
+#include "domain/boundary/CDatabaseLibrary.h"
 #include "domain/boundary/CLogger.h"
 #include "domain/boundary/CProjectObject.h"
 #include "measurement/InspectionCommands.h"
@@ -9,10 +10,12 @@
 #include "network/Node.h"
 #include "network/ObservationConnection.h"
 #include "network/Section.h"
+#include "scene/Debounce.h"
 #include "scene/GlobalNav.h"
 
 #include <QQmlEngine>
 
+#include <cmath>
 #include <utility>
 
 namespace Torvik::View3d {
@@ -62,6 +65,10 @@ void SceneEntities::initConnections()
     onInspection(app.getActiveInspection());
     connect(&app, &AppState::activeStructureChanged, this,
             [this](const CDomainObjectPointer& structure) { onActiveStructureChanged(CQmlDomainObject(structure)); });
+    // Before the scene is emptied: what has changed a moment ago is not stored yet.
+    auto* const access = Database::CDatabaseLibrary::dbAccessManager();
+    disconnect(access, nullptr, this, nullptr);
+    connect(access, &Database::CProjectDBAccessManager::projectUnloading, this, [] { Debounce::flushAll(); });
     connect(&vehicle, &SystemControlProxy::latestCameraSensorPositionChanged, this,
             &SceneEntities::onLatestCameraSensorPositionChanged);
     connect(&m_realTimeController, &RealTimeController::start3dRealTimeMeasurements, this,
@@ -102,6 +109,13 @@ void SceneEntities::setLoading(bool loading)
     if (!loading && m_readyWhileLoading && m_inspectionReady && m_structureReady)
         onInspReady();
     m_readyWhileLoading = false;
+}
+
+void SceneEntities::onSectionArrived(const Section* section)
+{
+    // Its inspection was made active before its section could stand.
+    if (!m_loading && m_inspectionReady && m_structureReady && section && section == getActiveSectionEntity())
+        onInspReady();
 }
 
 void SceneEntities::onInspReady()
@@ -188,7 +202,9 @@ void SceneEntities::onLatestCameraSensorPositionChanged(Vector3D<double> positio
 {
     Section* const section = getActiveSectionEntity();
     InspectionCommands* const commands = section ? section->inspection() : nullptr;
-    if (!commands)
+    const bool number = std::isfinite(position.x()) && std::isfinite(position.y()) && std::isfinite(position.z()) &&
+                        std::isfinite(distance);
+    if (!commands || !number)
         return;
     // The scene's up is y, the sensor's is z.
     commands->addPoint(Vector3D<double>(position.x(), position.z(), -position.y()).toQVector3D(), distance);

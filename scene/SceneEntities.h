@@ -55,13 +55,16 @@ public:
     void attachCrawlerToSection();
     /** Begins or ends a 3D measurement of the active section. */
     void enable3dMeasurement(bool enabled);
-    /** The same, once for each switch of real time: every section calls it, and each announcement reaches all of them. */
+    /** The same, once for each switch of real time: every section calls it, and each announcement reaches all of them.
+     */
     void announceRealTime(bool enabled);
     /** Folder of the active project; empty without one. */
     QString getProjectPathOrEmptyString() const;
     /** Position of the section's upstream node, else of its downstream node, as a QVector3D; invalid when neither has
      *  one. */
     QVariant getPositionOfAnyNodeFromSection(const QString& sectionId) const;
+    /** A section has been made. One of the active inspection gets what activating it would have given it. */
+    void onSectionArrived(const Section* section);
     /** Takes an object that is being destroyed out of every registry; an unknown one is ignored. */
     void removeObject(QObject* object);
     /** While a project's objects come, the section of the active inspection may not stand yet: what its activation does

@@ -81,6 +81,15 @@ private slots:
         QVERIFY(stands());
     }
 
+    void anInspectionActivatedAsItIsMadeGetsIt()
+    {
+        start();
+        const auto made = m_net->project.addInspection(m_net->pipe);
+        AppState::instance().setActiveInspection(made); // its section comes with the next turn of the event loop
+        QTRY_VERIFY(sectionOf(made));
+        QCOMPARE(m_crawler->section(), sectionOf(made));
+    }
+
     void anySectionThatGoesTakesItOut()
     {
         const auto other = m_net->project.addInspection(m_net->pipe);

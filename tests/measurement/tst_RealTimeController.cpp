@@ -15,6 +15,8 @@
 #include <QThread>
 #include <QtTest>
 
+#include <limits>
+
 #include <cmath>
 #include <memory>
 
@@ -69,6 +71,8 @@ private slots:
     void aSectionIsMarkedMeasuredBeforeTheAnnouncement();
     void aReadingDrawsThePipeOut();
     void aReadingIsStored();
+    void aReadingIsStoredWhenTheProjectClosesAtOnce();
+    void readingsThatAreNoNumbersAreDropped();
     void itOpensTheInspectionsMeasurementOnce();
     void endingOpensNoMeasurement();
     void withoutRealTimeAReadingIsOnlyTold();
@@ -260,6 +264,32 @@ void tst_RealTimeController::aReadingIsStored()
 
     QTRY_COMPARE(m_project->stored("SECINSP", "INS_PK", inspection->id(), "INS_Shape_WKT").toString(),
                  QStringLiteral("LINESTRING ZM(0 12 0 288,0 10 0 0,0 0 0 0)"));
+}
+
+void tst_RealTimeController::aReadingIsStoredWhenTheProjectClosesAtOnce()
+{
+    const auto inspection = addPipe();
+    QVERIFY(activate(inspection));
+    vehicle().setSectionDistanceCounter(10.0F);
+    GlobalNav::instance()->setRealTimeEnabled(true);
+    emit vehicle().latestCameraSensorPositionChanged({0.0, -12.0, 0.0}, 12.0F);
+    const QString id = inspection->id();
+    m_project->close();
+    QCOMPARE(m_project->stored("SECINSP", "INS_PK", id, "INS_Shape_WKT").toString(),
+             QStringLiteral("LINESTRING ZM(0 12 0 288,0 10 0 0,0 0 0 0)"));
+}
+
+void tst_RealTimeController::readingsThatAreNoNumbersAreDropped()
+{
+    const auto inspection = addPipe();
+    const Section* const section = activate(inspection);
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    vehicle().setSectionDistanceCounter(10.0F);
+    vehicle().setSectionDistanceCounter(nan);
+    QCOMPARE(vehicle().sectionDistanceCounter(), 10.0F);
+    GlobalNav::instance()->setRealTimeEnabled(true);
+    emit vehicle().latestCameraSensorPositionChanged({0.0, double(nan), 0.0}, 12.0F);
+    QCOMPARE(section->length(), 10.0);
 }
 
 void tst_RealTimeController::itOpensTheInspectionsMeasurementOnce()

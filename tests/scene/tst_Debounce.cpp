@@ -30,6 +30,25 @@ private slots:
         QCOMPARE(calls, 1);
     }
 
+    void aFlushRunsWhatWaitsAndWhatThatStarts()
+    {
+        QStringList ran;
+        Debounce storing(50000, [&] { ran << "stored"; });
+        Debounce settling(60000, [&] {
+            ran << "settled";
+            storing.start();
+        });
+        Debounce idle(60000, [&] { ran << "idle"; });
+        settling.start();
+        Debounce::pauseAll();
+        Debounce::flushAll();
+        QCOMPARE(ran, QStringList());
+        Debounce::resumeAll();
+        Debounce::flushAll();
+        QCOMPARE(ran, (QStringList {"settled", "stored"}));
+        QVERIFY(!settling.isActive() && !storing.isActive());
+    }
+
     void aStoppedWaitDoesNothing()
     {
         int calls = 0;

@@ -48,8 +48,12 @@ public:
 
     void frames(int count)
     {
-        QSignalSpy swapped(m_window, &QQuickWindow::frameSwapped);
-        QTRY_VERIFY_WITH_TIMEOUT(swapped.count() >= count, 10000);
+        // Told by the render thread: counted here, where the counter lives.
+        const QObject here;
+        int swapped = 0;
+        QObject::connect(
+            m_window, &QQuickWindow::frameSwapped, &here, [&swapped] { ++swapped; }, Qt::QueuedConnection);
+        QTRY_VERIFY_WITH_TIMEOUT(swapped >= count, 10000);
     }
 
     /** Waits for animations, then looks from there. */

@@ -60,8 +60,12 @@ public:
 
     void waitFrames(int count)
     {
-        QSignalSpy frames(m_window, &QQuickWindow::frameSwapped);
-        QTRY_VERIFY_WITH_TIMEOUT(frames.count() >= count, 10000);
+        // Told by the render thread: counted here, where the counter lives.
+        const QObject here;
+        int frames = 0;
+        QObject::connect(
+            m_window, &QQuickWindow::frameSwapped, &here, [&frames] { ++frames; }, Qt::QueuedConnection);
+        QTRY_VERIFY_WITH_TIMEOUT(frames >= count, 10000);
     }
     void settle() { QTRY_VERIFY(!camera()->property("animationsRunning").toBool()); }
 

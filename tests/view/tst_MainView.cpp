@@ -407,8 +407,12 @@ private:
 
     void waitFrames(int count)
     {
-        QSignalSpy frames(m_window, &QQuickWindow::frameSwapped);
-        QTRY_VERIFY_WITH_TIMEOUT(frames.count() >= count, 10000);
+        // Told by the render thread: counted here, where the counter lives.
+        const QObject here;
+        int frames = 0;
+        QObject::connect(
+            m_window, &QQuickWindow::frameSwapped, &here, [&frames] { ++frames; }, Qt::QueuedConnection);
+        QTRY_VERIFY_WITH_TIMEOUT(frames >= count, 10000);
     }
 
     QImage grab()

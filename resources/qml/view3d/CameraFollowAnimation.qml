@@ -18,8 +18,10 @@ QtObject {
     property vector3d baseOverheadTopViewVector: Qt.vector3d(0, 1, 0).times(baseDistance)
     property vector3d baseUpVector3d: Qt.vector3d(0, 0.707106781, 0.707106781)
     property vector3d baseUpVector2d: Qt.vector3d(0, 0, 1)
+    property bool stepWaits: false
 
     onActiveChanged: {
+        stepWaits = false
         if (active) {
             follow()
         }
@@ -52,8 +54,14 @@ QtObject {
         centerAnimation.duration = animationDuration
     }
 
+    /** A step that still waits goes to where the object is when its turn comes: a counter runs faster than the camera. */
     function schedule() {
+        if (stepWaits) {
+            return
+        }
+        stepWaits = true
         targetCamera.scheduleDelayedAnimation(function() {
+            stepWaits = false
             if (active) {
                 initAnim(duration)
                 targetCamera.animScheduler.scheduleAnimation(anim)
