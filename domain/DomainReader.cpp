@@ -5,6 +5,7 @@
 #include "domain/boundary/CLogger.h"
 #include "domain/boundary/ColumnNames.h"
 #include "geo/GdalGeoProjector.h"
+#include "labels/LabelsPositionsLoader.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -82,6 +83,7 @@ void DomainReader::init()
 void DomainReader::onProjectChanged(const CDomainObjectPointer& object)
 {
     giveUpLoad();
+    LabelsPositionsLoader::instance().saveLabelsPositionsForPreviousProject();
     const auto project = CDomainObject::projectFromObject(object);
     if (!project) {
         dropProject();
@@ -91,6 +93,7 @@ void DomainReader::onProjectChanged(const CDomainObjectPointer& object)
         disconnectSignals();
         return;
     }
+    LabelsPositionsLoader::instance().readLabelsPositionsForProject(project);
     updateProjectionString(project);
     populateObjects(project, false);
 }

@@ -82,6 +82,8 @@ public:
      *  comes to lie on the ground, as far as the ground is in that direction. The distance changes nothing. */
     Q_INVOKABLE void cameraGoTo(QVector3D newViewCenter,
                                 float distToNewViewCenter = distanceAtWhichOSMapIsAlwaysLoaded);
+    /** Puts every label back above its object, for good. */
+    Q_INVOKABLE void resetLabelsPositions();
 
 public slots:
     void setAxisX(bool free);

@@ -2,6 +2,7 @@
 
 #include "domain/boundary/BaseServices.h"
 #include "interaction/Utils3d.h"
+#include "labels/LabelsPositionsLoader.h"
 #include "network/Node.h"
 #include "network/NodeInformationToggle.h"
 #include "network/Section.h"
@@ -41,6 +42,11 @@ void GlobalNav::setLabelLineHeight(float lineHeight)
     Base::CApplicationSettings& settings = Base::CApplicationSettings::instance();
     settings.setDefaultLabelLineHeight(lineHeight);
     NodeInformationToggle::m_labelLineHeight = settings.getDefaultLabelLineHeight() / kLineHeightPerUnit;
+}
+
+void GlobalNav::resetLabelsPositions()
+{
+    LabelsPositionsLoader::instance().resetLabelsPositions();
 }
 
 bool GlobalNav::hasUpstreamNode() const

@@ -152,7 +152,7 @@ private slots:
         QTest::addColumn<QByteArray>("signature");
         for (const char* signature :
              {"goToCurrentSection()", "goToUpstreamNode()", "goToDownstreamNode()", "cameraGoTo(QVector3D,float)",
-              "cameraGoTo(QVector3D)", "setLabelLineHeight(float)", "entityMoved()",
+              "cameraGoTo(QVector3D)", "resetLabelsPositions()", "setLabelLineHeight(float)", "entityMoved()",
               "shortTap(Qt3DInput::QMouseEvent*)", "axisLockChanged(QVector3D)", "lateralNotInProximity()",
               "lateralInProximity(Torvik::QmlWrapper::CQmlDomainObject,Qt3DCore::QTransform*)"}) {
             QTest::newRow(signature) << QByteArray(signature);
