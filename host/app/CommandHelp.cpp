@@ -11,6 +11,8 @@ QString helpText()
   kxviewer [PROJECT] --screenshot FILE [VIEW] paints a project into a picture and ends
   kxviewer [PROJECT] --inspect KEY --replay FILE [...]
                                               plays a recording of a vehicle into an inspection and ends
+  kxviewer [PROJECT] --inspect KEY --listen PORT [...]
+                                              shows an inspection that another process tells of
   kxviewer import SOURCE PROJECT [...]        makes a project from an open format
   kxviewer findings PROJECT FILE... [...]     adds findings to a project
   kxviewer info PROJECT [--json]              prints what a project holds
@@ -59,7 +61,12 @@ record:
 --replay FILE          plays a recording; prints the counter, the inspection's stored points and the length of its
                        stored course at the end, and paints a picture then with --screenshot
   --real-time          the pipe is drawn and stored as the sensor measures it; without it only the counter runs
-  --speed N|max        times as fast as it was; as fast as possible if not given
+  --window             in a window, to play, pause and go back
+  --speed N|max        times as fast as it was; if not given, as fast as possible, or 1 in a window
+
+--listen PORT          opens a window and takes readings from another process by TCP: time,counter[,x,y,z], one a line;
+                       needs --inspect KEY, takes --real-time; says on which port it listens (PORT 0: a free one)
+  --address A          127.0.0.1, which only this machine reaches, if not given
 
 --dump FILE            projector, nodes, sections, observations and connections, sorted, with all digits of the numbers
 --help, --version      this text, the version

@@ -1,5 +1,6 @@
 #include "host/app/CommandLine.h"
 
+#include <QHostAddress>
 #include <QMap>
 #include <QRegularExpression>
 
@@ -25,15 +26,17 @@ struct Sorted {
     QString value(const QString& option) const { return values.value(option).value(0); }
 };
 
-const QStringList flagNames {QStringLiteral("--help"), QStringLiteral("--version"),      QStringLiteral("--fit"),
-                             QStringLiteral("--json"), QStringLiteral("--whole-window"), QStringLiteral("--real-time")};
+const QStringList flagNames {QStringLiteral("--help"),  QStringLiteral("--version"),      QStringLiteral("--fit"),
+                             QStringLiteral("--json"),  QStringLiteral("--whole-window"), QStringLiteral("--real-time"),
+                             QStringLiteral("--window")};
 const QStringList valueNames {
     QStringLiteral("--crs"),        QStringLiteral("--mapping"),  QStringLiteral("--with"),
     QStringLiteral("--report"),     QStringLiteral("--size"),     QStringLiteral("--view"),
     QStringLiteral("--screenshot"), QStringLiteral("--dump"),     QStringLiteral("--distance"),
     QStringLiteral("--go-to"),      QStringLiteral("--findings"), QStringLiteral("--noise"),
     QStringLiteral("--seed"),       QStringLiteral("--step"),     QStringLiteral("--speed"),
-    QStringLiteral("--inspect"),    QStringLiteral("--replay")};
+    QStringLiteral("--inspect"),    QStringLiteral("--replay"),   QStringLiteral("--listen"),
+    QStringLiteral("--address")};
 const QStringList repeatable {QStringLiteral("--with"), QStringLiteral("--findings")};
 
 QString takeOption(const QStringList& arguments, int& index, Sorted& sorted)
@@ -252,21 +255,59 @@ QString readSpeed(const QString& text, std::optional<double>& speed)
     return {};
 }
 
-/** What a vehicle in the project's pipe tells. */
-QString readVehicle(const Sorted& sorted, Options& options)
+QString readListening(const Sorted& sorted, Options& options)
 {
-    options.inspectKey = sorted.value(QStringLiteral("--inspect"));
-    options.replayFile = sorted.value(QStringLiteral("--replay"));
-    options.realTime = sorted.has(QStringLiteral("--real-time"));
-    const bool replay = !options.replayFile.isEmpty();
-    for (const QString& option : {QStringLiteral("--real-time"), QStringLiteral("--speed")}) {
+    const QString port = sorted.value(QStringLiteral("--listen"));
+    bool isPort = false;
+    options.listenPort = port.toUShort(&isPort);
+    if (!isPort)
+        return QStringLiteral("--listen takes a port from 0 to 65535, not \"%1\"").arg(port);
+    if (options.command != Command::Window)
+        return QStringLiteral("--listen goes without --screenshot");
+    if (sorted.has(QStringLiteral("--address")))
+        options.listenAddress = sorted.value(QStringLiteral("--address"));
+    if (QHostAddress(options.listenAddress).isNull())
+        return QStringLiteral("--address takes an IP address, not \"%1\"").arg(options.listenAddress);
+    return {};
+}
+
+/** Which options of the vehicle need which other ones. */
+QString missingBeside(const Sorted& sorted)
+{
+    const bool replay = sorted.has(QStringLiteral("--replay"));
+    const bool listen = sorted.has(QStringLiteral("--listen"));
+    if (replay && listen)
+        return QStringLiteral("--replay and --listen exclude each other");
+    for (const QString& option : {QStringLiteral("--speed"), QStringLiteral("--window")}) {
         if (sorted.has(option) && !replay)
             return QStringLiteral("%1 goes with --replay").arg(option);
     }
-    if (replay && options.inspectKey.isEmpty())
-        return QStringLiteral("--replay needs the inspection too: --inspect KEY");
-    if (replay && options.command == Command::Window)
+    if (sorted.has(QStringLiteral("--window")) && sorted.has(QStringLiteral("--screenshot")))
+        return QStringLiteral("--window and --screenshot exclude each other");
+    if (sorted.has(QStringLiteral("--real-time")) && !replay && !listen)
+        return QStringLiteral("--real-time goes with --replay or --listen");
+    if (sorted.has(QStringLiteral("--address")) && !listen)
+        return QStringLiteral("--address goes with --listen");
+    if ((replay || listen) && !sorted.has(QStringLiteral("--inspect")))
+        return QStringLiteral("%1 needs the inspection too: --inspect KEY")
+            .arg(replay ? QStringLiteral("--replay") : QStringLiteral("--listen"));
+    return {};
+}
+
+/** What a vehicle in the project's pipe tells. */
+QString readVehicle(const Sorted& sorted, Options& options)
+{
+    const QString missing = missingBeside(sorted);
+    if (!missing.isEmpty())
+        return missing;
+    options.inspectKey = sorted.value(QStringLiteral("--inspect"));
+    options.replayFile = sorted.value(QStringLiteral("--replay"));
+    options.realTime = sorted.has(QStringLiteral("--real-time"));
+    const bool inWindow = options.command != Command::Window || sorted.has(QStringLiteral("--window"));
+    if (!options.replayFile.isEmpty() && !inWindow)
         options.command = Command::Replay;
+    if (sorted.has(QStringLiteral("--listen")))
+        return readListening(sorted, options);
     if (sorted.has(QStringLiteral("--speed")))
         return readSpeed(sorted.value(QStringLiteral("--speed")), options.speed);
     return {};
@@ -283,7 +324,8 @@ QString readProject(const Sorted& sorted, Options& options)
         known = QStringList {QStringLiteral("--screenshot"),   QStringLiteral("--size"),    QStringLiteral("--view"),
                              QStringLiteral("--distance"),     QStringLiteral("--fit"),     QStringLiteral("--go-to"),
                              QStringLiteral("--whole-window"), QStringLiteral("--inspect"), QStringLiteral("--replay"),
-                             QStringLiteral("--real-time"),    QStringLiteral("--speed")};
+                             QStringLiteral("--real-time"),    QStringLiteral("--speed"),   QStringLiteral("--window"),
+                             QStringLiteral("--listen"),       QStringLiteral("--address")};
     const QString foreign = foreignOption(sorted, known, dump ? QStringLiteral("--dump") : QStringLiteral("a project"));
     if (!foreign.isEmpty())
         return foreign;

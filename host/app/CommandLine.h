@@ -33,6 +33,9 @@ struct Options {
     QString inspectKey;
     /** A recording to be played into that inspection. */
     QString replayFile;
+    /** Where a vehicle connects to tell of itself; 0 takes a free port. */
+    std::optional<quint16> listenPort;
+    QString listenAddress {QStringLiteral("127.0.0.1")};
     /** Times as fast as it was, 0 as fast as possible. */
     std::optional<double> speed;
     /** The pipe is drawn and stored as the recording's sensor measures it. */

@@ -6,6 +6,7 @@
 #include "host/app/ObservationPage.h"
 #include "host/app/SceneLoader.h"
 #include "host/app/SceneSelection.h"
+#include "host/app/VehicleDesk.h"
 
 #include <QObject>
 #include <QUrl>
@@ -36,6 +37,7 @@ class ViewerController : public QObject {
     Q_PROPERTY(QObject* sectionsModel READ sectionsModel CONSTANT)
     Q_PROPERTY(QObject* inspectionsModel READ inspectionsModel CONSTANT)
     Q_PROPERTY(QObject* observations READ observations CONSTANT)
+    Q_PROPERTY(QObject* vehicle READ vehicle CONSTANT)
 
 public:
     /** From where a project is seen when it has opened. */
@@ -75,6 +77,8 @@ public:
     ObjectListModel* inspectionsModel() { return &m_inspections; }
     /** Of the inspection that was selected last, or the active one before any was. */
     ObservationPage* observations() { return &m_observations; }
+    /** In the pipe of the active inspection. */
+    VehicleDesk* vehicle() { return &m_vehicle; }
 
     /** Opens the project in a folder; the one before is closed first. Ends in opened() or in an errorText. */
     void openFolder(const QString& folder);
@@ -135,6 +139,7 @@ private:
     ObjectListModel m_sections;
     ObjectListModel m_inspections;
     ObservationPage m_observations;
+    VehicleDesk m_vehicle;
     OpeningView m_openingView;
     Bounds m_bounds;
     QString m_projectName;

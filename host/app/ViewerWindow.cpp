@@ -15,6 +15,7 @@
 #include <QQmlApplicationEngine>
 #include <QQmlContext>
 #include <QQuickWindow>
+#include <QTextStream>
 #include <QTimer>
 
 #include <algorithm>
@@ -57,17 +58,48 @@ void storeWhatIsPending(ViewerController& controller)
     controller.closeProject();
 }
 
-int showWindow(ViewerController& controller, const QString& folder)
+/** Gives the vehicle what the options have for it; false, with a line on stderr, if that cannot be. */
+bool startVehicle(VehicleDesk& vehicle, const Options& options, const std::optional<ReplayRun::Wishes>& recording)
 {
+    if (options.listenPort) {
+        const QString error = vehicle.listen(QHostAddress(options.listenAddress), *options.listenPort);
+        if (!error.isEmpty())
+            return Commands::failure(error), false;
+        QTextStream(stdout) << "listening on " << options.listenAddress << " port " << vehicle.server().port()
+                            << Qt::endl;
+        QObject::connect(&vehicle, &VehicleDesk::malformedLine,
+                         [](const Vehicle::LineProblem& problem) { Commands::failure(Vehicle::toText(problem)); });
+    }
+    if (recording) {
+        vehicle.setSpeed(options.speed.value_or(1.0));
+        vehicle.load(recording->readings);
+    }
+    if (options.realTime)
+        vehicle.setMeasuring(true);
+    return true;
+}
+
+int showWindow(ViewerController& controller, const QString& folder, const Options& options)
+{
+    const auto recording = options.replayFile.isEmpty() ? std::nullopt : readReplay(options);
+    if (!options.replayFile.isEmpty() && !recording)
+        return 1;
+    const bool hasVehicle = recording || options.listenPort;
     // The project that the program was started with ends it when it cannot be opened; of one that is chosen in the
     // window the window tells.
     QObject starting;
     QObject::connect(&controller, &ViewerController::openingFailed, &starting,
                      [&controller] { QGuiApplication::exit(Commands::failure(controller.errorText())); });
-    QObject::connect(&controller, &ViewerController::opened, &starting,
-                     [&starting, &controller] { controller.disconnect(&starting); });
+    QObject::connect(&controller, &ViewerController::opened, &starting, [&] {
+        controller.disconnect(&starting);
+        if (hasVehicle && !controller.inspectionOfKey(options.inspectKey))
+            QGuiApplication::exit(Commands::failure(noSuchInspection(options)));
+        else if (!startVehicle(*controller.vehicle(), options, recording))
+            QGuiApplication::exit(1);
+    });
     controller.openFolder(folder);
     const int status = QGuiApplication::exec();
+    controller.vehicle()->pause();
     storeWhatIsPending(controller);
     return status;
 }
@@ -161,7 +193,7 @@ int run(const Options& options)
         return Commands::failure(QStringLiteral("the window could not be built; is a QML module missing?"));
     if (options.command == Command::Screenshot)
         return takePicture(*controller, window, folder, options);
-    return showWindow(*controller, folder);
+    return showWindow(*controller, folder, options);
 }
 
 } // namespace Torvik::Viewer::ViewerWindow

@@ -38,6 +38,8 @@ private slots:
     void findingsGoIntoAProject();
     void recordTakesStepSpeedNoiseAndSeed();
     void replayTakesAnInspection();
+    void aReplayMayBeWatchedInAWindow();
+    void listeningIsForThisMachineUnlessToldOtherwise();
     void infoTakesJson();
     void dumpTakesAFile();
     void helpWinsOverEverythingElse();
@@ -165,6 +167,30 @@ void tst_CommandLine::replayTakesAnInspection()
     QCOMPARE(understood("town --inspect H1 --replay run.csv --speed max").speed.value(), 0.0);
 }
 
+void tst_CommandLine::aReplayMayBeWatchedInAWindow()
+{
+    const Options options = understood("town --inspect H1 --replay run.csv --window --speed 10");
+
+    QCOMPARE(options.command, Command::Window);
+    QCOMPARE(options.replayFile, QStringLiteral("run.csv"));
+    QCOMPARE(understood("town --inspect H1").command, Command::Window);
+    QCOMPARE(understood("town --inspect H1").inspectKey, QStringLiteral("H1"));
+}
+
+void tst_CommandLine::listeningIsForThisMachineUnlessToldOtherwise()
+{
+    const Options local = understood("town --inspect H1 --listen 4711");
+    const Options all = understood("town --inspect H1 --listen 0 --address 0.0.0.0 --real-time");
+
+    QCOMPARE(local.command, Command::Window);
+    QCOMPARE(int(local.listenPort.value()), 4711);
+    QCOMPARE(local.listenAddress, QStringLiteral("127.0.0.1"));
+    QCOMPARE(int(all.listenPort.value()), 0);
+    QCOMPARE(all.listenAddress, QStringLiteral("0.0.0.0"));
+    QVERIFY(all.realTime);
+    QVERIFY(!understood("town").listenPort);
+}
+
 void tst_CommandLine::infoTakesJson()
 {
     QVERIFY(!understood("info town").infoAsJson);
@@ -238,6 +264,17 @@ void tst_CommandLine::wrongArgumentsGiveOneLine_data()
     row("record town H1 a.csv --seed 1.5", "\"1.5\"");
     row("record town H1 a.csv --fit", "--fit");
     row("town --noise 1", "--noise");
+    row("town --inspect H1 --window", "--replay");
+    row("town --inspect H1 --replay a.csv --window --screenshot b.png", "--window");
+    row("town --listen 4711", "--inspect");
+    row("town --inspect H1 --listen 65536", "65536");
+    row("town --inspect H1 --listen -1", "\"-1\"");
+    row("town --inspect H1 --listen http", "http");
+    row("town --inspect H1 --listen 1 --address here", "here");
+    row("town --inspect H1 --address 127.0.0.1", "--listen");
+    row("town --inspect H1 --listen 1 --replay a.csv", "--replay");
+    row("town --inspect H1 --listen 1 --speed 2", "--speed");
+    row("town --inspect H1 --listen 1 --screenshot a.png", "--screenshot");
     row("town --replay run.csv", "--inspect");
     row("town --inspect H1 --real-time", "--replay");
     row("town --inspect H1 --speed 10", "--replay");

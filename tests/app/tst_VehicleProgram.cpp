@@ -6,6 +6,8 @@
 #include <QImage>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QVector3D>
 #include <QtTest>
 
@@ -51,8 +53,11 @@ private slots:
     void aReplayGoesAtTheSpeedAskedFor();
     void aPictureIsTakenAtTheEndOfAReplay();
     void whatCannotBeReplayedGivesOneLineAndStatus1();
+    void readingsOfAnotherProcessAreMeasuredAndStored();
+    void aPortInUseGivesOneLineAndStatus1();
 
 private:
+    void start(QProcess& process, const QStringList& arguments);
     Outcome run(const QStringList& arguments);
     Recording recordingIn(const QString& file);
     void write(const QString& file, const QByteArray& content);
@@ -82,15 +87,20 @@ void tst_VehicleProgram::init()
     m_project->close();
 }
 
-Outcome tst_VehicleProgram::run(const QStringList& arguments)
+void tst_VehicleProgram::start(QProcess& process, const QStringList& arguments)
 {
-    QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("XDG_DATA_HOME", m_folder->path());
     environment.insert("XDG_CONFIG_HOME", m_folder->path());
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(m_folder->path());
     process.start(QStringLiteral(KX_VIEWER), arguments);
+}
+
+Outcome tst_VehicleProgram::run(const QStringList& arguments)
+{
+    QProcess process;
+    start(process, arguments);
     Outcome outcome;
     if (process.waitForFinished(120000) && process.exitStatus() == QProcess::NormalExit)
         outcome.status = process.exitCode();
@@ -264,6 +274,48 @@ void tst_VehicleProgram::whatCannotBeReplayedGivesOneLineAndStatus1()
     QVERIFY(noReadings.errors.first().contains("empty.csv"));
     QVERIFY(noSensor.errors.first().contains("--real-time"));
     QVERIFY(noInspection.errors.first().contains("H3"));
+}
+
+void tst_VehicleProgram::readingsOfAnotherProcessAreMeasuredAndStored()
+{
+    QProcess process;
+    start(process, {m_project->path(), "--inspect", "H2", "--listen", "0", "--real-time", "--size", "400x300"});
+    QByteArray out;
+    QTRY_VERIFY_WITH_TIMEOUT((out += process.readAllStandardOutput()).contains('\n'), 60000);
+    const auto said = QRegularExpression("^listening on 127\\.0\\.0\\.1 port (\\d+)\n").match(QString::fromUtf8(out));
+    QVERIFY2(said.hasMatch(), out.constData());
+    const auto port = quint16(said.captured(1).toUInt());
+
+    for (const char* lines : {"0,0.5,0,0.5,0\n1,1,0,1,0\nbroken\n2,1.5,0,1.5,0\n", "3,2,0,2,0\n4,2.5,0,2.5,0\n"}) {
+        QTcpSocket socket;
+        socket.connectToHost(QHostAddress::LocalHost, port);
+        QVERIFY(socket.waitForConnected());
+        socket.write(lines);
+        socket.disconnectFromHost();
+        QVERIFY(socket.state() == QAbstractSocket::UnconnectedState || socket.waitForDisconnected());
+    }
+
+    // The begin of the pipe and the five readings.
+    QTRY_COMPARE_WITH_TIMEOUT(
+        m_project->stored("SECMP JOIN SECMES ON MP_Measurement_FK = MES_PK", "'1'", "1", "COUNT(*)").toInt(), 6, 30000);
+    process.kill();
+    process.waitForFinished();
+    const QString errors = QString::fromUtf8(process.readAllStandardError());
+    QVERIFY2(errors.contains("kxviewer: line 3: "), qPrintable(errors));
+}
+
+void tst_VehicleProgram::aPortInUseGivesOneLineAndStatus1()
+{
+    QTcpServer other;
+    QVERIFY(other.listen(QHostAddress::LocalHost));
+
+    const Outcome outcome = run(
+        {m_project->path(), "--inspect", "H1", "--listen", QString::number(other.serverPort()), "--size", "400x300"});
+
+    QCOMPARE(outcome.status, 1);
+    QVERIFY(!outcome.errors.isEmpty());
+    // The drawing library may complain of a window that goes so soon.
+    QVERIFY(outcome.errors.join(' ').contains(QString::number(other.serverPort())));
 }
 
 QTEST_GUILESS_MAIN(tst_VehicleProgram)

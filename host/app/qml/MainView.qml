@@ -211,6 +211,13 @@ Rectangle {
                 }
             }
 
+            VehicleBar {
+                objectName: "vehicleBar"
+                visible: !mainView.sceneOnly && !!vehicle && vehicle.active
+                Layout.fillWidth: true
+                vehicle: viewer.vehicle || null
+            }
+
             ObjectTools {
                 objectName: "objectTools"
                 visible: !mainView.sceneOnly
