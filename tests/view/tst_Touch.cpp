@@ -41,7 +41,7 @@ private slots:
     void aFreeHeightMovesInThePlaneOfTheView();
     void theRingTurnsAPipeAboutItsStart();
     void inTurnModeTheObjectItselfCannotBePicked();
-    void theRingCatchesPressesWhileItIsShown();
+    void theRingCatchesPresses();
     void anObjectThatDiesUnderTheFingerGivesTheCameraBack();
     void arrowsThatGoDuringADragLeaveNoAxisBehind();
     void twoTapsAndAConnectionAreAPreview();
@@ -363,26 +363,23 @@ void tst_Touch::inTurnModeTheObjectItselfCannotBePicked()
     QCOMPARE(manhole->position(), place);
 }
 
-void tst_Touch::theRingCatchesPressesWhileItIsShown()
+void tst_Touch::theRingCatchesPresses()
 {
-    // A press must reach the pipe under the ring at once, not only when the tap looks around at the release.
+    // The pipe lies below the ring's place.
     const QVector3D way = (node(m_b)->position() - node(m_a)->position()).normalized();
     const QPoint from = m_view->pixelOf(section()->position() + way * 5.0F);
+    // At the press; at the release a tap takes what is nearest.
     const auto pressSelectsThePipe = [&] {
         m_view->press(from);
         const bool selected = m_view->root()->isSelected(m_inspection->id());
         m_view->release(from);
         return selected;
     };
+    QVERIFY(pressSelectsThePipe());
     m_view->root()->selectOneByDomainGuid(m_a->id());
     node(m_a)->touchControl()->setMode(TouchControlBase::Rotation);
     m_view->frames(12);
     QVERIFY(!pressSelectsThePipe());
-    m_view->root()->selectOneByDomainGuid(m_a->id());
-    node(m_a)->touchControl()->setMode(TouchControlBase::Translation);
-    m_view->root()->deselectAll();
-    QTest::qWait(400);
-    QVERIFY(pressSelectsThePipe());
 }
 
 void tst_Touch::anObjectThatDiesUnderTheFingerGivesTheCameraBack()
