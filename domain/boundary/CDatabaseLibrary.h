@@ -15,7 +15,8 @@ class CProjectDBAccessManager : public QObject {
 public:
     /** Writes every changed value of the object in one transaction and has each change notified with this origin.
      *  Without a change nothing happens. When the write fails the values stay changed in memory, the reason is logged
-     * at level 1, and the next call tries again. */
+     * at level 1, and the next call tries again; so does the library itself while a failure may pass, as a lock does.
+     */
     virtual void updateObject(const CDomainObjectPointer& object, int origin) = 0;
 
 signals:

@@ -5,6 +5,7 @@
 #include "host/app/ProjectLists.h"
 #include "host/app/SceneReader.h"
 #include "host/domain/ProjectStore.h"
+#include "host/domain/StoreTrouble.h"
 #include "scene/GlobalNav.h"
 #include "scene/SceneRoot.h"
 
@@ -75,6 +76,10 @@ ViewerController::ViewerController(QObject* parent)
             });
     connect(this, &ViewerController::currentIdChanged, this, &ViewerController::currentIdsChanged);
     connect(&ProjectStore::instance(), &ProjectStore::writeFailed, this, &ViewerController::setError);
+    auto& trouble = Database::StoreTrouble::instance();
+    connect(&trouble, &Database::StoreTrouble::begun, this, &ViewerController::setTrouble);
+    connect(&trouble, &Database::StoreTrouble::over, this, [this] { setTrouble({}); });
+    connect(&trouble, &Database::StoreTrouble::lost, this, &ViewerController::setError);
 }
 
 ViewerController::~ViewerController() = default;
@@ -280,9 +285,17 @@ void ViewerController::adaptLens()
     camera->setFarPlane(range.farPlane);
 }
 
+QString ViewerController::errorText() const
+{
+    QStringList texts {m_troubleText, m_errorText};
+    texts.removeAll({});
+    return texts.join(QLatin1Char('\n'));
+}
+
 void ViewerController::dismissError()
 {
     setError({});
+    setTrouble({});
 }
 
 void ViewerController::setFilter(const QString& filter)
@@ -312,6 +325,14 @@ void ViewerController::setError(const QString& text)
     if (m_errorText == text)
         return;
     m_errorText = text;
+    emit errorTextChanged();
+}
+
+void ViewerController::setTrouble(const QString& text)
+{
+    if (m_troubleText == text)
+        return;
+    m_troubleText = text;
     emit errorTextChanged();
 }
 

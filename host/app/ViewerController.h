@@ -60,8 +60,9 @@ public:
     /** Of the opening, 0 to 1. */
     double progress() const { return m_progress; }
     QString progressText() const { return m_progressText; }
-    /** What the user should know; stays until it is dismissed or the next project opens. */
-    QString errorText() const { return m_errorText; }
+    /** What the user should know; stays until it is dismissed or the next project opens. What keeps changes from being
+     *  stored goes by itself when it is over. */
+    QString errorText() const;
     /** The object that was gone to or selected last. */
     QString currentId() const { return m_currentId; }
     /** All that the lists mark: that object, and what is selected in the scene. */
@@ -128,6 +129,7 @@ private:
     void setBusy(bool busy);
     void setProgress(double progress, const QString& text);
     void setError(const QString& text);
+    void setTrouble(const QString& text);
     void setCurrentId(const QString& id);
     void onSelectionChanged();
     void showObservationsOf(const QString& id);
@@ -145,6 +147,7 @@ private:
     QString m_projectName;
     QString m_progressText;
     QString m_errorText;
+    QString m_troubleText;
     QString m_currentId;
     double m_progress = 0;
     bool m_busy = false;

@@ -6,22 +6,26 @@
 #include "host/domain/HostSettings.h"
 #include "host/domain/NotificationManager.h"
 #include "host/domain/ProjectStore.h"
+#include "host/domain/StoreTrouble.h"
+#include "host/domain/WaitingObjects.h"
 
 namespace Torvik::Database {
 
 class DbAccessManager : public CProjectDBAccessManager {
 public:
+    // Before whoever waits for its writes at the end: it has to hear of the end first.
+    DbAccessManager() { StoreTrouble::instance(); }
+
     void updateObject(const CDomainObjectPointer& object, int origin) override
     {
         if (!object) {
             return;
         }
-        ProjectStore& store = ProjectStore::instance();
-        const StoreStatus written = store.writeObject(object, origin);
+        const StoreStatus written = WaitingObjects::instance().write(object, origin);
         if (!written) {
             const QString message = QStringLiteral("%1 could not be stored: %2").arg(object->id(), written.error);
             Logging::CLogger::logMessage(Logging::LogError, QStringLiteral("Torvik::Database"), message);
-            emit store.writeFailed(message);
+            emit ProjectStore::instance().writeFailed(message);
         }
     }
 };

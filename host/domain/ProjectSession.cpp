@@ -71,7 +71,7 @@ StoreStatus ProjectSession::inTransaction(const Write& write)
     return status;
 }
 
-StoreStatus ProjectSession::update(const CDomainObjectPointer& object, int origin)
+StoreStatus ProjectSession::update(const CDomainObjectPointer& object, int origin, int waitMs)
 {
     CDomainObjectPrivate& data = *CDomainObjectPrivate::of(object);
     const Schema::Table& table = *Schema::table(data.type);
@@ -91,8 +91,10 @@ StoreStatus ProjectSession::update(const CDomainObjectPointer& object, int origi
     }
     const int stampColumn = data.layout->indexOf(table.timeStampColumn);
     const QString stamp = stampColumn < 0 || columns.contains(stampColumn) ? QString() : now();
+    m_connection->setBusyTimeout(waitMs);
     const StoreStatus status =
         inTransaction([&] { return writeColumns(table, data.id, columns, *data.layout, data.values, stamp); });
+    m_connection->setBusyTimeout(SqlConnection::busyTimeoutMs);
     if (!status) {
         return status;
     }

@@ -26,7 +26,7 @@ public:
 
     ProjectSession(std::unique_ptr<SqlConnection> connection, ProjectData& project, bool readOnly);
 
-    StoreStatus update(const CDomainObjectPointer& object, int origin);
+    StoreStatus update(const CDomainObjectPointer& object, int origin, int waitMs);
     StoreStatus insert(const CDomainObjectPointer& parent, ObjectType type, const QVariantMap& values,
                        CDomainObjectPointer& inserted);
     StoreStatus remove(const CDomainObjectPointer& object);

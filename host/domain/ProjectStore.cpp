@@ -9,7 +9,9 @@
 #include "host/domain/ObservationCodes.h"
 #include "host/domain/ProjectSchema.h"
 #include "host/domain/ProjectSession.h"
+#include "host/domain/StoreTrouble.h"
 #include "host/domain/ThreadConnections.h"
+#include "host/domain/WaitingObjects.h"
 
 #include <QDir>
 #include <QPointer>
@@ -164,7 +166,9 @@ void ProjectStore::close(const QSharedPointer<CProjectObject>& project)
     if (!data || !data->session) {
         return;
     }
+    StoreTrouble::instance().hurry();
     emit CDatabaseLibrary::dbAccessManager()->projectUnloading(project);
+    WaitingObjects::instance().storeNow();
     AppState& state = AppState::instance();
     if (state.getActiveProject() == project) {
         state.setActiveProject({});
@@ -173,6 +177,7 @@ void ProjectStore::close(const QSharedPointer<CProjectObject>& project)
     data->session.reset();
     ThreadConnections::release();
     data->invalidateAll();
+    StoreTrouble::instance().takeTime();
 }
 
 InsertedObject ProjectStore::insertObject(const CDomainObjectPointer& parent, ObjectType type,
@@ -203,11 +208,11 @@ StoreStatus ProjectStore::deleteObject(const CDomainObjectPointer& object)
     return status ? session->remove(object) : status;
 }
 
-StoreStatus ProjectStore::writeObject(const CDomainObjectPointer& object, int origin)
+StoreStatus ProjectStore::writeObject(const CDomainObjectPointer& object, int origin, int waitMs)
 {
     StoreStatus status;
     ProjectSession* const session = sessionOf(object, status);
-    return status ? session->update(object, origin) : status;
+    return status ? session->update(object, origin, waitMs) : status;
 }
 
 InsertedObject ProjectStore::insertJob(const QSharedPointer<CProjectObject>& project, const QVariantMap& values)

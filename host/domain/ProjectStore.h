@@ -58,8 +58,9 @@ public:
     InsertedObject insertObject(const CDomainObjectPointer& parent, ObjectType type, const QVariantMap& values);
     /** Deletes an object with all below it, in the database too, and notifies. Not for the project. */
     StoreStatus deleteObject(const CDomainObjectPointer& object);
-    /** What CProjectDBAccessManager::updateObject does, with the outcome. */
-    StoreStatus writeObject(const CDomainObjectPointer& object, int origin);
+    /** Writes what is changed in the object, once; the outcome is the caller's business.
+     *  @param waitMs  how long to wait for another program that is writing */
+    StoreStatus writeObject(const CDomainObjectPointer& object, int origin, int waitMs = SqlConnection::busyTimeoutMs);
 
     /** A job is an object of its own, for AppState::setActiveJob. */
     InsertedObject insertJob(const QSharedPointer<CProjectObject>& project, const QVariantMap& values);

@@ -32,10 +32,15 @@ QString optionsFor(SqlConnection::Access access, int timeoutMs)
     return options;
 }
 
+int primaryCode(const QSqlError& error)
+{
+    return error.nativeErrorCode().toInt() & 0xFF;
+}
+
 /** SQLite's primary result code in words. */
 QString causeOf(const QSqlError& error)
 {
-    switch (error.nativeErrorCode().toInt() & 0xFF) {
+    switch (primaryCode(error)) {
     case 5:
     case 6:
         return QStringLiteral("it is locked by another program");
@@ -78,7 +83,8 @@ std::unique_ptr<SqlConnection> SqlConnection::open(const QString& file, Access a
                                                    int timeoutMs)
 {
     if (!QFileInfo(file).isFile()) {
-        status = {QStringLiteral("%1: there is no such file").arg(file)};
+        constexpr int cannotOpen = 14;
+        status = {QStringLiteral("%1: there is no such file").arg(file), cannotOpen};
         return nullptr;
     }
     std::unique_ptr<SqlConnection> connection(new SqlConnection(file, access, timeoutMs));
@@ -117,6 +123,11 @@ StoreStatus SqlConnection::execute(const QString& statement) const
     return {};
 }
 
+void SqlConnection::setBusyTimeout(int timeoutMs) const
+{
+    QSqlQuery(m_database).exec(QStringLiteral("PRAGMA busy_timeout = %1").arg(timeoutMs));
+}
+
 QVariant SqlConnection::value(const QString& statement, StoreStatus& status) const
 {
     QSqlQuery query(m_database);
@@ -136,7 +147,7 @@ QVariant SqlConnection::value(const QString& statement, StoreStatus& status) con
 
 StoreStatus SqlConnection::failure(const QSqlError& error) const
 {
-    return {QStringLiteral("%1: %2").arg(m_file, causeOf(error))};
+    return {QStringLiteral("%1: %2").arg(m_file, causeOf(error)), primaryCode(error)};
 }
 
 SqlTransaction::SqlTransaction(const SqlConnection& connection)

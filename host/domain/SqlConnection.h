@@ -14,6 +14,7 @@ namespace Torvik::Database {
 /** Outcome of an operation of the store. */
 struct StoreStatus {
     QString error; ///< one readable line that names file and cause; empty when all went well
+    int code = 0;  ///< SQLite's primary result code where the database refused; else 0
 
     bool ok() const { return error.isEmpty(); }
     explicit operator bool() const { return ok(); }
@@ -43,6 +44,8 @@ public:
     const QString& file() const { return m_file; }
 
     StoreStatus execute(const QString& statement) const;
+    /** How long a statement waits for another connection's lock. */
+    void setBusyTimeout(int timeoutMs) const;
     /** First cell of the first row; invalid when there is none, with an error when the statement failed. */
     QVariant value(const QString& statement, StoreStatus& status) const;
     /** The error as a line for the user: file and cause in words. */

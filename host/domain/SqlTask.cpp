@@ -2,9 +2,11 @@
 
 #include "domain/boundary/CLogger.h"
 #include "host/domain/ActiveDatabase.h"
+#include "host/domain/StoreTrouble.h"
 #include "host/domain/ThreadConnections.h"
 
 #include <QSqlQuery>
+#include <QThread>
 
 namespace Torvik::Database {
 
@@ -41,12 +43,68 @@ bool runStatement(QSqlQuery& query, const QString& statement, const QMap<QString
     return query.exec();
 }
 
+StoreStatus attempt(const QString& file, const QString& statement, const QMap<QString, QVariant>& bindings,
+                    SqlResult& result)
+{
+    StoreStatus status;
+    const SqlConnection* const connection = ThreadConnections::get(file, status);
+    if (!connection) {
+        return status;
+    }
+    QSqlQuery query(connection->database());
+    query.setForwardOnly(true);
+    if (!runStatement(query, statement, bindings)) {
+        return connection->failure(query.lastError());
+    }
+    QVector<QSqlRecord> rows;
+    while (query.next()) {
+        rows.append(query.record());
+    }
+    if (query.lastError().isValid()) {
+        return connection->failure(query.lastError());
+    }
+    result = SqlResult(std::move(rows));
+    return {};
+}
+
+/** Set while a task runs on behalf of a thread that waits for it: it is then not repeated. */
+thread_local bool callerWaits = false;
+
+/** Tries again while the failure may pass. What is queued behind waits too, so the order stays. */
+template <typename Run>
+StoreStatus patiently(const Run& run)
+{
+    StoreTrouble& trouble = StoreTrouble::instance();
+    if (trouble.givenUp()) {
+        trouble.noteLost();
+        return {QStringLiteral("given up with those before it")};
+    }
+    StoreStatus status = run();
+    if (status || !StoreTrouble::mayPass(status)) {
+        return status;
+    }
+    trouble.enter(status);
+    do {
+        QThread::msleep(StoreTrouble::retryIntervalMs);
+        // A file that was read-only when it was opened stays so for its connection.
+        ThreadConnections::release();
+        status = run();
+    } while (!status && StoreTrouble::mayPass(status) && trouble.patient());
+    if (!status) {
+        trouble.noteLost();
+    }
+    trouble.leave();
+    return status;
+}
+
 } // namespace
 
 void SqlTask::executeNow()
 {
     m_result = SqlResult();
+    callerWaits = true;
     fill(m_result);
+    callerWaits = false;
 }
 
 QString SqlTask::getStringResult(int row, int column) const
@@ -68,27 +126,11 @@ void SqlUserTask::fill(SqlResult& result)
         logFailure(m_statement, QStringLiteral("There is no active project"));
         return;
     }
-    StoreStatus status;
-    const SqlConnection* const connection = ThreadConnections::get(m_databaseFile, status);
-    if (!connection) {
+    const auto run = [&] { return attempt(m_databaseFile, m_statement, m_bindings, result); };
+    const StoreStatus status = callerWaits ? run() : patiently(run);
+    if (!status) {
         logFailure(m_statement, status.error);
-        return;
     }
-    QSqlQuery query(connection->database());
-    query.setForwardOnly(true);
-    if (!runStatement(query, m_statement, m_bindings)) {
-        logFailure(m_statement, connection->failure(query.lastError()).error);
-        return;
-    }
-    QVector<QSqlRecord> rows;
-    while (query.next()) {
-        rows.append(query.record());
-    }
-    if (query.lastError().isValid()) {
-        logFailure(m_statement, connection->failure(query.lastError()).error);
-        return;
-    }
-    result = SqlResult(std::move(rows));
 }
 
 } // namespace Torvik::Database

@@ -201,13 +201,13 @@ private slots:
             a->updateValue("OBJ_Key", "New");
             Kx::Test::LogCapture log;
             CDatabaseLibrary::dbAccessManager()->updateObject(a, 1);
-            QCOMPARE(failed.count(), 1);
             QVERIFY(log.lines().value(0).message.contains("locked"));
         }
 
         CDatabaseLibrary::dbAccessManager()->updateObject(a, 1);
 
-        QCOMPARE(failed.count(), 1);
+        // It passes, so nobody is told that it has failed.
+        QCOMPARE(failed.count(), 0);
         QCOMPARE(p.stored("NODE", "OBJ_PK", a->id(), "OBJ_Key").toString(), QString("New"));
     }
 

@@ -1,0 +1,153 @@
+#include "host/domain/StoreTrouble.h"
+
+#include "domain/boundary/CLogger.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+namespace Torvik::Database {
+
+namespace {
+
+/** A main thread that has stood still for so long waits for the write itself, without having said so. */
+constexpr qint64 standstillMs = 20000;
+
+enum Code { Busy = 5, Locked = 6, ReadOnly = 8, InputOutput = 10, Full = 13, CannotOpen = 14 };
+
+QString adviceFor(int code)
+{
+    switch (code) {
+    case Busy:
+    case Locked:
+        return StoreTrouble::tr("Close the other program, or wait until it is done.");
+    case ReadOnly:
+        return StoreTrouble::tr("Make the file and its folder writable again.");
+    case Full:
+        return StoreTrouble::tr("Make room on the disk.");
+    default:
+        return StoreTrouble::tr("Check that the disk is connected and that you may write to it.");
+    }
+}
+
+} // namespace
+
+StoreTrouble& StoreTrouble::instance()
+{
+    // Never destroyed: what is stored at the very end of the process waits too.
+    static auto* const trouble = new StoreTrouble;
+    return *trouble;
+}
+
+StoreTrouble::StoreTrouble()
+{
+    m_clock.start();
+    m_timer.setInterval(retryIntervalMs);
+    m_timer.moveToThread(thread());
+    connect(&m_timer, &QTimer::timeout, this, &StoreTrouble::onTick);
+    if (const QCoreApplication* application = QCoreApplication::instance())
+        connect(application, &QCoreApplication::aboutToQuit, this, &StoreTrouble::hurry);
+}
+
+bool StoreTrouble::mayPass(const StoreStatus& status)
+{
+    constexpr int passing[] = {Busy, Locked, ReadOnly, InputOutput, Full, CannotOpen};
+    return std::find(std::begin(passing), std::end(passing), status.code) != std::end(passing);
+}
+
+QString StoreTrouble::textFor(const StoreStatus& cause)
+{
+    return tr("%1. %2 What is measured and changed meanwhile is kept and stored as soon as that is possible; leave the "
+              "program open.")
+        .arg(cause.error, adviceFor(cause.code));
+}
+
+void StoreTrouble::enter(const StoreStatus& cause, int tellAfterMs)
+{
+    {
+        const QMutexLocker lock(&m_mutex);
+        const qint64 tellAt = now() + tellAfterMs;
+        if (m_waiting++ == 0) {
+            m_mainThreadSeen = now();
+            m_tellAt = tellAt;
+        }
+        m_tellAt = std::min(m_tellAt, tellAt);
+        m_cause = cause;
+    }
+    QMetaObject::invokeMethod(this, &StoreTrouble::look, Qt::QueuedConnection);
+}
+
+void StoreTrouble::leave()
+{
+    const QMutexLocker lock(&m_mutex);
+    --m_waiting;
+}
+
+bool StoreTrouble::patient() const
+{
+    const qint64 deadline = m_deadline;
+    return (deadline < 0 || now() < deadline) && now() - m_mainThreadSeen < standstillMs;
+}
+
+void StoreTrouble::noteLost()
+{
+    m_givenUp = true;
+    ++m_lost;
+}
+
+void StoreTrouble::hurry()
+{
+    m_deadline = now() + lastPatienceMs;
+}
+
+void StoreTrouble::takeTime()
+{
+    m_deadline = -1;
+    m_givenUp = false;
+    const int count = m_lost.exchange(0);
+    if (count == 0)
+        return;
+    const QString message = tr("%n change(s) could not be stored and are lost.", nullptr, count);
+    Logging::CLogger::logMessage(Logging::LogError, QStringLiteral("Torvik::Database"), message);
+    emit lost(message);
+}
+
+void StoreTrouble::look()
+{
+    m_mainThreadSeen = now();
+    StoreStatus cause;
+    {
+        const QMutexLocker lock(&m_mutex);
+        if (m_waiting > 0 && now() >= m_tellAt)
+            cause = m_cause;
+    }
+    m_timer.start();
+    if (cause || cause.code == m_toldCode)
+        return;
+    m_toldCode = cause.code;
+    emit begun(textFor(cause));
+}
+
+void StoreTrouble::onTick()
+{
+    m_mainThreadSeen = now();
+    if (m_deadline < 0 && m_givenUp)
+        takeTime();
+    emit retry();
+    bool waits = false;
+    {
+        const QMutexLocker lock(&m_mutex);
+        waits = m_waiting > 0;
+    }
+    if (waits) {
+        look();
+        return;
+    }
+    m_timer.stop();
+    if (m_toldCode == 0)
+        return;
+    m_toldCode = 0;
+    emit over();
+}
+
+} // namespace Torvik::Database
