@@ -80,6 +80,9 @@ StoreStatus patiently(const Run& run)
         return {QStringLiteral("given up with those before it")};
     }
     StoreStatus status = run();
+    if (!status && !StoreTrouble::mayPass(status)) {
+        trouble.refuse(status.error);
+    }
     if (status || !StoreTrouble::mayPass(status)) {
         return status;
     }

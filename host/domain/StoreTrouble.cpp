@@ -95,6 +95,17 @@ void StoreTrouble::noteLost()
     ++m_lost;
 }
 
+void StoreTrouble::refuse(const QString& error)
+{
+    const auto tell = [this, error] {
+        if (m_toldRefusal == error)
+            return;
+        m_toldRefusal = error;
+        emit lost(tr("Something that was measured could not be stored and is lost. %1").arg(error));
+    };
+    QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection);
+}
+
 void StoreTrouble::hurry()
 {
     m_deadline = now() + lastPatienceMs;
@@ -104,6 +115,7 @@ void StoreTrouble::takeTime()
 {
     m_deadline = -1;
     m_givenUp = false;
+    m_toldRefusal.clear();
     const int count = m_lost.exchange(0);
     if (count == 0)
         return;

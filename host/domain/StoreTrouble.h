@@ -41,6 +41,8 @@ public:
     bool patient() const;
     /** A write was given up for good. */
     void noteLost();
+    /** The database will not take a write, whenever it is tried; `error` says why. Told once for each reason. */
+    void refuse(const QString& error);
     /** Whether writes are given up without a try, since those before them have been. */
     bool givenUp() const { return m_givenUp; }
 
@@ -54,7 +56,7 @@ signals:
     void begun(const QString& message);
     /** Everything that waited is stored, or given up. */
     void over();
-    /** So many writes had to be given up. */
+    /** Writes had to be given up: so many, or for this reason. */
     void lost(const QString& message);
     /** Writes that wait on the main thread may try now. */
     void retry();
@@ -74,6 +76,7 @@ private:
     qint64 m_tellAt = 0;
     /** The main thread's own. */
     int m_toldCode = 0;
+    QString m_toldRefusal;
     std::atomic<qint64> m_mainThreadSeen {0};
     std::atomic<qint64> m_deadline {-1};
     std::atomic<bool> m_givenUp {false};

@@ -100,7 +100,7 @@ private slots:
     void aDiskThatBecameReadOnly();
     void aFileWithoutTheRightToWriteIsWrittenOn();
     void twoTroublesOneAfterTheOther();
-    void whatCannotPassIsNotRepeated();
+    void whatCannotPassIsToldOnceAndNotRepeated();
     void aChangedObjectWaitsForALock();
     void aChangedObjectWaitsForRoom();
     void aShortLockIsNoTrouble();
@@ -199,17 +199,20 @@ void tst_StoreTrouble::twoTroublesOneAfterTheOther()
     QCOMPARE(m_project->line(m_inspection), lineOf({0, 1, 2, 3}));
 }
 
-void tst_StoreTrouble::whatCannotPassIsNotRepeated()
+void tst_StoreTrouble::whatCannotPassIsToldOnceAndNotRepeated()
 {
     const Spies spies;
-    MeasuredProject::execute(QStringLiteral("CREATE TRIGGER refusing BEFORE INSERT ON SECMP WHEN NEW.MP_X_Value = 2 "
+    MeasuredProject::execute(QStringLiteral("CREATE TRIGGER refusing BEFORE INSERT ON SECMP WHEN NEW.MP_X_Value < 4 "
                                             "BEGIN SELECT RAISE(ABORT, 'not this one'); END"));
 
-    measure(m_inspection, 2, 2);
+    measure(m_inspection, 2, 3);
     handler().waitUntilStored();
 
-    QCOMPARE(m_project->points(m_project->key(m_inspection)), QStringLiteral("1:0 0 0, 2:1 0 0, 4:3 0 0"));
+    QCOMPARE(m_project->points(m_project->key(m_inspection)), QStringLiteral("1:0 0 0, 2:1 0 0, 5:4 0 0"));
+    QTRY_COMPARE(spies.lost.count(), 1);
+    QVERIFY(spies.lost.first().first().toString().contains("project.db: not this one"));
     QCoreApplication::processEvents();
+    QCOMPARE(spies.lost.count(), 1);
     QCOMPARE(spies.begun.count(), 0);
 }
 

@@ -1,5 +1,6 @@
 #include "common/TestProject.h"
 #include "domain/SectionAdapterBase.h"
+#include "domain/boundary/CDatabaseLibrary.h"
 #include "host/app/ViewerController.h"
 #include "interaction/TouchControl.h"
 #include "network/Node.h"
@@ -32,6 +33,7 @@ private slots:
     void aTapOnAManholeTellsItAndMarksItsLine();
     void aTapOnAPipeMarksPipeAndInspection();
     void aLineOfTheListsSelectsInTheScene();
+    void whatCannotBeStoredIsSaidUntilItIs();
     void withoutLeaveAFingerMovesNothing();
     void withMoveTheManholeFollowsTheFingerAndTheCameraStays();
     void aTapOnTheGroundTakesTheLeaveBack();
@@ -185,6 +187,27 @@ void tst_HandWork::aLineOfTheListsSelectsInTheScene()
     QCOMPARE(SceneRoot::instance()->selectedRenderable(), node("B"));
     QCOMPARE(m_viewer->currentIds(), QStringList({node("B")->guid()}));
     m_screen->settle();
+}
+
+void tst_HandWork::whatCannotBeStoredIsSaidUntilItIs()
+{
+    constexpr int longEnoughMs = 15000;
+    Torvik::Database::StoreStatus status;
+    const auto other =
+        Torvik::Database::SqlConnection::open(Torvik::Database::ProjectStore::databaseFile(m_project->path()),
+                                              Torvik::Database::SqlConnection::ReadWrite, status);
+    auto lock = std::make_unique<Torvik::Database::SqlTransaction>(*other);
+    QVERIFY(lock->begun());
+    const auto project = Torvik::AppState::instance().getActiveProject();
+
+    project->updateValue("PRJ_Name", "Renamed");
+    Torvik::Database::CDatabaseLibrary::dbAccessManager()->updateObject(project, 5000);
+    QTRY_VERIFY_WITH_TIMEOUT(m_screen->visible("errorBanner"), longEnoughMs);
+    QVERIFY2(m_viewer->errorText().contains("locked by another program"), qPrintable(m_viewer->errorText()));
+    lock.reset();
+
+    QTRY_VERIFY_WITH_TIMEOUT(!m_screen->visible("errorBanner"), longEnoughMs);
+    QCOMPARE(m_viewer->errorText(), QString());
 }
 
 void tst_HandWork::withoutLeaveAFingerMovesNothing()
