@@ -37,7 +37,7 @@ set_target_properties(view3d_rest PROPERTIES LINKER_LANGUAGE CXX)
 include(CMakePackageConfigHelpers)
 set(kx_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/KxView3d)
 install(TARGETS KxView3d EXPORT KxView3dTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-foreach(folder IN ITEMS scene domain network measurement geo interaction labels)
+foreach(folder IN ITEMS scene domain network measurement geo plans interaction labels)
     install(DIRECTORY ${PROJECT_SOURCE_DIR}/${folder}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/KxView3d/${folder}
         FILES_MATCHING PATTERN "*.h")
 endforeach()

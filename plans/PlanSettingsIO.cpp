@@ -1,0 +1,207 @@
+#include "plans/PlanSettingsIO.h"
+
+#include "domain/boundary/BaseServices.h"
+#include "domain/boundary/CLogger.h"
+#include "geo/GdalGeoProjector.h"
+#include "plans/KodraUnitConverter.h"
+#include "plans/PlanPath.h"
+#include "plans/PlanXml.h"
+
+#include <QFile>
+#include <QSaveFile>
+
+#include <Qt3DCore/QTransform>
+
+using Torvik::Base::CFileSystemNames;
+using Torvik::Logging::LogLevel;
+
+namespace Torvik::View3d {
+
+namespace {
+
+constexpr auto planFile = KodraUnitConverter::CoordinateSystem::PlanFile;
+constexpr auto scene = KodraUnitConverter::CoordinateSystem::Scene;
+
+void log(LogLevel level, const QString& message)
+{
+    Logging::CLogger::logMessage(level, QStringLiteral("View3DLibrary::PlanSettingsIO"), message);
+}
+
+QString filePath(const QString& projectPath)
+{
+    return projectPath + CFileSystemNames::graphics3DPathPart() + QStringLiteral("plan.xml");
+}
+
+/** As much as tells that a file is too large. */
+QByteArray content(QFile& file)
+{
+    return file.read(PlanXml::largestFile + 1);
+}
+
+QVector3D vector(const PlanXml::Triple& triple)
+{
+    return {float(triple[0]), float(triple[1]), float(triple[2])};
+}
+
+PlanXml::Triple triple(const QVector3D& v)
+{
+    return {{double(v.x()), double(v.y()), double(v.z())}};
+}
+
+Vector3D<double> originInFile()
+{
+    return KodraUnitConverter().getPlanReferencePointInCoordinateSystem(GdalGeoProjector::instance()->origin(), scene,
+                                                                        planFile);
+}
+
+/** Turned and scaled about its anchor corner, a plan leaves that corner where it is: its position tells, together with
+ * scale and rotation, where the plan lies. */
+PlanXml::Values valuesOf(const Qt3DCore::QTransform& transform, const QVector3D& anchor)
+{
+    const KodraUnitConverter converter;
+    const Vector3D<double> reference = originInFile() * -1.0;
+    PlanXml::Values values;
+    values.mqTranslation = {{reference.x(), reference.y(), reference.z()}};
+    values.translation =
+        triple(converter.getTranslationInCoordinateSystem(transform.matrix().map(anchor), scene, planFile));
+    values.scale = triple(converter.getRotationOrScaleInCoordinateSystem(transform.scale3D(), scene, planFile));
+    values.rotation = {{0.0, 0.0, double(transform.rotationY())}};
+    return values;
+}
+
+/** Why these values could not be read back; empty when they can. */
+QString obstacle(const PlanXml::Values& values, const QByteArray& bytes, const QString& planFullPath)
+{
+    const PlanXml::Reading back = PlanXml::read(bytes);
+    if (!back.badVectors.isEmpty())
+        return QStringLiteral("the plan has no place that can be stored: \"%1\"").arg(back.badVectors.first());
+    const bool nameHolds = back.error.isEmpty() && back.values.planData == values.planData &&
+                           !planFullPath.section(QLatin1Char('/'), -1).contains(QLatin1Char('\\'));
+    return nameHolds ? QString()
+                     : QStringLiteral("the file name of the plan %1 cannot be stored; rename it").arg(planFullPath);
+}
+
+/** What cannot be read may still be of use to somebody. */
+bool keepDamaged(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly) || !PlanXml::read(content(file)).damaged())
+        return true;
+    const QString kept = path + QStringLiteral(".damaged");
+    if (QFile::exists(kept) || !QFile::copy(path, kept))
+        return QFile::exists(kept);
+    log(Logging::LogWarning, QStringLiteral("The damaged plan.xml was kept as %1").arg(kept));
+    return true;
+}
+
+bool cannotSave(const QString& reason)
+{
+    log(Logging::LogInformation, QStringLiteral("Cannot save plan.xml"));
+    log(Logging::LogWarning, reason);
+    return false;
+}
+
+} // namespace
+
+void PlanSettingsIO::resetPreviouslyReadValues()
+{
+    m_read = PlanSettings();
+    m_problem.clear();
+}
+
+void PlanSettingsIO::tryToLoadPlanSettings(const QString& projectPath)
+{
+    resetPreviouslyReadValues();
+    m_read.projectPath = projectPath.trimmed();
+    QFile file(filePath(m_read.projectPath));
+    if (!file.open(QIODevice::ReadOnly)) {
+        log(Logging::LogInformation, QStringLiteral("plan.xml was not found"));
+        if (file.exists())
+            m_problem = QStringLiteral("%1: %2").arg(file.fileName(), file.errorString());
+        return;
+    }
+    const PlanXml::Reading reading = PlanXml::read(content(file));
+    if (!reading.error.isEmpty()) {
+        m_problem = QStringLiteral("%1: %2").arg(file.fileName(), reading.error);
+        log(Logging::LogError, m_problem);
+        return;
+    }
+    for (const QString& text : reading.badVectors) {
+        const QString message = QStringLiteral("Failed to convert \"%1\" to vector.").arg(text);
+        log(Logging::LogError, message);
+        m_problem = QStringLiteral("%1: %2").arg(file.fileName(), message);
+    }
+    const PlanXml::Triple& reference = reading.values.mqTranslation;
+    m_read.referencePoint =
+        reading.badReference ? originInFile() : Vector3D<double>(reference[0], reference[1], reference[2]) * -1.0;
+    m_read.translation = vector(reading.values.translation);
+    m_read.scale = vector(reading.values.scale);
+    m_read.rotation = vector(reading.values.rotation);
+    m_read.planPath =
+        PlanPath::resolved(reading.values.planData, m_read.projectPath, CFileSystemNames::documentationPathPart());
+}
+
+QString PlanSettingsIO::getPathToPlanImage() const
+{
+    return m_read.planPath;
+}
+
+Vector3D<double> PlanSettingsIO::getPlanReferencePoint() const
+{
+    return KodraUnitConverter().getPlanReferencePointInCoordinateSystem(m_read.referencePoint, planFile, scene);
+}
+
+QVector3D PlanSettingsIO::getPlanTranslation() const
+{
+    return KodraUnitConverter().getTranslationInCoordinateSystem(m_read.translation, planFile, scene);
+}
+
+QVector3D PlanSettingsIO::getPlanScale() const
+{
+    return KodraUnitConverter().getRotationOrScaleInCoordinateSystem(m_read.scale, planFile, scene);
+}
+
+QVector3D PlanSettingsIO::getPlanRotation() const
+{
+    return KodraUnitConverter().getRotationOrScaleInCoordinateSystem(m_read.rotation, planFile, scene);
+}
+
+PlanSettings PlanSettingsIO::getPlanSettings() const
+{
+    PlanSettings settings = m_read;
+    settings.referencePoint = getPlanReferencePoint();
+    settings.translation = getPlanTranslation();
+    settings.scale = getPlanScale();
+    settings.rotation = getPlanRotation();
+    return settings;
+}
+
+bool PlanSettingsIO::savePlanFile(const QString& projectPath, const Qt3DCore::QTransform& transform,
+                                  const QString& planFullPath, const QVector3D& additionalTranslationCorrect)
+{
+    PlanXml::Values values = valuesOf(transform, additionalTranslationCorrect);
+    values.planData = PlanPath::stored(planFullPath, CFileSystemNames::documentationPathPart());
+    const QByteArray bytes = PlanXml::write(values);
+    const QString hindered = obstacle(values, bytes, planFullPath);
+    if (!hindered.isEmpty())
+        return cannotSave(hindered);
+
+    QSaveFile file(filePath(projectPath));
+    if (!file.open(QIODevice::WriteOnly))
+        return cannotSave(QStringLiteral("%1: %2").arg(file.fileName(), file.errorString()));
+    if (!keepDamaged(file.fileName()))
+        return cannotSave(QStringLiteral("%1: damaged, and no copy of it can be made").arg(file.fileName()));
+    // commit() alone does not notice when the buffer could not be written.
+    if (file.write(bytes) != bytes.size() || !file.flush() || !file.commit())
+        return cannotSave(
+            QStringLiteral("%1: not written whole, the disk may be full: %2").arg(file.fileName(), file.errorString()));
+    return true;
+}
+
+void PlanSettingsIO::deleteOldPlanFile(const QString& path)
+{
+    if (!path.isEmpty() && QFile::exists(path))
+        QFile::remove(path);
+}
+
+} // namespace Torvik::View3d
