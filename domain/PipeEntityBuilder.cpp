@@ -94,12 +94,8 @@ void PipeEntityBuilder::loadObservations(const Inspection& inspection)
 {
     if (!inspection)
         return;
-    const auto& known = SceneEntities::instance().getObservations();
-    for (int i = 0; i < inspection->observationCount(); ++i) {
-        const auto observation = inspection->observation(i);
-        if (observation && !known.contains(observation->id()))
-            insertObservation(observation, true);
-    }
+    for (int i = 0; i < inspection->observationCount(); ++i)
+        insertObservation(inspection->observation(i), true);
 }
 
 void PipeEntityBuilder::insertObservation(const CDomainObjectPointer& observation, bool fromDB)

@@ -64,7 +64,12 @@ float RotationRing::radius() const
 
 void RotationRing::followView()
 {
-    m_mesh->setRadius(DragMath::ringRadius(Utils3d::lensDistance(SceneRoot::camera())));
+    m_mesh->setRadius(radiusInView());
+}
+
+float RotationRing::radiusInView()
+{
+    return DragMath::ringRadius(Utils3d::lensDistance(SceneRoot::camera()));
 }
 
 } // namespace Torvik::View3d

@@ -22,6 +22,8 @@ public:
     /** Hidden at first. A hidden ring has no mesh: the renderer's picking would still hit it. */
     void setShown(bool shown);
     float radius() const;
+    /** Radius that a ring has at the camera's present distance. */
+    static float radiusInView();
 
 private:
     void followView();

@@ -2,11 +2,10 @@
 
 #include "interaction/AxisControlArrows.h"
 #include "interaction/CustomPicker.h"
-#include "interaction/DragMath.h"
 #include "interaction/ObjectPicker.h"
 #include "interaction/RotationRing.h"
 #include "interaction/TouchInput.h"
-#include "interaction/Utils3d.h"
+#include "network/ConnectionPoint.h"
 #include "scene/GlobalNav.h"
 #include "scene/Renderable.h"
 #include "scene/SceneRoot.h"
@@ -22,7 +21,6 @@ constexpr int doubleTapMs = 400;
 constexpr float arrowSize = 0.1F;
 const QString topLayout = QStringLiteral("top");
 const QString frontLayout = QStringLiteral("front");
-const QString connectionPrefix = QStringLiteral("connection_");
 
 TouchControlBase::Mode modeOfNavigation()
 {
@@ -91,7 +89,7 @@ void TouchControl::selectOnPress()
     const bool again = std::exchange(m_selectedByTap, false) && SelectionAwareness::instance().selectionInProgress();
     SceneRoot* const root = SceneRoot::instance();
     const QString guid = m_renderable->guid();
-    if (guid.startsWith(connectionPrefix)) {
+    if (guid.startsWith(ConnectionPoint::guidPrefix())) {
         if (GlobalNav::instance()->connectionMode())
             root->selectNextByDomainGuid(guid);
         return;
@@ -126,7 +124,7 @@ void TouchControl::createHelperTorus()
 
 float TouchControl::calculateRotationTorusRadius() const
 {
-    return DragMath::ringRadius(Utils3d::lensDistance(SceneRoot::camera()));
+    return RotationRing::radiusInView();
 }
 
 void TouchControl::disableArrows()

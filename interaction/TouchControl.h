@@ -9,7 +9,6 @@
 
 #include <QList>
 #include <QMetaObject>
-#include <QPoint>
 #include <QPointF>
 #include <QPointer>
 #include <QTimer>
@@ -120,7 +119,6 @@ private:
     QPointer<TouchInput> m_input;
     QList<QMetaObject::Connection> m_gesture; ///< between press and release
     Finish m_finish = nullptr;
-    QPoint m_pressPosition;
     QVector3D m_lastPoint;
     QPointF m_screenPoint;
     Mode m_mode = Translation;

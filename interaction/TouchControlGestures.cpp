@@ -99,11 +99,10 @@ void TouchControl::onPressedObject(Qt3DRender::QPickEvent* pick)
         m_doubleTapTimer.start();
     if (objectDragAllowed())
         takeCamera();
-    m_pressPosition = rounded(pick->position());
     m_customPicker->disablePick();
     if (m_mode == ScreenTranslation)
         m_screenPoint = pick->position();
-    const auto point = pointUnder(m_pressPosition, dragPlaneNormal());
+    const auto point = pointUnder(rounded(pick->position()), dragPlaneNormal());
     if (!point)
         return;
     m_lastPoint = *point;
@@ -178,8 +177,7 @@ void TouchControl::torusPicked(Qt3DRender::QPickEvent* pick)
 {
     if (!m_allowed)
         return;
-    m_pressPosition = rounded(pick->position());
-    const auto point = pointUnder(m_pressPosition, up);
+    const auto point = pointUnder(rounded(pick->position()), up);
     if (!point)
         return;
     m_lastPoint = *point;

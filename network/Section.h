@@ -251,8 +251,8 @@ private:
     void startAtNode(Node* node);
     void startAtJoint(Node* node);
     void pointAlong(const QMatrix4x4& joint);
-    template <typename Move>
-    void refreshLateralBy(const QString& ref, Move follow);
+    void refreshLateralBy(const QString& ref, void (Section::*follow)());
+    void followConnection(bool keepOffset);
     /** Of this lateral; null, with a line in the log, when there is none. */
     ObservationConnection* connectionToParent() const;
     void stretchLastSegment(float length);

@@ -46,8 +46,7 @@ void Section::removeLateralConnection(const QString& ref)
         emit lateralConnectionRemoved(ref);
 }
 
-template <typename Move>
-void Section::refreshLateralBy(const QString& ref, Move follow)
+void Section::refreshLateralBy(const QString& ref, void (Section::*follow)())
 {
     const ObservationConnection* const connection = connectionOf(ref);
     if (!connection) {
@@ -95,6 +94,16 @@ void Section::testLateralProximity(double distance)
 
 void Section::reposition()
 {
+    followConnection(true);
+}
+
+void Section::repositionObservationConnection()
+{
+    followConnection(false);
+}
+
+void Section::followConnection(bool keepOffset)
+{
     // Records may name each other in a ring.
     if (m_repositioning)
         return;
@@ -103,28 +112,11 @@ void Section::reposition()
         ObservationConnection* const connection = connectionToParent();
         if (!connection)
             return;
-        if (!inspectionDownstream())
-            repositionToParent(connection, true);
+        if (!keepOffset || !inspectionDownstream())
+            repositionToParent(connection, keepOffset);
         recalculateManualRotationOffset();
-        if (Node* const node = downstreamNode())
+        if (Node* const node = keepOffset ? downstreamNode() : nullptr)
             node->moveToRenderable(connection);
-        refreshConnectionVisibility();
-    }
-    m_shapeAccess.writePoints(this);
-    emit sectionGeometryChanged();
-}
-
-void Section::repositionObservationConnection()
-{
-    if (m_repositioning)
-        return;
-    const QScopedValueRollback busy(m_repositioning, true);
-    if (m_props->isLateral()) {
-        ObservationConnection* const connection = connectionToParent();
-        if (!connection)
-            return;
-        repositionToParent(connection, false);
-        recalculateManualRotationOffset();
         refreshConnectionVisibility();
     }
     m_shapeAccess.writePoints(this);
