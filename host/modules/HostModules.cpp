@@ -1,5 +1,6 @@
 #include "host/modules/HostModules.h"
 
+#include "geo/CApplicationSettingsLastAddress.h"
 #include "geo/GdalGeoProjector.h"
 #include "host/modules/Belmora.h"
 #include "host/modules/FormatHelper.h"
@@ -32,12 +33,22 @@ QObject* geoProjector(QQmlEngine* engine, QJSEngine*)
     return projector;
 }
 
+QObject* lastAddress(QQmlEngine* engine, QJSEngine*)
+{
+    auto& settings = CApplicationSettingsLastAddress::instance();
+    engine->setObjectOwnership(&settings, QQmlEngine::CppOwnership);
+    return &settings;
+}
+
 void registerTypesOnce()
 {
     static const bool done = [] {
         initHostModuleResources();
         View3d::SceneRoot::registerMetaTypes();
         qmlRegisterSingletonType<View3d::GdalGeoProjector>("Torvik.Geo", 1, 0, "GeoProjector", &geoProjector);
+        qmlRegisterSingletonType<CApplicationSettingsLastAddress>("Torvik.Shared", 1, 0, "AppSettingsLastAddress",
+                                                                  &lastAddress);
+        CApplicationSettingsLastAddress::initialize();
         qRegisterMetaType<QmlWrapper::CQmlDomainObject>();
         return true;
     }();
