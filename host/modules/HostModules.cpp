@@ -4,6 +4,7 @@
 #include "geo/GdalGeoProjector.h"
 #include "host/modules/Belmora.h"
 #include "host/modules/FormatHelper.h"
+#include "host/modules/ObjectContent.h"
 #include "host/modules/Screens.h"
 #include "interaction/Utils3d.h"
 #include "scene/GlobalNav.h"
@@ -49,6 +50,7 @@ void registerTypesOnce()
         qmlRegisterSingletonType<CApplicationSettingsLastAddress>("Torvik.Shared", 1, 0, "AppSettingsLastAddress",
                                                                   &lastAddress);
         CApplicationSettingsLastAddress::initialize();
+        registerObjectContentTypes();
         qRegisterMetaType<QmlWrapper::CQmlDomainObject>();
         return true;
     }();
