@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QJSValue>
 #include <QObject>
 #include <QString>
 #include <QVariantMap>
@@ -19,12 +18,12 @@ public:
     QString ongoingScreenKey() const { return m_ongoingScreenKey; }
     void setOngoingScreenKey(const QString& key);
 
-    /** Asks for a screen; whoever owns it answers screenRequested(). The arguments hold functions too. */
-    Q_INVOKABLE void show(const QString& name, const QJSValue& arguments = {});
+    /** Asks for a screen; whoever owns it answers screenRequested(). */
+    Q_INVOKABLE void show(const QString& name, const QVariantMap& arguments = {});
 
 signals:
     void ongoingScreenKeyChanged();
-    void screenRequested(const QString& name, const QJSValue& arguments);
+    void screenRequested(const QString& name, const QVariantMap& arguments);
 
 private:
     QString m_ongoingScreenKey;
