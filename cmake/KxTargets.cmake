@@ -15,11 +15,22 @@ function(kx_subsystem name)
     endif()
 endfunction()
 
-# kx_test(NAME SOURCES file... LINK target... [WINDOW])
+# kx_for_sanitizer(TARGET): what a program of the tests takes along when a sanitizer is woven in.
+function(kx_for_sanitizer name)
+    if(KX_SANITIZE)
+        target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/keep_libraries.cpp)
+    endif()
+    if(KX_SANITIZE MATCHES "thread")
+        target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/tsan_qt.cpp)
+    endif()
+endfunction()
+
+# kx_test(NAME SOURCES file... LINK target... [WINDOW] [THREADS])
 # A test program. One that links a subsystem takes the rest of the view from view3d_rest as far as it needs it; one of the
 # library's face links KxView3d instead. WINDOW marks one that renders: it runs on an X server; the others need none.
+# THREADS marks one in which threads of ours meet: these are what ThreadSanitizer looks at (target kx_thread_tests).
 function(kx_test name)
-    cmake_parse_arguments(ARG "WINDOW" "" "SOURCES;LINK" ${ARGN})
+    cmake_parse_arguments(ARG "WINDOW;THREADS" "" "SOURCES;LINK" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     set(rest)
     if(ARG_LINK MATCHES "view3d_")
@@ -37,10 +48,15 @@ function(kx_test name)
     else()
         list(APPEND environment "QT_QPA_PLATFORM=offscreen")
     endif()
+    if(ARG_THREADS)
+        set_tests_properties(${name} PROPERTIES LABELS threads)
+        add_dependencies(kx_thread_tests ${name})
+    endif()
     if(KX_SANITIZE)
-        target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/keep_libraries.cpp)
+        kx_for_sanitizer(${name})
         list(APPEND environment
             "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/lsan.supp:print_suppressions=0"
+            "TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/tsan.supp:ignore_noninstrumented_modules=1:halt_on_error=1"
             "ASAN_OPTIONS=detect_leaks=1" "UBSAN_OPTIONS=print_stacktrace=1")
     endif()
     set_tests_properties(${name} PROPERTIES ENVIRONMENT "${environment}" TIMEOUT 300)

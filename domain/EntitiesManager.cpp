@@ -229,36 +229,6 @@ void EntitiesManager::onNodeValueChanged(const CDomainObjectProxy& proxy, Node* 
         section->rotateToEndNodeDirection();
 }
 
-void EntitiesManager::onPostponedNodeInsertion(const CDomainObjectPointer& sectionInspectionQmlObj)
-{
-    const auto pipe = sectionInspectionQmlObj->parentObject().toStrongRef();
-    if (!pipe)
-        return;
-    const QString from = pipe->readValue(SECTION_FROMNODE_REF_COLUMN).toString();
-    const QString to = pipe->readValue(SECTION_TONODE_REF_COLUMN).toString();
-    auto waiting = m_postponedNodes.find(from);
-    if (waiting == m_postponedNodes.end())
-        waiting = m_postponedNodes.find(to);
-    if (waiting == m_postponedNodes.end())
-        return;
-    const QString id = *waiting;
-    const auto parent = pipe->parentObject().toStrongRef();
-    const auto node = parent ? parent->findChildObjectById(NodeObjectType, id) : CDomainObjectPointer();
-    m_postponedNodes.erase(id);
-    if (m_postponedNodes.empty())
-        disconnect(m_postponedConnection);
-    if (node)
-        onNodeInsertedByDomainObj(node);
-}
-
-void EntitiesManager::postponeNodeInsertion(const CDomainObjectPointer& node)
-{
-    m_postponedNodes.insert(node->id());
-    if (m_postponedNodes.size() == 1)
-        m_postponedConnection = connect(&m_reader, &DomainReader::sectionInspectionInserted, this,
-                                        &EntitiesManager::onPostponedNodeInsertion);
-}
-
 void EntitiesManager::onNodeRemoved(const CDomainObjectPointer&) {}
 
 void EntitiesManager::onSectionInspectionInserted(const CDomainObjectPointer& object)

@@ -61,6 +61,11 @@ public:
 
     /** For hosts: the node waits until an inspection of one of its sections is inserted. */
     void postponeNodeInsertion(const CDomainObjectPointer& node);
+    /** For hosts: scene position for a new node, the place that the user worked at last, or without one the centre of
+     *  the view. In a scene without positioned nodes that place becomes the origin. */
+    QVector3D calculatePositionForNodeAndResetGeoProjectorIfFirst();
+    /** The same for a place in degrees. */
+    QVector3D getLastPositionAndResetGeoProjectorIfFirstNode(double latitude, double longitude);
 
 public slots:
     void onNodeInserted(const CDomainObjectPointer& node);

@@ -10,7 +10,7 @@ kx_run_packages=(
     qml-module-qt3d qml-module-qtquick-scene3d qml-module-qtquick2 qml-module-qtquick-window2
     qml-module-qtquick-controls2 qml-module-qtquick-templates2 qml-module-qtquick-layouts qml-module-qtquick-dialogs
     qml-module-qtquick-controls qml-module-qtgraphicaleffects qml-module-qtquick-shapes qml-module-qt-labs-settings
-    qml-module-qt-labs-folderlistmodel
+    qml-module-qt-labs-folderlistmodel qml-module-qtpositioning qml-module-qtlocation
 )
 
 # For a machine without a screen, and for the tests.

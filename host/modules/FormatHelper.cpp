@@ -2,15 +2,42 @@
 
 #include "domain/boundary/BaseServices.h"
 
+#include <QLocale>
+#include <QtNumeric>
+
 namespace Torvik::Viewer {
 
 namespace {
 constexpr int kFeet = 2;
+
+double metresOf(const QString& unit)
+{
+    return unit == QLatin1String("ft") ? 0.3048 : 1.0;
 }
+
+} // namespace
 
 QString FormatHelper::distanceUnitString() const
 {
     return Base::CLocaleSupport::getDistanceUnit() == kFeet ? QStringLiteral("ft") : QStringLiteral("m");
+}
+
+QString FormatHelper::currentLocaleName() const
+{
+    return QLocale().name();
+}
+
+double FormatHelper::convertLength(const QString& from, const QString& to, const QVariant& length) const
+{
+    bool known = false;
+    double value = length.toDouble(&known);
+    if (!known) {
+        value = QLocale().toDouble(length.toString(), &known);
+    }
+    if (!known) {
+        return qQNaN();
+    }
+    return value * metresOf(from) / metresOf(to);
 }
 
 } // namespace Torvik::Viewer

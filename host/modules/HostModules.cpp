@@ -1,8 +1,10 @@
 #include "host/modules/HostModules.h"
 
+#include "geo/CApplicationSettingsLastAddress.h"
 #include "geo/GdalGeoProjector.h"
 #include "host/modules/Belmora.h"
 #include "host/modules/FormatHelper.h"
+#include "host/modules/ObjectContent.h"
 #include "host/modules/Screens.h"
 #include "interaction/Utils3d.h"
 #include "scene/GlobalNav.h"
@@ -32,12 +34,23 @@ QObject* geoProjector(QQmlEngine* engine, QJSEngine*)
     return projector;
 }
 
+QObject* lastAddress(QQmlEngine* engine, QJSEngine*)
+{
+    auto& settings = CApplicationSettingsLastAddress::instance();
+    engine->setObjectOwnership(&settings, QQmlEngine::CppOwnership);
+    return &settings;
+}
+
 void registerTypesOnce()
 {
     static const bool done = [] {
         initHostModuleResources();
         View3d::SceneRoot::registerMetaTypes();
         qmlRegisterSingletonType<View3d::GdalGeoProjector>("Torvik.Geo", 1, 0, "GeoProjector", &geoProjector);
+        qmlRegisterSingletonType<CApplicationSettingsLastAddress>("Torvik.Shared", 1, 0, "AppSettingsLastAddress",
+                                                                  &lastAddress);
+        CApplicationSettingsLastAddress::initialize();
+        registerObjectContentTypes();
         qRegisterMetaType<QmlWrapper::CQmlDomainObject>();
         return true;
     }();

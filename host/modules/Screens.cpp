@@ -17,7 +17,7 @@ void ScreenManager::setOngoingScreenKey(const QString& key)
     emit ongoingScreenKeyChanged();
 }
 
-void ScreenManager::show(const QString& name, const QVariantMap& arguments)
+void ScreenManager::show(const QString& name, const QJSValue& arguments)
 {
     emit screenRequested(name, arguments);
 }

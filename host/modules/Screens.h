@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJSValue>
 #include <QObject>
 #include <QString>
 #include <QVariantMap>
@@ -18,12 +19,12 @@ public:
     QString ongoingScreenKey() const { return m_ongoingScreenKey; }
     void setOngoingScreenKey(const QString& key);
 
-    /** Asks for a screen; whoever owns it answers screenRequested(). */
-    Q_INVOKABLE void show(const QString& name, const QVariantMap& arguments = {});
+    /** Asks for a screen; whoever owns it answers screenRequested(). The arguments hold functions too. */
+    Q_INVOKABLE void show(const QString& name, const QJSValue& arguments = {});
 
 signals:
     void ongoingScreenKeyChanged();
-    void screenRequested(const QString& name, const QVariantMap& arguments);
+    void screenRequested(const QString& name, const QJSValue& arguments);
 
 private:
     QString m_ongoingScreenKey;

@@ -45,6 +45,61 @@ def cross(x, y):
     return False
 
 
+def pipe(x, y):
+    """Two walls with their ends, seen from the side."""
+    if abs(abs(y - 0.62) - 0.11) < 0.025 and 0.18 < x < 0.82:
+        return True
+    return any(abs(((x - end) / 0.045) ** 2 + ((y - 0.62) / 0.11) ** 2 - 1) < 0.45 for end in (0.18, 0.82))
+
+
+def arrow(x, y, ax, ay, bx, by):
+    """A shaft from a to b with a head at b."""
+    length = ((bx - ax) ** 2 + (by - ay) ** 2) ** 0.5
+    ux, uy = (bx - ax) / length, (by - ay) / length
+    along, across = (bx - x) * ux + (by - y) * uy, abs((bx - x) * uy - (by - y) * ux)
+    return 0 <= along < 0.14 and across < along * 0.75 or 0.1 <= along < length and across < 0.03
+
+
+def go_pipe(x, y):
+    return pipe(x, y) or arrow(x, y, 0.5, 0.16, 0.5, 0.47)
+
+
+def vehicle(x, y):
+    body = 0.34 < x < 0.62 and 0.56 < y < 0.66 or segment(x, y, 0.62, 0.58, 0.68, 0.56) < 0.03
+    wheels = any((x - at) ** 2 + (y - 0.68) ** 2 < 0.035 ** 2 for at in (0.4, 0.56))
+    return pipe(x, y) or body or wheels or arrow(x, y, 0.5, 0.16, 0.5, 0.42)
+
+
+def manhole(x, y, at):
+    return abs(((x - at) ** 2 + (y - 0.66) ** 2) ** 0.5 - 0.12) < 0.03
+
+
+def upstream(x, y):
+    return manhole(x, y, 0.26) or segment(x, y, 0.4, 0.66, 0.82, 0.66) < 0.03 or arrow(x, y, 0.74, 0.34, 0.3, 0.34)
+
+
+def downstream(x, y):
+    return upstream(1 - x, y)
+
+
+def pin(x, y):
+    head = abs(((x - 0.5) ** 2 + (y - 0.38) ** 2) ** 0.5 - 0.17) < 0.035
+    tip = min(segment(x, y, 0.36, 0.49, 0.5, 0.8), segment(x, y, 0.64, 0.49, 0.5, 0.8)) < 0.035
+    return (head and y < 0.52) or tip or (x - 0.5) ** 2 + (y - 0.38) ** 2 < 0.05 ** 2
+
+
+def pen(x, y):
+    small = pin(x * 1.25 + 0.02, y * 1.25 + 0.02)
+    return small or segment(x, y, 0.6, 0.78, 0.8, 0.5) < 0.04
+
+
+def house(x, y):
+    roof = min(segment(x, y, 0.2, 0.5, 0.5, 0.24), segment(x, y, 0.8, 0.5, 0.5, 0.24)) < 0.035
+    walls = min(segment(x, y, 0.28, 0.46, 0.28, 0.78), segment(x, y, 0.72, 0.46, 0.72, 0.78),
+                segment(x, y, 0.28, 0.78, 0.72, 0.78)) < 0.03
+    return roof or walls or 0.45 < x < 0.55 and 0.6 < y < 0.78
+
+
 def colour(sign, active, x, y):
     if not plate(x, y):
         return None
@@ -79,6 +134,8 @@ def write(name, sign, active):
                    + chunk(b"IEND", b""))
 
 
-for name, sign in (("zoom-plus", plus), ("zoom-minus", minus), ("position-mode", cross)):
+for name, sign in (("zoom-plus", plus), ("zoom-minus", minus), ("position-mode", cross), ("goto-camera", vehicle),
+                   ("goto-section", go_pipe), ("goto-upstream", upstream), ("goto-downstream", downstream),
+                   ("goto-gps", pin), ("edit-gps", pen), ("goto-address", house)):
     write(name, sign, False)
     write(name + "-active", sign, True)

@@ -29,5 +29,33 @@ QtObject {
             readonly property url active: "qrc:/icons/zoom-minus-active.png"
             readonly property url enabled: "qrc:/icons/zoom-minus.png"
         }
+        readonly property QtObject button3DGotoCamera: QtObject {
+            readonly property url active: "qrc:/icons/goto-camera-active.png"
+            readonly property url enabled: "qrc:/icons/goto-camera.png"
+        }
+        readonly property QtObject button3DGoToSection: QtObject {
+            readonly property url active: "qrc:/icons/goto-section-active.png"
+            readonly property url enabled: "qrc:/icons/goto-section.png"
+        }
+        readonly property QtObject button3DGoToNodeUpstream: QtObject {
+            readonly property url active: "qrc:/icons/goto-upstream-active.png"
+            readonly property url enabled: "qrc:/icons/goto-upstream.png"
+        }
+        readonly property QtObject button3DGoToNodeDownstream: QtObject {
+            readonly property url active: "qrc:/icons/goto-downstream-active.png"
+            readonly property url enabled: "qrc:/icons/goto-downstream.png"
+        }
+        readonly property QtObject button3DGotoGPS: QtObject {
+            readonly property url active: "qrc:/icons/goto-gps-active.png"
+            readonly property url enabled: "qrc:/icons/goto-gps.png"
+        }
+        readonly property QtObject button3DGotoAddress: QtObject {
+            readonly property url active: "qrc:/icons/goto-address-active.png"
+            readonly property url enabled: "qrc:/icons/goto-address.png"
+        }
+        readonly property QtObject button3DEditGPS: QtObject {
+            readonly property url active: "qrc:/icons/edit-gps-active.png"
+            readonly property url enabled: "qrc:/icons/edit-gps.png"
+        }
     }
 }

@@ -1,0 +1,136 @@
+#include <QDir>
+#include <QOffscreenSurface>
+#include <QOpenGLContext>
+#include <QOpenGLShaderProgram>
+#include <QSurfaceFormat>
+#include <QUrl>
+#include <Qt3DRender/QShaderProgram>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+
+QSurfaceFormat openGlEs2()
+{
+    QSurfaceFormat format;
+    format.setRenderableType(QSurfaceFormat::OpenGLES);
+    format.setVersion(2, 0);
+    return format;
+}
+
+QSurfaceFormat coreProfile()
+{
+    QSurfaceFormat format;
+    format.setRenderableType(QSurfaceFormat::OpenGL);
+    format.setVersion(3, 2);
+    format.setProfile(QSurfaceFormat::CoreProfile);
+    return format;
+}
+
+/** Names of a folder's programs: each has a vertex and a fragment shader. */
+QStringList programs(const QString& folder)
+{
+    QStringList names;
+    const auto files = QDir(folder).entryInfoList({QStringLiteral("*.vert")}, QDir::Files, QDir::Name);
+    for (const auto& file : files)
+        names << file.completeBaseName();
+    return names;
+}
+
+QByteArray source(const QString& folder, const QString& name, const char* ending)
+{
+    return Qt3DRender::QShaderProgram::loadSource(
+        QUrl(QStringLiteral("qrc%1/%2.%3").arg(folder, name, QLatin1String(ending))));
+}
+
+} // namespace
+
+/** The scene's shaders under the drivers that they are written for. */
+class tst_ShaderDialects : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void everyShaderHasItsPartner_data();
+    void everyShaderHasItsPartner();
+    void aProgramIsCompiledAndLinked_data();
+    void aProgramIsCompiledAndLinked();
+
+private:
+    bool use(const QSurfaceFormat& format);
+
+    QOffscreenSurface m_surface;
+    std::unique_ptr<QOpenGLContext> m_context;
+};
+
+void tst_ShaderDialects::initTestCase()
+{
+    m_surface.create();
+}
+
+bool tst_ShaderDialects::use(const QSurfaceFormat& format)
+{
+    m_context = std::make_unique<QOpenGLContext>();
+    m_context->setFormat(format);
+    return m_context->create() && m_context->makeCurrent(&m_surface);
+}
+
+void tst_ShaderDialects::everyShaderHasItsPartner_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::newRow("es2") << ":/shaders/es2";
+    QTest::newRow("gl3") << ":/shaders/gl3";
+}
+
+void tst_ShaderDialects::everyShaderHasItsPartner()
+{
+    QFETCH(QString, folder);
+
+    const QStringList names = programs(folder);
+
+    QVERIFY(!names.isEmpty());
+    QCOMPARE(QDir(folder).entryList(QDir::Files).size(), 2 * names.size());
+    for (const QString& name : names)
+        QVERIFY2(QFile::exists(folder + '/' + name + ".frag"), qPrintable(name));
+}
+
+void tst_ShaderDialects::aProgramIsCompiledAndLinked_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QSurfaceFormat>("format");
+    const auto add = [](const char* driver, const QSurfaceFormat& format, const char* dialect) {
+        const QString folder = QStringLiteral(":/shaders/") + QLatin1String(dialect);
+        const auto names = programs(folder);
+        for (const auto& name : names)
+            QTest::addRow("%s, %s of %s", driver, qPrintable(name), dialect) << folder << name << format;
+    };
+    add("OpenGL ES 2", openGlEs2(), "es2");
+    add("the desktop's default", QSurfaceFormat::defaultFormat(), "es2");
+    add("core profile", coreProfile(), "gl3");
+    // The effects that lie on top of everything have this text only, whatever the profile.
+    add("core profile", coreProfile(), "es2");
+}
+
+void tst_ShaderDialects::aProgramIsCompiledAndLinked()
+{
+    QFETCH(QString, folder);
+    QFETCH(QString, name);
+    QFETCH(QSurfaceFormat, format);
+    if (!use(format))
+        QSKIP("This driver makes no such context.");
+    QCOMPARE(m_context->isOpenGLES(), format.renderableType() == QSurfaceFormat::OpenGLES);
+    if (format.profile() == QSurfaceFormat::CoreProfile)
+        QCOMPARE(m_context->format().profile(), QSurfaceFormat::CoreProfile);
+
+    QOpenGLShaderProgram program;
+    QVERIFY2(program.addShaderFromSourceCode(QOpenGLShader::Vertex, source(folder, name, "vert")),
+             qPrintable(program.log()));
+    QVERIFY2(program.addShaderFromSourceCode(QOpenGLShader::Fragment, source(folder, name, "frag")),
+             qPrintable(program.log()));
+    QVERIFY2(program.link(), qPrintable(program.log()));
+}
+
+QTEST_MAIN(tst_ShaderDialects)
+#include "tst_ShaderDialects.moc"
