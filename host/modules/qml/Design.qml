@@ -21,6 +21,10 @@ QtObject {
             readonly property url active: "qrc:/icons/position-mode-active.png"
             readonly property url disabled: "qrc:/icons/position-mode.png"
         }
+        readonly property QtObject rotationMode: QtObject {
+            readonly property url active: "qrc:/icons/rotation-mode-active.png"
+            readonly property url disabled: "qrc:/icons/rotation-mode.png"
+        }
         readonly property QtObject button3DZoomPlusPipeViewscreen: QtObject {
             readonly property url active: "qrc:/icons/zoom-plus-active.png"
             readonly property url enabled: "qrc:/icons/zoom-plus.png"
