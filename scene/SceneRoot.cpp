@@ -15,6 +15,7 @@
 #include <Qt3DCore/QTransform>
 #include <Qt3DExtras/QCylinderMesh>
 #include <Qt3DExtras/QGoochMaterial>
+#include <Qt3DExtras/QPerVertexColorMaterial>
 #include <Qt3DExtras/QPhongMaterial>
 #include <Qt3DRender/QLayer>
 #include <Qt3DRender/QRayCaster>
@@ -52,6 +53,7 @@ SceneRoot::SceneRoot()
     , m_materialNodeSelected(new Qt3DExtras::QPhongMaterial(this))
     , m_materialCone(new Qt3DExtras::QPhongMaterial(this))
     , m_materialConnection(new Qt3DExtras::QPhongMaterial(this))
+    , m_gridMaterial(new Qt3DExtras::QPerVertexColorMaterial)
     , m_rayCaster(new Qt3DRender::QRayCaster(this))
     , m_touchInput(new TouchInput(this))
 {
@@ -63,6 +65,7 @@ SceneRoot::SceneRoot()
     // Anew for each root, so that it comes before every other reaction to the change.
     disconnect(&app, &AppState::activeProjectChanged, GdalGeoProjector::instance(), &GdalGeoProjector::deinit);
     connect(&app, &AppState::activeProjectChanged, GdalGeoProjector::instance(), &GdalGeoProjector::deinit);
+    createGridPlane();
     createSetDefaultMaterialSelected();
     SceneEntities::instance().initConnections();
     addComponent(m_rayCaster);
@@ -273,6 +276,8 @@ void SceneRoot::setCamera(Qt3DRender::QCamera* camera)
     connect(camera, &Qt3DRender::QCamera::viewVectorChanged, this, &SceneRoot::tellViewScale);
     connect(camera, &Qt3DRender::QCamera::fieldOfViewChanged, this, &SceneRoot::tellViewScale);
     tellViewScale();
+    connect(camera, &Qt3DRender::QCamera::viewVectorChanged, this, [this, camera] { fitGrid(*camera); });
+    fitGrid(*camera);
 }
 
 void SceneRoot::tellViewScale()

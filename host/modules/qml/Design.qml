@@ -10,6 +10,8 @@ QtObject {
         readonly property QtObject flyingObject: QtObject {
             readonly property color backgroungColor: "#fbfaf8"
             readonly property real backgroungOpacity: 0.6
+            readonly property color textColor: "#23282d"
+            readonly property int fontSize: 13
         }
         readonly property QtObject thumbnailItem: QtObject {
             readonly property int fontSize: 16
