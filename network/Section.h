@@ -124,7 +124,8 @@ public:
     float getOutletDepthOffset(Node* node) const;
     QVector3D getOutletOffset() const;
     QVector3D getOutletPosition(Node* node) const;
-    /** Puts the section to the node's outlet, unless the user has placed it. */
+    /** Puts the section to the node's outlet, unless the user has placed it, or it has a place and the node is made up:
+     *  such a node stands at the scene's origin, which is no manhole. */
     void alignToOutlet(Node* node);
     /** Puts the start to the node and lets it follow the node from now on. */
     void snapToNode(Node* node);
