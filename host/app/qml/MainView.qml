@@ -233,6 +233,16 @@ Rectangle {
         }
     }
 
+    HostScreens {
+        objectName: "hostScreens"
+        visible: !mainView.sceneOnly
+        onOverviewRequested: {
+            mainView.listsOpen = true
+            if (objectId !== "")
+                viewer.goTo(objectId)
+        }
+    }
+
     Loader {
         id: folderDialog
 
