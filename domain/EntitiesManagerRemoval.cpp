@@ -31,6 +31,7 @@ void EntitiesManager::onObjectRemoved(const QString& id)
 
 void EntitiesManager::onCleanAll()
 {
+    SceneEntities::instance().deleteBackgroundPlan();
     cleanObservations();
     cleanNodes();
     const auto sections = SceneEntities::instance().getPipeEntities().takeAll();

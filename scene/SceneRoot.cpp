@@ -5,6 +5,7 @@
 #include "interaction/TouchInput.h"
 #include "measurement/SystemControlProxy.h"
 #include "network/Crawler.h"
+#include "plans/IBackgroundPlan.h"
 #include "scene/Fuzzy.h"
 #include "scene/GlobalNav.h"
 #include "scene/ReadableEffect.h"
@@ -235,10 +236,33 @@ void SceneRoot::setBackgroundVisible(bool visible)
 
 void SceneRoot::setPlanLayerEnabled(bool enabled)
 {
-    change(m_planLayerEnabled, enabled, &SceneRoot::planLayerEnabledChanged);
+    if (m_planLayerEnabled == enabled)
+        return;
+    m_planLayerEnabled = enabled;
+    emit planLayerEnabledChanged(enabled);
+    const SceneEntities& entities = SceneEntities::instance();
+    IBackgroundPlan* const waiting = entities.getBackgroundPlanToConfirm();
+    if (IBackgroundPlan* const plan = waiting ? waiting : entities.getBackgroundPlan())
+        plan->setEnabled(planLayerShown());
 }
 
-void SceneRoot::setPlanLayerLock(bool) {}
+bool SceneRoot::planLayerShown() const
+{
+    return m_planLayerEnabled &&
+           (m_planLayerOnAllViewModesEnabled || GlobalNav::instance()->viewType() == CameraController::View2dTop);
+}
+
+bool SceneRoot::planLayerLock() const
+{
+    const IBackgroundPlan* const plan = SceneEntities::instance().getBackgroundPlan();
+    return plan && plan->isLocked();
+}
+
+void SceneRoot::setPlanLayerLock(bool lock)
+{
+    if (IBackgroundPlan* const plan = SceneEntities::instance().getBackgroundPlan())
+        plan->setLock(lock);
+}
 
 void SceneRoot::setSelectionsEnabled(bool enabled)
 {

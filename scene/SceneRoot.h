@@ -106,8 +106,10 @@ public:
     bool planLayerOnAllViewModesEnabled() const { return m_planLayerOnAllViewModesEnabled; }
     bool selectionsEnabled() const { return m_selectionsEnabled; }
     int maxSelection() const { return m_maxSelection; }
+    /** Whether a plan shows in the present kind of view. */
+    bool planLayerShown() const;
     /** False without a plan. */
-    bool planLayerLock() const { return false; }
+    bool planLayerLock() const;
     /** Size of the 3D item in pixels. */
     double sceneWidth() const { return static_cast<double>(m_sceneWidth); }
     double sceneHeight() const { return static_cast<double>(m_sceneHeight); }
