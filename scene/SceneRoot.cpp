@@ -48,7 +48,7 @@ Qt3DRender::QCamera* SceneRoot::m_camera = nullptr;
 
 SceneRoot::SceneRoot()
     : Qt3DCore::QEntity(nullptr)
-    , m_entitiesManager(*this, nullptr)
+    , m_entitiesManager(*this, SystemControlProxy::instance(), nullptr)
     , m_materialPipe(new Qt3DExtras::QPhongMaterial(this))
     , m_materialNode(new Qt3DExtras::QPhongMaterial(this))
     , m_materialNodeSelected(new Qt3DExtras::QPhongMaterial(this))

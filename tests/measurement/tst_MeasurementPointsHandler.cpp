@@ -264,8 +264,11 @@ void tst_MeasurementPointsHandler::nobodyWaitsForTheDatabase()
     for (int i = 0; i < 20; ++i)
         handler().addRowToSECMP(id, measured(i), i, false);
     QCOMPARE(m_project->pointCount(m_project->key(id)), 0);
+    // Twenty points, and the one line that has to be written of theirs; maybe one before it was on its way already.
+    QVERIFY(handler().waitingStatements() >= 21 && handler().waitingStatements() <= 22);
     lock.reset();
     handler().waitUntilStored();
+    QCOMPARE(handler().waitingStatements(), 0);
 
     QCOMPARE(m_project->pointCount(m_project->key(id)), 20);
 }
