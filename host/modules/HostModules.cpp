@@ -9,6 +9,7 @@
 #include "host/modules/Screens.h"
 #include "host/modules/Video.h"
 #include "interaction/Utils3d.h"
+#include "plans/FloorNav.h"
 #include "scene/GlobalNav.h"
 #include "scene/SceneRoot.h"
 
@@ -88,6 +89,7 @@ void registerHostModules(QQmlEngine& engine)
 
     QQmlContext* context = engine.rootContext();
     context->setContextProperty(QStringLiteral("GlobalNav"), View3d::GlobalNav::instance());
+    context->setContextProperty(QStringLiteral("FloorNav"), &View3d::FloorNav::instance());
     context->setContextProperty(QStringLiteral("Utils3D"), &View3d::Utils3d::instance());
     context->setContextProperty(QStringLiteral("belmora"), new Belmora(&engine));
     context->setContextProperty(QStringLiteral("ostel"), new Ostel(&engine));
