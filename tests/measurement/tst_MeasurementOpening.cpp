@@ -59,6 +59,8 @@ private slots:
     void commandsAreHeldBackWhileThePointsAreRead();
     void commandsAreHeldBackWhileANewMeasurementIsReadBack();
     void aMeasurementThatWaitedToBeOpenedTakesThePointsBehindIt();
+    void aMeasurementOfAnEarlierRunIsContinuedWhenItWasAskedFor_data();
+    void aMeasurementOfAnEarlierRunIsContinuedWhenItWasAskedFor();
     void aMeasurementOfAnotherKindIsNotContinued();
     void aShapeTakesTheMeasurementsPlace();
 
@@ -126,6 +128,33 @@ void tst_MeasurementOpening::aMeasurementThatWaitedToBeOpenedTakesThePointsBehin
     QCOMPARE(m_project->points(m_project->key(id)), QString("1:0 0 0, 2:1 0 0, 3:2 0 0"));
     QCOMPARE(m_project->line(id), lineOf({0, 1, 2}));
     QCOMPARE(m_project->pointCount(m_project->key(read)), 0);
+}
+
+void tst_MeasurementOpening::aMeasurementOfAnEarlierRunIsContinuedWhenItWasAskedFor_data()
+{
+    QTest::addColumn<bool>("asked");
+    QTest::addColumn<int>("measurements");
+    QTest::addColumn<QString>("points");
+    QTest::newRow("asked for") << true << 1 << "1:8 0 0, 2:9 0 0";
+    QTest::newRow("not asked for") << false << 2 << "1:8 0 0";
+}
+
+void tst_MeasurementOpening::aMeasurementOfAnEarlierRunIsContinuedWhenItWasAskedFor()
+{
+    QFETCH(bool, asked);
+    m_project->opened();
+    const QString id = m_project->newInspection();
+    MeasuredProject::putMeasurement("m", id);
+    MeasuredProject::putPoint("m", 1, "8, 0, 0");
+
+    if (asked)
+        handler().switchToInspection(id);
+    handler().createNewSecMes(id);
+    handler().addRowToSECMP(id, measured(9), 1, false);
+    handler().waitUntilStored();
+
+    QTEST(m_project->measurements(id), "measurements");
+    QTEST(m_project->points("m"), "points");
 }
 
 void tst_MeasurementOpening::aMeasurementOfAnotherKindIsNotContinued()
