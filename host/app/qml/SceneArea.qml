@@ -66,8 +66,7 @@ Item {
         objectName: "gridScaleInfo"
         parentScene: scene3d
         gridSeaLevel: scene3d.sceneRoot.gridSeaLevel
-        // A square is a tenth of its size, and the distance that of a lens of 20 degrees.
-        pixelScale: 0.1 * scene3d.height / (2 * Math.tan(10 * Math.PI / 180))
+        pixelScale: pixelScaleOfScene
     }
 
     View3d.PinchControl {

@@ -14,6 +14,11 @@ Item {
     property real lineWidth: 2
     /** A square's pixels when its size is the distance: 165 in a scene that is 582 pixels high. */
     property real pixelScale: 165
+    /** The pixelScale with which the bar is as long as a square of the ground in a scene of this height: a square is a
+     *  tenth of its size, and the distance that of a lens of 20 degrees. */
+    readonly property real pixelScaleOfScene: parentScene && parentScene.height > 0
+                                              ? 0.1 * parentScene.height / (2 * Math.tan(10 * Math.PI / 180))
+                                              : 165
 
     readonly property var sceneRoot: parentScene ? parentScene.sceneRoot : null
     readonly property var camera: parentScene ? parentScene.camera : null

@@ -14,6 +14,7 @@ Item {
     QtObject {
         id: fakeScene
 
+        property real height: 582
         property QtObject sceneRoot: QtObject {
             property real gridSize: 50
         }
@@ -76,6 +77,15 @@ Item {
             fakeScene.camera.viewVectorLength = 800
             fuzzyCompare(bar.width, 165 * 50 / (800 * 0.15), 1e-9)
             compare(bar.height, 2)
+        }
+
+        function test_thePixelScaleOfASceneFollowsItsHeight() {
+            fuzzyCompare(info.pixelScaleOfScene, 165, 0.05)
+            fakeScene.height = 1164
+            fuzzyCompare(info.pixelScaleOfScene, 330, 0.1)
+            fakeScene.height = 0
+            compare(info.pixelScaleOfScene, 165)
+            fakeScene.height = 582
         }
 
         function test_itStandsInTheLowerLeftCorner() {
