@@ -1,5 +1,6 @@
 #include "domain/EntitiesManager.h"
 
+#include "labels/LabelBoard.h"
 #include "network/Crawler.h"
 #include "network/Node.h"
 #include "network/ObservationConnection.h"
@@ -31,7 +32,6 @@ void EntitiesManager::onObjectRemoved(const QString& id)
 
 void EntitiesManager::onCleanAll()
 {
-    SceneEntities::instance().deleteBackgroundPlan();
     cleanObservations();
     cleanNodes();
     const auto sections = SceneEntities::instance().getPipeEntities().takeAll();
@@ -39,6 +39,7 @@ void EntitiesManager::onCleanAll()
         letGo(section);
     detachCrawler();
     cleanVirtualNodes();
+    LabelBoard::instance().schedule();
 }
 
 void EntitiesManager::letGo(Renderable* object)

@@ -75,7 +75,6 @@ Section* PipeEntityBuilder::createOrReplace(Section* old, Section* replacement, 
         return nullptr;
     Section* const section = create(inspection);
     loadObservations(inspection);
-    SceneEntities::instance().onSectionArrived(section);
     return section;
 }
 

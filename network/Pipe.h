@@ -1,8 +1,6 @@
 #pragma once
 
 #include "domain/boundary/Vector3D.h"
-#include "network/ChainLengths.h"
-#include "network/EntitySegment.h"
 #include "network/PipeAppearance.h"
 #include "network/SegmentModifier.h"
 #include "scene/KxView3dExport.h"
@@ -23,6 +21,7 @@ class QTransform;
 namespace Torvik::View3d {
 
 class CylinderSegment;
+class EntitySegment;
 
 /** The course of a section: a chain of straight segments, addressed by the distance along it.
  *
@@ -33,7 +32,7 @@ class CylinderSegment;
  *  Every segment's length counts rounded to centimetres. A segment begins where the one before it ends, and there is at
  *  least one. Removed segments leave the chain at once and the scene with the next turn of the event loop. Owned by its
  *  parent. Main thread only. */
-class KXVIEW3D_EXPORT Pipe : public Qt3DCore::QEntity, private SegmentLengthListener {
+class KXVIEW3D_EXPORT Pipe : public Qt3DCore::QEntity {
     Q_OBJECT
 
 public:
@@ -124,9 +123,7 @@ private:
     void buildSegmentsFromSegmentsPoints(QVector<QVector3D> points);
     void addFirstSegment(const QVector3D& begin, const QVector3D& end);
     CylinderSegment* newSegment(EntitySegment* prev, const QVector3D& begin, const QVector3D& end);
-    void appendSegment(EntitySegment* segment);
     void insertSegment(int index, EntitySegment* segment);
-    void onSegmentLengthChanged(const EntitySegment* segment) override;
     void setParentTransform();
     void setPivotPoint();
     void setParentPosition();
@@ -144,7 +141,6 @@ private:
     Qt3DCore::QTransform* m_ownTransform = nullptr;
     QPointer<Qt3DCore::QTransform> m_parentTransform;
     QVector<EntitySegment*> m_segments;
-    ChainLengths m_lengths; ///< of the segments
     float m_radius = 0.25F;
     QVector3D m_lastMeasuredPoint;
     int m_lastMeasuredIndex = -1;

@@ -1,4 +1,5 @@
 // The part of a pipe that a crawler's sensor lays anew while it passes.
+#include "network/ChainMath.h"
 #include "network/CylinderSegment.h"
 #include "network/Pipe.h"
 
@@ -23,7 +24,7 @@ EntitySegment* Pipe::addPoint(const QVector3D& point, float distance)
         return addMeasuredBehindChain(point);
     if (index < m_lastMeasuredIndex)
         return nullptr;
-    const float inner = distance - m_lengths.before(index);
+    const float inner = distance - ChainMath::totalLength(SegmentModifier::lengths(m_segments.mid(0, index)));
     return index > m_lastMeasuredIndex ? addMeasuredInLaterSegment(point, index, inner)
                                        : addMeasuredInSameSegment(point, inner);
 }

@@ -122,6 +122,12 @@ Rectangle {
                     text: qsTr("Fit")
                     onClicked: viewer.fit()
                 }
+                ToolButton {
+                    objectName: "labelsButton"
+                    text: qsTr("Labels")
+                    on: GlobalNav.labelsVisible
+                    onClicked: GlobalNav.labelsVisible = !GlobalNav.labelsVisible
+                }
             }
 
             Item {
@@ -230,16 +236,6 @@ Rectangle {
                 Layout.fillWidth: true
                 scene: sceneArea.scene
             }
-        }
-    }
-
-    HostScreens {
-        objectName: "hostScreens"
-        visible: !mainView.sceneOnly
-        onOverviewRequested: {
-            mainView.listsOpen = true
-            if (objectId !== "")
-                viewer.goTo(objectId)
         }
     }
 

@@ -14,9 +14,7 @@ Item {
     property int mode3dType: Torvik3d.CameraController.Translate
     property bool gridVisible: true
     property bool gridDisabled: false
-    /** Farther away, in metres, the grid is not drawn. */
-    readonly property real gridVisibilityLimit: 3500
-    property bool gridIsFarAwayFromCamera: scene3d.camera.viewVectorLength > gridVisibilityLimit
+    property bool gridIsFarAwayFromCamera: false
     property bool screenshotPending: false
     property bool splitViewMode: false
     property real sceneTransparency: 1.0
@@ -60,13 +58,6 @@ Item {
         objectName: "scene"
         anchors.fill: parent
         hoverEnabled: false
-    }
-
-    View3d.GridScaleInfo {
-        objectName: "gridScaleInfo"
-        parentScene: scene3d
-        gridSeaLevel: scene3d.sceneRoot.gridSeaLevel
-        pixelScale: pixelScaleOfScene
     }
 
     View3d.PinchControl {
