@@ -40,7 +40,7 @@ for argument in "$@"; do
     --screenshot | --screenshot=*) picture=given ;;
     esac
 done
-case ${1:-} in import | info) window=no ;; esac
+case ${1:-} in import | info | findings | record) window=no ;; esac
 if [ $window = no ]; then
     exec "$viewer" "$@"
 fi

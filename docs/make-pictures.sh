@@ -12,6 +12,19 @@ mkdir -p "$pictures"
 "$top/run.sh" --screenshot "$pictures/window.png" --view 3d --whole-window --size 1200x750
 "$top/run.sh" --go-to QW2 --view 3d --distance 900 --size 800x500 --screenshot "$pictures/bends.png"
 "$top/run.sh" --go-to KS1 --view 3d --distance 1000 --size 800x500 --screenshot "$pictures/laterals.png"
+# A vehicle measures a pipe of which only the ends are known; what it finds is recorded from one whose course is.
+"$top/run.sh" import "$pictures/bend.inp" "$scratch/known" --crs EPSG:25832
+"$top/run.sh" record "$scratch/known" BEND "$scratch/run.csv" --noise 0.005 --seed 7
+sqlite3 "$scratch/known/project.db" "UPDATE SECINSP SET INS_Shape_WKT = NULL WHERE INS_Section_FK =
+    (SELECT OBJ_PK FROM SECTION WHERE OBJ_Key = 'BEND')"
+for picture in 1 2 3 4; do
+    rm -rf "$scratch/measured"
+    cp -r "$scratch/known" "$scratch/measured"
+    # The header, and a reading every 25 cm.
+    head -n $((picture * 32 + 4)) "$scratch/run.csv" >"$scratch/part.csv"
+    "$top/run.sh" "$scratch/measured" --inspect BEND --replay "$scratch/part.csv" --real-time \
+        --go-to M --view 3d --distance 380 --size 640x380 --screenshot "$pictures/measuring-$picture.png"
+done
 # What takes a hand on the screen is painted by the test that has one.
 KX_KEEP_PICTURES=$scratch "$top/test.sh" HandWork
 cp "$scratch/connection-shown.png" "$pictures/connection-preview.png"

@@ -37,9 +37,10 @@ void logError(const char* message)
 
 } // namespace
 
-EntitiesManager::EntitiesManager(SceneRoot& root, QObject* parent)
+EntitiesManager::EntitiesManager(SceneRoot& root, SystemControlProxy& proxy, QObject* parent)
     : QObject(parent)
     , m_root(root)
+    , m_proxy(proxy)
     , m_reader(this)
     , m_pipeEntityBuilder(this)
     , m_removals(this)
@@ -257,7 +258,7 @@ void EntitiesManager::testProximty(const QSharedPointer<CPipeInspectionObject>& 
     if (carrier.isEmpty())
         return;
     // A lateral that appears right at the crawler is announced at once; it is the section it sits on that meets it.
-    const auto counter = static_cast<double>(SystemControlProxy::instance().sectionDistanceCounter());
+    const auto counter = static_cast<double>(m_proxy.sectionDistanceCounter());
     if (Section* const section = SceneEntities::instance().getPipeEntities().getByInspectionId(inspection->id()))
         section->testLateralProximity(counter);
     Section* const active = SceneEntities::instance().getActiveSectionEntity();
@@ -361,7 +362,12 @@ void EntitiesManager::onCrawlerPositionChanged(double distance)
 
 void EntitiesManager::activeInspectionChanged(const CDomainObjectPointer&)
 {
-    SceneEntities::instance().attachCrawlerToSection();
+    auto& entities = SceneEntities::instance();
+    const Section* const section = entities.getActiveSectionEntity();
+    // To be put there a second time would cut the crawler off from its section.
+    if (section && entities.getCrawler() && entities.getCrawler()->section() == section)
+        return;
+    entities.attachCrawlerToSection();
 }
 
 void EntitiesManager::refreshCrawler()

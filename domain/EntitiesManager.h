@@ -28,6 +28,7 @@ class Node;
 class Renderable;
 class SceneRoot;
 class Section;
+class SystemControlProxy;
 
 /** Makes, changes and removes the scene's objects as the project's objects come, change and go. The only place that
  *  creates and destroys nodes; it decides a node's scene position, and sets up the projector from the first positioned
@@ -41,7 +42,7 @@ public:
         TransformFlags flags {0};
     };
 
-    EntitiesManager(SceneRoot& root, QObject* parent);
+    EntitiesManager(SceneRoot& root, SystemControlProxy& proxy, QObject* parent);
     ~EntitiesManager() override;
 
     /** True while objects of an earlier project still leave the scene, or those of the present one still come. */
@@ -116,6 +117,7 @@ private:
     void onLoadingFinished();
 
     SceneRoot& m_root;
+    SystemControlProxy& m_proxy;
     DomainReader m_reader;
     PipeEntityBuilder m_pipeEntityBuilder;
     RemovalQueue m_removals;

@@ -1,6 +1,5 @@
 #include "domain/EntitiesManager.h"
 
-#include "labels/LabelBoard.h"
 #include "network/Crawler.h"
 #include "network/Node.h"
 #include "network/ObservationConnection.h"
@@ -32,6 +31,7 @@ void EntitiesManager::onObjectRemoved(const QString& id)
 
 void EntitiesManager::onCleanAll()
 {
+    SceneEntities::instance().deleteBackgroundPlan();
     cleanObservations();
     cleanNodes();
     const auto sections = SceneEntities::instance().getPipeEntities().takeAll();
@@ -39,7 +39,6 @@ void EntitiesManager::onCleanAll()
         letGo(section);
     detachCrawler();
     cleanVirtualNodes();
-    LabelBoard::instance().schedule();
 }
 
 void EntitiesManager::letGo(Renderable* object)

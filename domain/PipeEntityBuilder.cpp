@@ -75,6 +75,7 @@ Section* PipeEntityBuilder::createOrReplace(Section* old, Section* replacement, 
         return nullptr;
     Section* const section = create(inspection);
     loadObservations(inspection);
+    SceneEntities::instance().onSectionArrived(section);
     return section;
 }
 

@@ -83,10 +83,12 @@ QVector3D screenRay(const Eye& eye, float x, float y, const QSizeF& screen)
 
 QPointF screenPoint(const Eye& eye, const QVector3D& point, const QSizeF& screen)
 {
-    const QVector3D nearCenter = eye.position + eye.view.normalized() * eye.nearPlane;
+    // Seen from the eye and starting there: on the near plane a pixel is a tenth of a millimetre, which floats lose
+    // among places that are kilometres away.
+    const QVector3D nearCenter = eye.view.normalized() * eye.nearPlane;
     const QVector3D hit =
-        linePlaneIntersection(point, eye.position - point, nearCenter, -eye.view).value_or(QVector3D());
-    const QVector3D onRetina = retinaToWorldRotation(eye.up, eye.view).inverted() * (hit - eye.position);
+        linePlaneIntersection(QVector3D(), point - eye.position, nearCenter, -eye.view).value_or(-eye.position);
+    const QVector3D onRetina = retinaToWorldRotation(eye.up, eye.view).inverted() * hit;
     return QPointF(pixelOrdinate(onRetina.x(), screen.width(), eye.retina.left, eye.retina.right),
                    pixelOrdinate(onRetina.y(), screen.height(), eye.retina.top, eye.retina.bottom));
 }

@@ -7,6 +7,7 @@
 #include "measurement/MeasurementStatements.h"
 
 #include <QCoreApplication>
+#include <QSqlDatabase>
 #include <QSqlRecord>
 
 #include <functional>
@@ -87,6 +88,8 @@ MeasurementPointsHandler* MeasurementPointsHandler::instance()
 MeasurementPointsHandler::MeasurementPointsHandler()
     : m_async(Shared::Async::Sequential)
 {
+    // Qt's own table of connections must be older than this, and so outlive it: the queue may open one at its end.
+    QSqlDatabase::connectionNames();
     connect(Database::CDatabaseLibrary::dbAccessManager(), &Database::CProjectDBAccessManager::projectUnloading, this,
             &MeasurementPointsHandler::waitUntilStored);
     // A host may end the process right behind its event loop, or have none.

@@ -27,7 +27,8 @@ namespace Torvik::View3d {
  *  for an inspection whose measurement isn't known is dropped. The points of one measurement are in memory: of the
  *  one that was read last. Points are as the sensor's pipe gives them, in metres; indexes count from 0.
  *
- *  Everything that was handed over is stored before the project is unloaded and before the application ends. Lives to
+ *  Everything that was handed over is stored before the project is unloaded and before the
+ *  application object goes; a program that ends by exit() leaves out what is held back. Lives to
  *  the end of the process, and knows its inspections as long. Main thread only. */
 class KXVIEW3D_EXPORT MeasurementPointsHandler : public QObject {
     Q_OBJECT
@@ -49,6 +50,9 @@ public:
 
     /** Returns when everything that was handed over is in the database, commands held back included. */
     void waitUntilStored();
+    /** Statements that are still to be run, the one under way included. A vehicle that reports faster than the disk
+     *  writes shows here. */
+    int waitingStatements() const { return m_started - m_done.available(); }
 
 private slots:
     void onInitSECMESReady(const Torvik::Database::SqlResult& result);

@@ -24,7 +24,8 @@ public:
     void enableMeasurement(bool enabled);
 
 signals:
-    /** The start is z up, in the frame of the pipe; the direction is always zero. */
+    /** The start is the way from the section's place to the crawler, along the scene's axes but z up; the direction is
+     *  always zero. */
     void start3dRealTimeMeasurements(Torvik::View3d::Vector3D<double> startingVector, QVector3D startingDirection,
                                      float startMeterValue);
     void stop3dRealTimeMeasurements();

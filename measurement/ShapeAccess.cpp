@@ -11,6 +11,7 @@
 #include "measurement/ShapeText.h"
 #include "scene/Renderable.h"
 
+#include <algorithm>
 #include <set>
 #include <utility>
 
@@ -113,19 +114,46 @@ QVector<QVector<QVector3D>> ShapeAccess::readPoints(InspDomain* object)
 
 void ShapeAccess::writePoints(InspDomain* object)
 {
+    if (compare(object))
+        m_saving.start();
+}
+
+void ShapeAccess::writePointsLater(InspDomain* object)
+{
+    if (!object)
+        return;
+    if (!m_later.contains(object))
+        m_later.append(object);
+    m_saving.start();
+}
+
+void ShapeAccess::takeLeave(const QObject* object)
+{
+    const auto isObject = [object](InspDomain* one) { return dynamic_cast<const QObject*>(one) == object; };
+    const auto place = std::find_if(m_later.begin(), m_later.end(), isObject);
+    if (place == m_later.end())
+        return;
+    InspDomain* const going = *place;
+    m_later.erase(place);
+    compare(going);
+}
+
+bool ShapeAccess::compare(InspDomain* object)
+{
     const Record record = recordOf(object);
     const auto* renderable = dynamic_cast<const Renderable*>(object);
     if (!record || !renderable)
-        return;
+        return false;
     if (needsPosition(renderable->renderableType()) && !renderable->transform()->hasPosition())
-        return;
+        return false;
 
     const QString column = shapeColumns().value(record->objectType());
     const QString text = storedText(object, renderable);
     const QString stored = record->readValue(column).toString();
     if (stored == text || ShapeText::sameShape(stored, text))
-        return;
-    scheduleSaveToDB(record, getDomainObject(object->getInspectionObjectId()), column, text);
+        return false;
+    m_pending[{record, getDomainObject(object->getInspectionObjectId()), column}] = text;
+    return true;
 }
 
 void ShapeAccess::clearPoints(InspDomain* object)
@@ -184,6 +212,8 @@ void ShapeAccess::scheduleSaveToDB(const Record& object, const Record& inspectio
 
 void ShapeAccess::saveToDB()
 {
+    for (InspDomain* object : std::exchange(m_later, {}))
+        compare(object);
     std::set<std::pair<Record, Record>> changed;
     for (const auto& [key, value] : std::exchange(m_pending, {})) {
         const auto& [record, inspection, column] = key;

@@ -51,6 +51,8 @@ Crawler::Crawler(Qt3DCore::QEntity* parent)
 
 void Crawler::init3d()
 {
+    if (m_modelEntity)
+        return;
     m_modelEntity = new Qt3DCore::QEntity(this);
     auto* const cone = new Qt3DExtras::QConeMesh(m_modelEntity);
     cone->setBottomRadius(coneBottomRadius);

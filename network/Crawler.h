@@ -20,6 +20,8 @@ class KXVIEW3D_EXPORT Crawler : public Renderable {
 
 public:
     explicit Crawler(Qt3DCore::QEntity* parent = nullptr);
+    /** Builds the model; the constructor has done it, and there is only one. */
+    void init3d();
 
     QString renderableType() const override;
     QQuaternion orientation() const override;
@@ -43,7 +45,6 @@ signals:
     void sectionChanged(Torvik::View3d::Section* section);
 
 private:
-    void init3d();
     void addBody();
 
     bool m_active = false;

@@ -69,13 +69,22 @@ void EntitySegment::recalcPointsRotation()
 void EntitySegment::translateBy(const QVector3D& vector)
 {
     const QVector3D begin = m_prev ? m_prev->endPoint() : beginPoint() + vector;
-    m_points = PointSegment(begin, endPoint() + vector, upDirection());
+    setPoints(PointSegment(begin, endPoint() + vector, upDirection()));
     calcMeshRotation(rotation());
+}
+
+void EntitySegment::setPoints(const PointSegment& points)
+{
+    const float before = length();
+    m_points = points;
+    const bool same = before <= length() && length() <= before;
+    if (m_lengthListener && !same)
+        m_lengthListener->onSegmentLengthChanged(this);
 }
 
 void EntitySegment::calcPointsLength(float length)
 {
-    m_points = PointSegment(beginPoint(), beginPoint() + direction() * length, upDirection());
+    setPoints(PointSegment(beginPoint(), beginPoint() + direction() * length, upDirection()));
 }
 
 void EntitySegment::calcPointsRotation(const QQuaternion& rotation)
@@ -85,7 +94,7 @@ void EntitySegment::calcPointsRotation(const QQuaternion& rotation)
     const QVector3D end = begin + absolute.rotatedVector(QVector3D(0.0F, 0.0F, length()));
     const QVector3D up = determineUpVector(m_prev, (end - begin).normalized());
     m_localRotation = rotation;
-    m_points = PointSegment(begin, end, up);
+    setPoints(PointSegment(begin, end, up));
 }
 
 } // namespace Torvik::View3d

@@ -16,6 +16,17 @@ class QTransform;
 
 namespace Torvik::View3d {
 
+class EntitySegment;
+
+/** Hears of segments that have become longer or shorter. */
+class SegmentLengthListener {
+public:
+    virtual void onSegmentLengthChanged(const EntitySegment* segment) = 0;
+
+protected:
+    ~SegmentLengthListener() = default;
+};
+
 /** One straight piece of a pipe's chain: where it begins and ends, how it is turned, and which piece comes before.
  *
  *  Everything is in the frame of the chain (metres, y up, forward is local +z). A segment reads its predecessor and
@@ -47,6 +58,8 @@ public:
     Qt3DCore::QTransform* transform() const { return m_segmentTransform; }
     EntitySegment* prevSegment() const { return m_prev; }
     void setPrevSegment(EntitySegment* prev);
+    /** Not owned, and to live as long as the segment changes. */
+    void setLengthListener(SegmentLengthListener* listener) { m_lengthListener = listener; }
 
     /** Moves the end along the direction; those behind stay. */
     void setLength(float length);
@@ -61,7 +74,6 @@ protected:
     void calcPointsLength(float length);
     void calcPointsRotation(const QQuaternion& rotation);
 
-    PointSegment m_points;
     QPointer<EntitySegment> m_prev;
     QQuaternion m_rotation;      ///< absolute
     QQuaternion m_localRotation; ///< against the segment before
@@ -70,8 +82,11 @@ protected:
 
 private:
     void setWorldTransform();
+    void setPoints(const PointSegment& points);
     QVector3D determineUpVector(const EntitySegment* prev, const QVector3D& direction) const;
 
+    PointSegment m_points;
+    SegmentLengthListener* m_lengthListener = nullptr;
     QPointer<Qt3DCore::QTransform> m_worldTransform; ///< of the object that holds the pipe
 };
 

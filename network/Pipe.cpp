@@ -84,19 +84,35 @@ void Pipe::buildSegmentsFromSegmentsPoints(QVector<QVector3D> points)
 
 void Pipe::addFirstSegment(const QVector3D& begin, const QVector3D& end)
 {
-    m_segments.append(newSegment(nullptr, begin, end));
+    appendSegment(newSegment(nullptr, begin, end));
 }
 
 CylinderSegment* Pipe::newSegment(EntitySegment* prev, const QVector3D& begin, const QVector3D& end)
 {
     auto* segment = new CylinderSegment(this, prev, begin, end);
     segment->setRadius(m_radius);
+    segment->setLengthListener(this);
     return segment;
+}
+
+void Pipe::appendSegment(EntitySegment* segment)
+{
+    m_segments.append(segment);
+    m_lengths.append(segment->length());
+}
+
+void Pipe::onSegmentLengthChanged(const EntitySegment* segment)
+{
+    // Mostly one near the end. One that is being built, or has left the chain, is not there.
+    const auto place = std::find(m_segments.crbegin(), m_segments.crend(), segment);
+    if (place != m_segments.crend())
+        m_lengths.set(static_cast<int>(m_segments.crend() - place) - 1, segment->length());
 }
 
 void Pipe::insertSegment(int index, EntitySegment* segment)
 {
     m_segments.insert(index, segment);
+    m_lengths.insert(index, segment->length());
     if (index + 1 < m_segments.size())
         m_segments[index + 1]->setPrevSegment(segment);
 }
@@ -141,7 +157,7 @@ void Pipe::setParentPosition()
 
 float Pipe::length() const
 {
-    return ChainMath::totalLength(SegmentModifier::lengths(m_segments));
+    return m_lengths.total();
 }
 
 void Pipe::setRadius(float radius)
@@ -249,7 +265,7 @@ QMatrix4x4 Pipe::getTransformMatrixAtDistanceOrZero(float distance) const
 
 int Pipe::findSegmentIdxByDistance(float& distance) const
 {
-    const ChainMath::Place place = ChainMath::placeAtDistance(SegmentModifier::lengths(m_segments), distance);
+    const ChainMath::Place place = m_lengths.placeAtDistance(distance);
     distance = place.inner;
     return place.index;
 }
@@ -269,7 +285,7 @@ EntitySegment* Pipe::addPoint(const QVector3D& point)
 {
     if (m_segments.isEmpty())
         return nullptr;
-    m_segments.append(newSegment(lastSegment(), lastPoint(), point));
+    appendSegment(newSegment(lastSegment(), lastPoint(), point));
     return lastSegment();
 }
 
@@ -286,6 +302,7 @@ void Pipe::delAllPoints()
 
 void Pipe::takeSegment(int index)
 {
+    m_lengths.remove(index);
     m_segments.takeAt(index)->deleteLater();
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "domain/boundary/Vector3D.h"
+#include "network/ChainLengths.h"
+#include "network/EntitySegment.h"
 #include "network/PipeAppearance.h"
 #include "network/SegmentModifier.h"
 #include "scene/KxView3dExport.h"
@@ -21,7 +23,6 @@ class QTransform;
 namespace Torvik::View3d {
 
 class CylinderSegment;
-class EntitySegment;
 
 /** The course of a section: a chain of straight segments, addressed by the distance along it.
  *
@@ -32,7 +33,7 @@ class EntitySegment;
  *  Every segment's length counts rounded to centimetres. A segment begins where the one before it ends, and there is at
  *  least one. Removed segments leave the chain at once and the scene with the next turn of the event loop. Owned by its
  *  parent. Main thread only. */
-class KXVIEW3D_EXPORT Pipe : public Qt3DCore::QEntity {
+class KXVIEW3D_EXPORT Pipe : public Qt3DCore::QEntity, private SegmentLengthListener {
     Q_OBJECT
 
 public:
@@ -123,7 +124,9 @@ private:
     void buildSegmentsFromSegmentsPoints(QVector<QVector3D> points);
     void addFirstSegment(const QVector3D& begin, const QVector3D& end);
     CylinderSegment* newSegment(EntitySegment* prev, const QVector3D& begin, const QVector3D& end);
+    void appendSegment(EntitySegment* segment);
     void insertSegment(int index, EntitySegment* segment);
+    void onSegmentLengthChanged(const EntitySegment* segment) override;
     void setParentTransform();
     void setPivotPoint();
     void setParentPosition();
@@ -141,6 +144,7 @@ private:
     Qt3DCore::QTransform* m_ownTransform = nullptr;
     QPointer<Qt3DCore::QTransform> m_parentTransform;
     QVector<EntitySegment*> m_segments;
+    ChainLengths m_lengths; ///< of the segments
     float m_radius = 0.25F;
     QVector3D m_lastMeasuredPoint;
     int m_lastMeasuredIndex = -1;

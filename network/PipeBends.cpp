@@ -36,7 +36,7 @@ EntitySegment* Pipe::addRotationAtChainEnd(QQuaternion rotation)
     const QVector3D end = lastPoint();
     CylinderSegment* stub = newSegment(lastSegment(), end, end + QVector3D(0.0F, 0.0F, initialSegmentLength()));
     stub->setRotation(rotation);
-    m_segments.append(stub);
+    appendSegment(stub);
     return stub;
 }
 

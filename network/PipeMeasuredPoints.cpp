@@ -1,5 +1,4 @@
 // The part of a pipe that a crawler's sensor lays anew while it passes.
-#include "network/ChainMath.h"
 #include "network/CylinderSegment.h"
 #include "network/Pipe.h"
 
@@ -24,7 +23,7 @@ EntitySegment* Pipe::addPoint(const QVector3D& point, float distance)
         return addMeasuredBehindChain(point);
     if (index < m_lastMeasuredIndex)
         return nullptr;
-    const float inner = distance - ChainMath::totalLength(SegmentModifier::lengths(m_segments.mid(0, index)));
+    const float inner = distance - m_lengths.before(index);
     return index > m_lastMeasuredIndex ? addMeasuredInLaterSegment(point, index, inner)
                                        : addMeasuredInSameSegment(point, inner);
 }

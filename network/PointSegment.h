@@ -14,6 +14,7 @@ public:
         : m_begin(begin)
         , m_end(end)
         , m_up(up)
+        , m_distance(roundToCentimetres(begin.distanceToPoint(end)))
     {
     }
 
@@ -23,12 +24,13 @@ public:
     /** Unit length; zero for a piece without length. */
     QVector3D direction() const { return (m_end - m_begin).normalized(); }
     /** Length rounded to centimetres. */
-    float distance() const { return roundToCentimetres(m_begin.distanceToPoint(m_end)); }
+    float distance() const { return m_distance; }
 
 private:
     QVector3D m_begin;
     QVector3D m_end;
     QVector3D m_up;
+    float m_distance = 0.0F;
 };
 
 } // namespace Torvik::View3d

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "domain/boundary/GUID.h"
-#include "labels/NameTag.h"
 #include "measurement/InspDomain.h"
 #include "measurement/InspectionDir.h"
 #include "measurement/ShapeAccess.h"
@@ -25,7 +24,6 @@ class QRayCaster;
 namespace Torvik::View3d {
 
 class InspectionCommands;
-class Label;
 class Node;
 class ObservationConnection;
 class Pipe;
@@ -64,8 +62,6 @@ public:
     /** "?" until a name is set. */
     QString name() const override;
     void setName(const QString& name) override;
-    /** The name label; made when it is first asked for. Null as long as no name was set. */
-    Label* getLabel();
     QString renderableType() const override;
     /** Previews a connection: the last segment runs straight to where the target takes it, until connectApply() or
      *  connectCancel(). Nothing while a preview stands. */
@@ -128,7 +124,8 @@ public:
     float getOutletDepthOffset(Node* node) const;
     QVector3D getOutletOffset() const;
     QVector3D getOutletPosition(Node* node) const;
-    /** Puts the section to the node's outlet, unless the user has placed it. */
+    /** Puts the section to the node's outlet, unless the user has placed it, or it has a place and the node is made up:
+     *  such a node stands at the scene's origin, which is no manhole. */
     void alignToOutlet(Node* node);
     /** Puts the start to the node and lets it follow the node from now on. */
     void snapToNode(Node* node);
@@ -244,7 +241,6 @@ protected:
     TouchControlBase* createTouchControl() override;
 
 private:
-    void refreshLabelPlace();
     void createPipes(const QVector<QVector<QVector3D>>& shapes);
     void connectPipe();
     /** What is measured becomes part of the active inspection's measurement. */
@@ -284,7 +280,7 @@ private:
     ShapeAccess m_shapeAccess;
     Qt3DCore::QEntity* m_directionArrow = nullptr;
     Qt3DCore::QComponent* m_directionArrowMesh = nullptr; ///< on the arrow while it is shown
-    NameTag m_tag;
+    std::optional<QString> m_name;
     bool m_connecting = false;
     QQuaternion m_savedRotation;
     float m_savedLength = 0.0F;

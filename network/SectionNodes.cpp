@@ -233,6 +233,8 @@ void Section::alignToOutlet(Node* node)
 {
     if (!node || (transformFlags() & TransformFlags::Manual) != 0)
         return;
+    if (node->isVirtual() && transform()->positionBound())
+        return;
     const QVector3D place = getOutletPosition(node);
     if (Fuzzy::equal(place, transform()->translation()))
         return;

@@ -58,6 +58,7 @@ void SceneEntities::initConnections()
     disconnect(&vehicle, nullptr, this, nullptr);
     disconnect(&m_realTimeController, nullptr, this, nullptr);
     m_loading = false;
+    m_readyWhileLoading = false;
     const auto onInspection = [this](const CDomainObjectPointer& inspection) {
         onActiveInspectionChanged(CQmlDomainObject(inspection));
     };
@@ -208,7 +209,11 @@ void SceneEntities::onLatestCameraSensorPositionChanged(Vector3D<double> positio
         return;
     // The scene's up is y, the sensor's is z.
     commands->addPoint(Vector3D<double>(position.x(), position.z(), -position.y()).toQVector3D(), distance);
-    m_shapeAccess.writePoints(section);
+    // Without real time a reading changes nothing, and must not hold back what is about to be written.
+    if (commands->realTime)
+        m_shapeAccess.writePointsLater(section);
+    else
+        m_shapeAccess.writePoints(section);
     emit section->realTimeDataChanged();
 }
 
@@ -234,6 +239,7 @@ QVariant SceneEntities::getPositionOfAnyNodeFromSection(const QString& sectionId
 
 void SceneEntities::removeObject(QObject* object)
 {
+    m_shapeAccess.takeLeave(object);
     m_pipeEntities.removeObject(object);
     m_nodes.removeObject(object);
     m_lateralConnections.removeObject(object);

@@ -18,6 +18,7 @@ class QQmlEngine;
 namespace Torvik::View3d {
 
 class Crawler;
+class IBackgroundPlan;
 class Node;
 class Observation;
 class ObservationConnection;
@@ -28,6 +29,9 @@ class Section;
  *  the end of the process and outlives every project. Main thread only. */
 class KXVIEW3D_EXPORT SceneEntities : public QObject {
     Q_OBJECT
+    Q_PROPERTY(bool planLoaded READ planLoaded NOTIFY planLoadedChanged)
+    Q_PROPERTY(bool planToConfirmLoaded READ planToConfirmLoaded NOTIFY planToConfirmLoadedChanged)
+    Q_PROPERTY(QVariant planRenderable READ getBackgroundPlanVariant NOTIFY planLoadedChanged)
 
 public:
     static SceneEntities& instance();
@@ -75,6 +79,22 @@ public:
     /** The 3D sensor has seen a point of the active section: z up, at a distance of the cable in metres. */
     void onLatestCameraSensorPositionChanged(Torvik::View3d::Vector3D<double> position, float distance);
 
+    /** The plan under the network, or null. */
+    IBackgroundPlan* getBackgroundPlan() const;
+    /** The same for QML; invalid without one. */
+    QVariant getBackgroundPlanVariant() const;
+    /** A plan that waits for the user's confirmation, or null; not owned. */
+    IBackgroundPlan* getBackgroundPlanToConfirm() const;
+    bool planLoaded() const;
+    bool planToConfirmLoaded() const;
+    /** Lays the plan just below the lowest object, keeps it there, and stores it in the project. An earlier plan is
+     *  deleted later. */
+    Q_INVOKABLE void setBackgroundPlan(Torvik::View3d::IBackgroundPlan* plan);
+    Q_INVOKABLE void setBackgroundPlanToConfirm(Torvik::View3d::IBackgroundPlan* plan);
+    /** Stores where the plan lies. Nothing without a project or a plan. */
+    Q_INVOKABLE void saveBackgroundPlan() const;
+    void deleteBackgroundPlan();
+
 public slots:
     void onActiveInspectionChanged(Torvik::QmlWrapper::CQmlDomainObject inspection);
     void onActiveStructureChanged(Torvik::QmlWrapper::CQmlDomainObject section);
@@ -83,9 +103,15 @@ signals:
     void start3dRealTimeMeasurements(Torvik::View3d::Vector3D<double> startingVector, QVector3D startingDirection,
                                      float startMeterValue);
     void stop3dRealTimeMeasurements();
+    void planLoadedChanged();
+    void planToConfirmLoadedChanged();
 
 private:
     SceneEntities();
+
+    void follow(IBackgroundPlan* plan);
+    void letGo(IBackgroundPlan* plan);
+    static void showAsTheViewDoes(IBackgroundPlan* plan);
 
     void onInspReady();
     void showDirectionArrowIfNeeded();
@@ -103,6 +129,9 @@ private:
     bool m_readyWhileLoading = false;
     ShapeAccess m_shapeAccess;
     RealTimeController m_realTimeController;
+    QPointer<IBackgroundPlan> m_backgroundPlan;
+    QString m_planProjectPath;
+    QPointer<IBackgroundPlan> m_backgroundPlanToConfirm;
     PipeEntityBuilder m_pipeEntityBuilder;
 };
 

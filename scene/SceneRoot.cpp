@@ -3,9 +3,9 @@
 #include "domain/boundary/AppState.h"
 #include "geo/GdalGeoProjector.h"
 #include "interaction/TouchInput.h"
-#include "labels/LabelBoard.h"
 #include "measurement/SystemControlProxy.h"
 #include "network/Crawler.h"
+#include "plans/IBackgroundPlan.h"
 #include "scene/Fuzzy.h"
 #include "scene/GlobalNav.h"
 #include "scene/ReadableEffect.h"
@@ -16,6 +16,7 @@
 #include <Qt3DCore/QTransform>
 #include <Qt3DExtras/QCylinderMesh>
 #include <Qt3DExtras/QGoochMaterial>
+#include <Qt3DExtras/QPerVertexColorMaterial>
 #include <Qt3DExtras/QPhongMaterial>
 #include <Qt3DRender/QLayer>
 #include <Qt3DRender/QRayCaster>
@@ -47,12 +48,13 @@ Qt3DRender::QCamera* SceneRoot::m_camera = nullptr;
 
 SceneRoot::SceneRoot()
     : Qt3DCore::QEntity(nullptr)
-    , m_entitiesManager(*this, nullptr)
+    , m_entitiesManager(*this, SystemControlProxy::instance(), nullptr)
     , m_materialPipe(new Qt3DExtras::QPhongMaterial(this))
     , m_materialNode(new Qt3DExtras::QPhongMaterial(this))
     , m_materialNodeSelected(new Qt3DExtras::QPhongMaterial(this))
     , m_materialCone(new Qt3DExtras::QPhongMaterial(this))
     , m_materialConnection(new Qt3DExtras::QPhongMaterial(this))
+    , m_gridMaterial(new Qt3DExtras::QPerVertexColorMaterial)
     , m_rayCaster(new Qt3DRender::QRayCaster(this))
     , m_touchInput(new TouchInput(this))
 {
@@ -64,6 +66,7 @@ SceneRoot::SceneRoot()
     // Anew for each root, so that it comes before every other reaction to the change.
     disconnect(&app, &AppState::activeProjectChanged, GdalGeoProjector::instance(), &GdalGeoProjector::deinit);
     connect(&app, &AppState::activeProjectChanged, GdalGeoProjector::instance(), &GdalGeoProjector::deinit);
+    createGridPlane();
     createSetDefaultMaterialSelected();
     SceneEntities::instance().initConnections();
     addComponent(m_rayCaster);
@@ -233,10 +236,33 @@ void SceneRoot::setBackgroundVisible(bool visible)
 
 void SceneRoot::setPlanLayerEnabled(bool enabled)
 {
-    change(m_planLayerEnabled, enabled, &SceneRoot::planLayerEnabledChanged);
+    if (m_planLayerEnabled == enabled)
+        return;
+    m_planLayerEnabled = enabled;
+    emit planLayerEnabledChanged(enabled);
+    const SceneEntities& entities = SceneEntities::instance();
+    IBackgroundPlan* const waiting = entities.getBackgroundPlanToConfirm();
+    if (IBackgroundPlan* const plan = waiting ? waiting : entities.getBackgroundPlan())
+        plan->setEnabled(planLayerShown());
 }
 
-void SceneRoot::setPlanLayerLock(bool) {}
+bool SceneRoot::planLayerShown() const
+{
+    return m_planLayerEnabled &&
+           (m_planLayerOnAllViewModesEnabled || GlobalNav::instance()->viewType() == CameraController::View2dTop);
+}
+
+bool SceneRoot::planLayerLock() const
+{
+    const IBackgroundPlan* const plan = SceneEntities::instance().getBackgroundPlan();
+    return plan && plan->isLocked();
+}
+
+void SceneRoot::setPlanLayerLock(bool lock)
+{
+    if (IBackgroundPlan* const plan = SceneEntities::instance().getBackgroundPlan())
+        plan->setLock(lock);
+}
 
 void SceneRoot::setSelectionsEnabled(bool enabled)
 {
@@ -269,12 +295,13 @@ void SceneRoot::setCamera(Qt3DRender::QCamera* camera)
 {
     m_camera = camera;
     m_viewCamera = camera;
-    LabelBoard::instance().watch(this, camera);
     if (!camera)
         return;
     connect(camera, &Qt3DRender::QCamera::viewVectorChanged, this, &SceneRoot::tellViewScale);
     connect(camera, &Qt3DRender::QCamera::fieldOfViewChanged, this, &SceneRoot::tellViewScale);
     tellViewScale();
+    connect(camera, &Qt3DRender::QCamera::viewVectorChanged, this, [this, camera] { fitGrid(*camera); });
+    fitGrid(*camera);
 }
 
 void SceneRoot::tellViewScale()

@@ -31,11 +31,12 @@ class QMouseEvent;
 namespace Torvik::View3d {
 
 class Crawler;
+class GridPlane;
 class TouchInput;
 
 /** Root of the network's part of the scene and the facade that QML talks to. It holds what the scene's objects share -
- *  materials, camera, ray caster - and the manager that makes them. QML creates one; instance() and camera() may be
- *  relied on once it stands and its camera is set. Main thread only.
+ *  materials, camera, grid, ray caster - and the manager that makes them. QML creates one; instance() and camera() may
+ *  be relied on once it stands and its camera is set. Main thread only.
  *
  *  Life: constructed (no objects yet), completed (qmlOnCompleted() has run; the project flows in), destroyed. */
 class KXVIEW3D_EXPORT SceneRoot : public Qt3DCore::QEntity {
@@ -57,6 +58,8 @@ class KXVIEW3D_EXPORT SceneRoot : public Qt3DCore::QEntity {
     Q_PROPERTY(
         Qt3DRender::QLayer* layerStructure READ layerStructure WRITE setLayerStructure NOTIFY layerStructureChanged)
     Q_PROPERTY(bool gridVisible READ gridVisible WRITE setGridVisible NOTIFY gridVisibleChanged)
+    Q_PROPERTY(double gridSize READ gridSize NOTIFY gridSizeChanged)
+    Q_PROPERTY(double gridSeaLevel READ gridSeaLevel NOTIFY gridSeaLevelChanged)
     Q_PROPERTY(bool backgroundVisible READ backgroundVisible WRITE setBackgroundVisible NOTIFY backgroundVisibleChanged)
     Q_PROPERTY(bool planLayerEnabled READ planLayerEnabled WRITE setPlanLayerEnabled NOTIFY planLayerEnabledChanged)
     Q_PROPERTY(bool selectionsEnabled READ selectionsEnabled WRITE setSelectionsEnabled NOTIFY selectionsEnabledChanged)
@@ -94,13 +97,19 @@ public:
     Qt3DRender::QLayer* layerObservation() const { return m_layerObservation; }
     Qt3DRender::QLayer* layerStructure() const { return m_layerStructure; }
     bool gridVisible() const { return m_gridVisible; }
+    /** Side of the grid's squares, in tenths of a metre. */
+    double gridSize() const;
+    /** Height of the grid in the project's system, in metres. */
+    double gridSeaLevel() const;
     bool backgroundVisible() const { return m_backgroundVisible; }
     bool planLayerEnabled() const { return m_planLayerEnabled; }
     bool planLayerOnAllViewModesEnabled() const { return m_planLayerOnAllViewModesEnabled; }
     bool selectionsEnabled() const { return m_selectionsEnabled; }
     int maxSelection() const { return m_maxSelection; }
+    /** Whether a plan shows in the present kind of view. */
+    bool planLayerShown() const;
     /** False without a plan. */
-    bool planLayerLock() const { return false; }
+    bool planLayerLock() const;
     /** Size of the 3D item in pixels. */
     double sceneWidth() const { return static_cast<double>(m_sceneWidth); }
     double sceneHeight() const { return static_cast<double>(m_sceneHeight); }
@@ -218,6 +227,8 @@ signals:
     void layerObservationChanged(Qt3DRender::QLayer* layer);
     void layerStructureChanged(Qt3DRender::QLayer* layer);
     void gridVisibleChanged(bool visible);
+    void gridSizeChanged(double gridSize);
+    void gridSeaLevelChanged(double gridSeaLevel);
     void backgroundVisibleChanged(bool visible);
     void planLayerEnabledChanged(bool enabled);
     void planLayerLockChanged(bool lock);
@@ -243,6 +254,9 @@ private:
     bool selectNear(const QPointF& position);
     static void logQNodeToRenderableCastError();
     void setupCrawler();
+    void createGridPlane();
+    /** Brings the grid's squares to the camera's distance, and the grid under what it looks at. */
+    void fitGrid(const Qt3DRender::QCamera& camera);
 
     /** Thin things are drawn wider from far away. */
     void tellViewScale();
@@ -264,6 +278,7 @@ private:
     Qt3DRender::QMaterial* m_materialSelected = nullptr;
     Qt3DRender::QMaterial* m_materialConnection;
     Qt3DRender::QMaterial* m_materialVertexLabel = nullptr;
+    Qt3DRender::QMaterial* m_gridMaterial;
     QVector<QPointer<Renderable>> m_connectedRenderables; ///< with a preview of a connection
     bool m_gridVisible = true;
     bool m_backgroundVisible = false;
@@ -272,6 +287,7 @@ private:
     Qt3DRender::QLayer* m_layerGrid = nullptr;
     Qt3DRender::QLayer* m_layerObservation = nullptr;
     Qt3DRender::QLayer* m_layerStructure = nullptr;
+    GridPlane* m_gridPlane = nullptr;
     Qt3DRender::QRayCaster* m_rayCaster;
     TouchInput* m_touchInput;
     bool m_planLayerEnabled = true;

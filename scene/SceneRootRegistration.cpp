@@ -5,6 +5,7 @@
 #include "network/Crawler.h"
 #include "network/Node.h"
 #include "network/Section.h"
+#include "plans/IBackgroundPlan.h"
 #include "scene/FlaggedTransform.h"
 #include "scene/SceneEntities.h"
 #include "scene/SceneRoot.h"
@@ -30,6 +31,14 @@ void SceneRoot::registerMetaTypes()
     qRegisterMetaType<Renderable*>("Renderable*");
     qRegisterMetaType<TouchControlBase*>("TouchControlBase*");
     qRegisterMetaType<FlaggedTransform*>("FlaggedTransform*");
+
+    // The form that names the interface; Qt before 5.15 knows no other.
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    qmlRegisterInterface<IBackgroundPlan>("IBackgroundPlan");
+    QT_WARNING_POP
+    qRegisterMetaType<SizeInfo>("SizeInfo");
+    qRegisterMetaType<SizeInfo>("Torvik::View3d::SizeInfo");
 
     qmlRegisterType<CameraController>(module, 1, 0, "CameraController");
     qmlRegisterType<SceneRoot>(module, 1, 0, "SceneRoot");

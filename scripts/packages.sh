@@ -6,7 +6,7 @@ kx_build_packages=(
 )
 
 kx_run_packages=(
-    libqt5sql5-sqlite libqt5svg5 libgl1-mesa-dri fonts-dejavu-core poppler-utils qt3d-defaultgeometryloader-plugin
+    libqt5sql5-sqlite libqt5svg5 qt5-image-formats-plugins libgl1-mesa-dri fonts-dejavu-core poppler-utils qt3d-defaultgeometryloader-plugin
     qml-module-qt3d qml-module-qtquick-scene3d qml-module-qtquick2 qml-module-qtquick-window2
     qml-module-qtquick-controls2 qml-module-qtquick-templates2 qml-module-qtquick-layouts qml-module-qtquick-dialogs
     qml-module-qtquick-controls qml-module-qtgraphicaleffects qml-module-qtquick-shapes qml-module-qt-labs-settings

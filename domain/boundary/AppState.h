@@ -21,7 +21,9 @@ public:
     bool is3dProjectActive() const;
 
     /** For the host: each stores and emits its signal when the object differs. A change of the project first clears
-     *  the active inspection, structure and job, and the project's distance unit becomes the current one. */
+     *  the active inspection, structure and job, and the project's distance unit becomes the current one. A project in
+     *  which was measured is to be closed before another becomes active: closing waits until all of it is stored, and
+     *  what a measurement still asks the database for goes to the project that is active then. */
     void setActiveProject(const CDomainObjectPointer& project);
     void setActiveInspection(const CDomainObjectPointer& inspection);
     void setActiveStructure(const CDomainObjectPointer& structure);

@@ -4,33 +4,19 @@
 #include "host/app/ProjectInfo.h"
 #include "host/app/SceneReader.h"
 #include "host/domain/ProjectStore.h"
+#include "host/domain/WholeFile.h"
 #include "host/import/Import.h"
 #include "host/import/ProjectFindings.h"
 #include "host/import/SampleProject.h"
 
 #include <QDir>
 #include <QJsonDocument>
-#include <QSaveFile>
 #include <QStandardPaths>
 #include <QTextStream>
 
 namespace Torvik::Viewer::Commands {
 
 using Database::ProjectStore;
-
-namespace {
-
-bool writeFile(const QString& path, const QByteArray& content, QString& error)
-{
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit()) {
-        error = QStringLiteral("%1: %2").arg(path, file.errorString());
-        return false;
-    }
-    return true;
-}
-
-} // namespace
 
 int failure(const QString& message)
 {
@@ -97,9 +83,9 @@ int dump(const Options& options)
         return failure(opened.error);
 
     HeadlessScene::show(opened.project);
-    QString error;
     const QByteArray json = QJsonDocument(toJson(SceneReader::snapshot())).toJson();
-    return writeFile(options.outputFile, json, error) ? 0 : failure(error);
+    const QString error = Database::WholeFile::write(options.outputFile, json);
+    return error.isEmpty() ? 0 : failure(error);
 }
 
 } // namespace Torvik::Viewer::Commands

@@ -3,9 +3,6 @@
 #include <QImage>
 #include <QObject>
 
-#include <functional>
-#include <utility>
-
 class QQuickWindow;
 
 namespace Torvik::Viewer {
@@ -18,8 +15,6 @@ class PictureTaker : public QObject {
 public:
     explicit PictureTaker(QQuickWindow* window, QObject* parent = nullptr);
 
-    /** As long as this is true, something is still to come, however still the window is. */
-    void waitWhile(std::function<bool()> busy) { m_busy = std::move(busy); }
     /** Begins to watch. taken() or, if the window does not come to rest, gaveUp() comes later. */
     void start();
 
@@ -32,7 +27,6 @@ private:
     void look();
 
     QQuickWindow* m_window;
-    std::function<bool()> m_busy;
     QImage m_last;
     int m_frames = 0;
     int m_same = 0;

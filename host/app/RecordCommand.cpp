@@ -3,10 +3,10 @@
 #include "host/app/Commands.h"
 #include "host/app/InspectionLookup.h"
 #include "host/domain/ProjectStore.h"
+#include "host/domain/WholeFile.h"
 #include "host/vehicle/Course.h"
 #include "host/vehicle/Recording.h"
 
-#include <QSaveFile>
 #include <QTextStream>
 
 namespace Torvik::Viewer::Commands {
@@ -34,10 +34,9 @@ int writeRun(const QString& wkt, const Options& options, const QString& projecti
     const auto run = Vehicle::runAlong(course, options.run);
     if (run.isEmpty())
         return failure(QStringLiteral("the inspection %1 has no stored course to record").arg(options.inspectKey));
-    const QByteArray text = Vehicle::writeRecording(run);
-    QSaveFile file(options.outputFile);
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit())
-        return failure(QStringLiteral("%1: %2").arg(options.outputFile, file.errorString()));
+    const QString error = Database::WholeFile::write(options.outputFile, Vehicle::writeRecording(run));
+    if (!error.isEmpty())
+        return failure(error);
     QTextStream(stdout) << "readings  " << run.size() << '\n'
                         << "length    " << QString::number(Vehicle::lengthOf(course), 'f', 2) << " m\n"
                         << "duration  " << QString::number(run.last().seconds, 'f', 1) << " s\n";

@@ -7,10 +7,12 @@
 #include "host/app/ReplayRun.h"
 #include "host/app/StoringTime.h"
 #include "host/app/ViewerController.h"
+#include "host/domain/WholeFile.h"
 #include "host/modules/HostModules.h"
-#include "labels/LabelBoard.h"
 
+#include <QBuffer>
 #include <QEventLoop>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QImageWriter>
 #include <QQmlApplicationEngine>
@@ -31,6 +33,16 @@ constexpr int largestPainting = 8192;
 
 /** Degrees. */
 const View3d::GeoCoord placeOfEmptyScene(10.0, 51.0, 0.0);
+
+/** The error; empty when the picture is there. */
+QString writePicture(const QImage& picture, const QString& path)
+{
+    QBuffer bytes;
+    QImageWriter writer(&bytes, QFileInfo(path).suffix().toLatin1());
+    if (!writer.write(picture))
+        return QStringLiteral("%1: %2").arg(path, writer.errorString());
+    return Database::WholeFile::write(path, bytes.data());
+}
 
 QQuickWindow* loadWindow(QQmlApplicationEngine& engine, ViewerController& controller, const Options& options)
 {
@@ -119,7 +131,6 @@ ReplayRun* playBeforeThePicture(ViewerController& controller, const Options& opt
 int takePicture(ViewerController& controller, QQuickWindow* window, const QString& folder, const Options& options)
 {
     PictureTaker taker(window);
-    taker.waitWhile([] { return View3d::LabelBoard::instance().isBusy(); });
     int status = 1;
     const auto giveUp = [](const QString& message) { Commands::failure(message), QGuiApplication::quit(); };
     QObject::connect(&controller, &ViewerController::openingFailed, [&] { giveUp(controller.errorText()); });
@@ -142,10 +153,8 @@ int takePicture(ViewerController& controller, QQuickWindow* window, const QStrin
     QObject::connect(&taker, &PictureTaker::taken, [&](const QImage& painted) {
         QImage picture = painted.scaled(options.size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
         picture.setDevicePixelRatio(1.0);
-        QImageWriter writer(options.outputFile);
-        status = writer.write(picture)
-                     ? 0
-                     : Commands::failure(QStringLiteral("%1: %2").arg(options.outputFile, writer.errorString()));
+        const QString error = writePicture(picture, options.outputFile);
+        status = error.isEmpty() ? 0 : Commands::failure(error);
         QGuiApplication::quit();
     });
     QObject::connect(&taker, &PictureTaker::gaveUp, [&] {

@@ -5,6 +5,7 @@
 #include "host/domain/DomainObjectData.h"
 #include "host/domain/NotificationManager.h"
 #include "host/domain/TableReader.h"
+#include "host/domain/WriteTurn.h"
 
 #include <QDateTime>
 
@@ -40,10 +41,14 @@ CDomainObjectPointer ProjectSession::projectObject() const
 }
 
 template <typename Write>
-StoreStatus ProjectSession::inTransaction(const Write& write)
+StoreStatus ProjectSession::inTransaction(const Write& write, int waitMs)
 {
     if (m_readOnly) {
         return {QStringLiteral("%1: it was opened for reading only").arg(m_connection->file())};
+    }
+    const WriteTurn turn(waitMs);
+    if (!turn.hasCome()) {
+        return {QStringLiteral("%1: it is being written to").arg(m_connection->file()), WriteTurn::notCome};
     }
     SqlTransaction transaction(*m_connection);
     if (!transaction.begun()) {
@@ -93,7 +98,7 @@ StoreStatus ProjectSession::update(const CDomainObjectPointer& object, int origi
     const QString stamp = stampColumn < 0 || columns.contains(stampColumn) ? QString() : now();
     m_connection->setBusyTimeout(waitMs);
     const StoreStatus status =
-        inTransaction([&] { return writeColumns(table, data.id, columns, *data.layout, data.values, stamp); });
+        inTransaction([&] { return writeColumns(table, data.id, columns, *data.layout, data.values, stamp); }, waitMs);
     m_connection->setBusyTimeout(SqlConnection::busyTimeoutMs);
     if (!status) {
         return status;

@@ -48,7 +48,7 @@ private:
     StoreStatus insertRow(const Schema::Table& table, const QString& id, const QVariantMap& values);
     /** Runs `write` in a transaction and keeps the change log's own entries apart from those of others. */
     template <typename Write>
-    StoreStatus inTransaction(const Write& write);
+    StoreStatus inTransaction(const Write& write, int waitMs = SqlConnection::busyTimeoutMs);
     /** Entries behind the last one known; where some are gone, one that stands for all follows. */
     StoreStatus readChanges(QVector<Change>& changes);
     void poll();

@@ -14,7 +14,7 @@ namespace Torvik::Database {
 /** Outcome of an operation of the store. */
 struct StoreStatus {
     QString error; ///< one readable line that names file and cause; empty when all went well
-    int code = 0;  ///< SQLite's primary result code where the database refused; else 0
+    int code = 0;  ///< SQLite's primary result code where the database refused, WriteTurn::notCome; else 0
 
     bool ok() const { return error.isEmpty(); }
     explicit operator bool() const { return ok(); }

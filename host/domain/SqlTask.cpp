@@ -4,6 +4,7 @@
 #include "host/domain/ActiveDatabase.h"
 #include "host/domain/StoreTrouble.h"
 #include "host/domain/ThreadConnections.h"
+#include "host/domain/WriteTurn.h"
 
 #include <QSqlQuery>
 #include <QThread>
@@ -51,6 +52,7 @@ StoreStatus attempt(const QString& file, const QString& statement, const QMap<QS
     if (!connection) {
         return status;
     }
+    const WriteTurn turn;
     QSqlQuery query(connection->database());
     query.setForwardOnly(true);
     if (!runStatement(query, statement, bindings)) {

@@ -1,10 +1,12 @@
 #include "host/domain/StoreTrouble.h"
 
 #include "domain/boundary/CLogger.h"
+#include "host/domain/WriteTurn.h"
 
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <limits>
 
 namespace Torvik::Database {
 
@@ -12,6 +14,8 @@ namespace {
 
 /** A main thread that has stood still for so long waits for the write itself, without having said so. */
 constexpr qint64 standstillMs = 20000;
+
+constexpr qint64 never = std::numeric_limits<qint64>::max();
 
 enum Code { Busy = 5, Locked = 6, ReadOnly = 8, InputOutput = 10, Full = 13, CannotOpen = 14 };
 
@@ -51,7 +55,7 @@ StoreTrouble::StoreTrouble()
 
 bool StoreTrouble::mayPass(const StoreStatus& status)
 {
-    constexpr int passing[] = {Busy, Locked, ReadOnly, InputOutput, Full, CannotOpen};
+    constexpr int passing[] = {WriteTurn::notCome, Busy, Locked, ReadOnly, InputOutput, Full, CannotOpen};
     return std::find(std::begin(passing), std::end(passing), status.code) != std::end(passing);
 }
 
@@ -66,15 +70,28 @@ void StoreTrouble::enter(const StoreStatus& cause, int tellAfterMs)
 {
     {
         const QMutexLocker lock(&m_mutex);
-        const qint64 tellAt = now() + tellAfterMs;
         if (m_waiting++ == 0) {
             m_mainThreadSeen = now();
-            m_tellAt = tellAt;
+            m_tellAt = never;
         }
-        m_tellAt = std::min(m_tellAt, tellAt);
-        m_cause = cause;
+        noteCause(cause, tellAfterMs);
     }
     QMetaObject::invokeMethod(this, &StoreTrouble::look, Qt::QueuedConnection);
+}
+
+void StoreTrouble::goOn(const StoreStatus& cause, int tellAfterMs)
+{
+    const QMutexLocker lock(&m_mutex);
+    if (m_tellAt == never)
+        noteCause(cause, tellAfterMs);
+}
+
+void StoreTrouble::noteCause(const StoreStatus& cause, int tellAfterMs)
+{
+    if (cause.code == WriteTurn::notCome)
+        return;
+    m_tellAt = std::min(m_tellAt, now() + tellAfterMs);
+    m_cause = cause;
 }
 
 void StoreTrouble::leave()

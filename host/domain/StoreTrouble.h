@@ -33,8 +33,11 @@ public:
     /** What is wrong, where, and what to do. */
     static QString textFor(const StoreStatus& cause);
 
-    /** A write begins to wait. The user hears of it when it still waits after so long. */
+    /** A write begins to wait. The user hears of it when it still waits after so long, but not where it only waits for
+     *  other writes of this program. */
     void enter(const StoreStatus& cause, int tellAfterMs = 0);
+    /** It waits on after a further try, which may have met what the user has to hear of. */
+    void goOn(const StoreStatus& cause, int tellAfterMs);
     /** It has been stored or given up. */
     void leave();
     /** Whether a write may go on waiting. */
@@ -64,13 +67,14 @@ signals:
 private:
     StoreTrouble();
     qint64 now() const { return m_clock.elapsed(); }
+    void noteCause(const StoreStatus& cause, int tellAfterMs);
     void look();
     void onTick();
 
     QElapsedTimer m_clock;
     QTimer m_timer;
     QMutex m_mutex;
-    /** Guarded by the mutex: who waits, the latest cause, and from when on it is told. */
+    /** Guarded by the mutex: who waits, the latest cause to be told, and from when on it is. */
     int m_waiting = 0;
     StoreStatus m_cause;
     qint64 m_tellAt = 0;

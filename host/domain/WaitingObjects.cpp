@@ -17,6 +17,11 @@ constexpr int tellOfALockAfterMs = 3000;
 
 constexpr int busy = 5;
 
+int tellAfterMs(const StoreStatus& cause)
+{
+    return cause.code == busy ? tellOfALockAfterMs : 0;
+}
+
 } // namespace
 
 WaitingObjects& WaitingObjects::instance()
@@ -52,7 +57,7 @@ void WaitingObjects::hold(const CDomainObjectPointer& object, int origin, const 
     Logging::CLogger::logMessage(Logging::LogError, QStringLiteral("Torvik::Database"),
                                  QStringLiteral("%1 waits to be stored: %2").arg(object->id(), cause.error));
     m_waiting.append({object, origin});
-    StoreTrouble::instance().enter(cause, cause.code == busy ? tellOfALockAfterMs : 0);
+    StoreTrouble::instance().enter(cause, tellAfterMs(cause));
 }
 
 void WaitingObjects::drop(const CDomainObjectPointer& object)
@@ -77,8 +82,10 @@ void WaitingObjects::tryAll()
         }
         const StoreStatus written = ProjectStore::instance().writeObject(object, one.origin, briefWaitMs);
         // The others would hold up the scene for as long as this one, and for nothing.
-        if (!written && StoreTrouble::mayPass(written))
+        if (!written && StoreTrouble::mayPass(written)) {
+            StoreTrouble::instance().goOn(written, tellAfterMs(written));
             return;
+        }
         drop(object);
         if (!written)
             emit ProjectStore::instance().writeFailed(

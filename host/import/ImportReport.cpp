@@ -1,6 +1,7 @@
 #include "host/import/ImportReport.h"
 
-#include <QFile>
+#include "host/domain/WholeFile.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QStringList>
@@ -152,10 +153,9 @@ QString ImportReport::lineOf(const Problem& problem)
 int ImportReport::tell(bool ok, const QString& jsonFile, QTextStream& out, QTextStream& err) const
 {
     if (!jsonFile.isEmpty()) {
-        QFile file(jsonFile);
-        const QByteArray json = QJsonDocument(toJson()).toJson();
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(json) != json.size())
-            err << "error: " << jsonFile << ": the report was not written: " << file.errorString() << '\n';
+        const QString error = Database::WholeFile::write(jsonFile, QJsonDocument(toJson()).toJson());
+        if (!error.isEmpty())
+            err << "error: the report was not written: " << error << '\n';
     }
     for (const Problem& problem : m_problems) {
         if (problem.severity != Severity::Error)

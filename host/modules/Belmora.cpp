@@ -27,6 +27,11 @@ CQmlDomainObject AppStateData::activeInspection() const
     return CQmlDomainObject(AppState::instance().getActiveInspection());
 }
 
+void AppStateData::setActiveInspection(const CQmlDomainObject& inspection)
+{
+    AppState::instance().setActiveInspection(inspection.object());
+}
+
 CQmlDomainObject AppStateData::activeStructure() const
 {
     return CQmlDomainObject(AppState::instance().getActiveStructure());
@@ -44,10 +49,19 @@ QString TranslationHelper::translated(const QString& className, const QString& k
     return found == key ? defaultText : found;
 }
 
+QString TranslationHelper::errorMessageFromErrorCode(const Base::CErrorCode& errorCode) const
+{
+    const QString text = translated(QStringLiteral("Torvik.ErrorCodes"), QStringLiteral("ErrorCode"),
+                                    QStringLiteral("An error occurred (code 0x%1)."));
+    return text.arg(errorCode.code(), 0, 16);
+}
+
 Belmora::Belmora(QObject* parent)
     : QObject(parent)
     , m_appStateData(new AppStateData(this))
     , m_translationHelper(new TranslationHelper(this))
+    , m_videoCreationHandler(new VideoCreationHandler(this))
+    , m_videoRecorder(new VideoRecorder(this))
 {
 }
 

@@ -5,8 +5,11 @@
 #include "host/modules/Belmora.h"
 #include "host/modules/FormatHelper.h"
 #include "host/modules/ObjectContent.h"
+#include "host/modules/Ostel.h"
 #include "host/modules/Screens.h"
+#include "host/modules/Video.h"
 #include "interaction/Utils3d.h"
+#include "plans/FloorNav.h"
 #include "scene/GlobalNav.h"
 #include "scene/SceneRoot.h"
 
@@ -41,6 +44,11 @@ QObject* lastAddress(QQmlEngine* engine, QJSEngine*)
     return &settings;
 }
 
+QObject* domainObjectProvider(QQmlEngine*, QJSEngine*)
+{
+    return new DomainObjectProvider;
+}
+
 void registerTypesOnce()
 {
     static const bool done = [] {
@@ -51,6 +59,10 @@ void registerTypesOnce()
                                                                   &lastAddress);
         CApplicationSettingsLastAddress::initialize();
         registerObjectContentTypes();
+        qmlRegisterSingletonType<DomainObjectProvider>("Torvik.Database", 1, 0, "DomainObjectProvider",
+                                                       &domainObjectProvider);
+        qmlRegisterUncreatableType<VideoCreationHandler>("Torvik.Application", 1, 0, "VideoCreationHandler",
+                                                         QStringLiteral("belmora has it"));
         qRegisterMetaType<QmlWrapper::CQmlDomainObject>();
         return true;
     }();
@@ -77,8 +89,10 @@ void registerHostModules(QQmlEngine& engine)
 
     QQmlContext* context = engine.rootContext();
     context->setContextProperty(QStringLiteral("GlobalNav"), View3d::GlobalNav::instance());
+    context->setContextProperty(QStringLiteral("FloorNav"), &View3d::FloorNav::instance());
     context->setContextProperty(QStringLiteral("Utils3D"), &View3d::Utils3d::instance());
     context->setContextProperty(QStringLiteral("belmora"), new Belmora(&engine));
+    context->setContextProperty(QStringLiteral("ostel"), new Ostel(&engine));
     context->setContextProperty(QStringLiteral("formatHelper"), new FormatHelper(&engine));
     auto* pages = new PageStack(&engine);
     context->setContextProperty(QStringLiteral("pageStack"), pages);

@@ -122,6 +122,18 @@ private:
     QString m_filter;
 };
 
+/** Objects that stand for something to QML. */
+class DomainObjectProvider : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(Torvik::QmlWrapper::CQmlDomainObject invalidObject READ invalidObject CONSTANT)
+
+public:
+    using QObject::QObject;
+
+    /** For "none". */
+    QmlWrapper::CQmlDomainObject invalidObject() const { return {}; }
+};
+
 /** Makes them known to QML, each in the module that the view imports it from. */
 void registerObjectContentTypes();
 

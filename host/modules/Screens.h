@@ -22,8 +22,12 @@ public:
     /** Asks for a screen; whoever owns it answers screenRequested(). The arguments hold functions too. */
     Q_INVOKABLE void show(const QString& name, const QJSValue& arguments = {});
 
+    /** Closes the screen on top. */
+    Q_INVOKABLE void close() { emit closeRequested(); }
+
 signals:
     void ongoingScreenKeyChanged();
+    void closeRequested();
     void screenRequested(const QString& name, const QJSValue& arguments);
 
 private:

@@ -30,6 +30,32 @@ double toSegment(const SensorPlace& point, const SensorPlace& begin, const Senso
     return double((to - along * part).length());
 }
 
+/** Metres from a point to a course. */
+double toCourse(const SensorPlace& point, const QVector<SensorPlace>& course)
+{
+    double nearest = 1e9;
+    for (int i = 1; i < course.size(); ++i)
+        nearest = std::min(nearest, toSegment(point, course[i - 1], course[i]));
+    return nearest;
+}
+
+/** The largest distance of a point from a course. */
+double farthest(const QVector<SensorPlace>& points, const QVector<SensorPlace>& course)
+{
+    double most = points.isEmpty() ? 1e9 : 0;
+    for (const SensorPlace& point : points)
+        most = std::max(most, toCourse(point, course));
+    return most;
+}
+
+QVector<SensorPlace> placesOf(const Recording& recording)
+{
+    QVector<SensorPlace> places;
+    for (const Reading& reading : recording.readings)
+        places << *reading.sensor;
+    return places;
+}
+
 struct Outcome {
     int status = -1;
     QString out;
@@ -50,6 +76,8 @@ private slots:
     void malformedLinesAreToldAndLeftOut();
     void aReplayInRealTimeReproducesTheCourse();
     void aMeasuredCourseComesBackAsItWasRecorded();
+    void aBentPipeIsMeasuredPointByPoint_data();
+    void aBentPipeIsMeasuredPointByPoint();
     void aReplayGoesAtTheSpeedAskedFor();
     void aPictureIsTakenAtTheEndOfAReplay();
     void whatCannotBeReplayedGivesOneLineAndStatus1();
@@ -64,6 +92,9 @@ private:
     static int pointsIn(const Outcome& outcome);
     /** Metres from the recording's places to the stored course of the pipe's inspection, the largest. */
     double farthestFromCourse(const QString& pipe, const QString& recording);
+    QVector<SensorPlace> storedCourse(const QString& pipe);
+    /** The rows of the pipe's measurement, from its begin on as a sensor tells places. */
+    QVector<SensorPlace> storedPoints(const QString& pipe);
     QString inFolder(const QString& file) const { return m_folder->filePath(file); }
 
     QScopedPointer<QTemporaryDir> m_folder;
@@ -84,6 +115,13 @@ void tst_VehicleProgram::init()
                                        "LINESTRING ZM(400005 5600010 96 320,400000 5600010 97 0,400000 5600000 97 0)")
                        ->id();
     m_project->addInspection(m_project->addSection("H2", b, a));
+    // A turn to the right while it falls, one to the left and up, and a sharp one at the end.
+    m_project->addInspection(
+        m_project->addSection("B1", a, b, {{"OBJ_Size1", 300.0}}),
+        "LINESTRING ZM(400008 5600009 96.6 320,400010 5600009 96.6 0,400009.5 5600006 96.4 0,"
+        "400007 5600004 96.2 0,400003 5600003.5 96.5 0,400001 5600002.5 96.8 0,400000 5600000 97 0)");
+    // Without manholes it is not turned to one, so the sensor's frame is that of the scene.
+    m_project->addInspection(m_project->addSection("B2", {}, {}));
     m_project->close();
 }
 
@@ -129,16 +167,35 @@ int tst_VehicleProgram::pointsIn(const Outcome& outcome)
 
 double tst_VehicleProgram::farthestFromCourse(const QString& pipe, const QString& recording)
 {
+    return farthest(placesOf(recordingIn(recording)), storedCourse(pipe));
+}
+
+QVector<SensorPlace> tst_VehicleProgram::storedCourse(const QString& pipe)
+{
     const QString id = m_project->stored("SECTION", "OBJ_Key", pipe, "OBJ_PK").toString();
-    const auto course = courseOfShape(m_project->stored("SECINSP", "INS_Section_FK", id, "INS_Shape_WKT").toString());
-    double farthest = course.isEmpty() ? 1e9 : 0;
-    for (const Reading& reading : recordingIn(recording).readings) {
-        double nearest = 1e9;
-        for (int i = 1; i < course.size(); ++i)
-            nearest = std::min(nearest, toSegment(*reading.sensor, course[i - 1], course[i]));
-        farthest = std::max(farthest, nearest);
+    return courseOfShape(m_project->stored("SECINSP", "INS_Section_FK", id, "INS_Shape_WKT").toString());
+}
+
+QVector<SensorPlace> tst_VehicleProgram::storedPoints(const QString& pipe)
+{
+    const QString rows =
+        m_project
+            ->stored("(SELECT SECMP.*, OBJ_Key FROM SECMP JOIN SECMES ON MP_Measurement_FK = MES_PK JOIN SECINSP ON "
+                     "MES_Inspection_FK = INS_PK JOIN SECTION ON INS_Section_FK = OBJ_PK ORDER BY MP_SortOrder)",
+                     "OBJ_Key", pipe, "group_concat(MP_X_Value || ' ' || MP_Y_Value || ' ' || MP_Z_Value, ';')")
+            .toString();
+    QVector<QVector3D> points;
+    for (const QString& row : rows.split(';', Qt::SkipEmptyParts)) {
+        const QStringList values = row.split(' ');
+        points << QVector3D(values.value(0).toFloat(), values.value(1).toFloat(), values.value(2).toFloat());
     }
-    return farthest;
+    QVector<SensorPlace> places;
+    for (const QVector3D& point : qAsConst(points)) {
+        // The scene's x is west, its y up, its z north.
+        const QVector3D from = point - points.first();
+        places << SensorPlace {double(-from.x()), double(from.z()), double(from.y())};
+    }
+    return places;
 }
 
 void tst_VehicleProgram::aRunAlongAStoredCourseIsRecorded()
@@ -226,6 +283,36 @@ void tst_VehicleProgram::aMeasuredCourseComesBackAsItWasRecorded()
     QVERIFY2(pointsIn(outcome) >= 32, qPrintable(outcome.out));
     const double farthest = farthestFromCourse("H2", "run.csv");
     QVERIFY2(farthest < 0.01 + noise, qPrintable(QString::number(farthest)));
+}
+
+void tst_VehicleProgram::aBentPipeIsMeasuredPointByPoint_data()
+{
+    QTest::addColumn<QString>("noise");
+    QTest::newRow("exact") << "0";
+    QTest::newRow("with noise") << "0.005";
+}
+
+void tst_VehicleProgram::aBentPipeIsMeasuredPointByPoint()
+{
+    QFETCH(const QString, noise);
+    const double tolerance = 0.01 + noise.toDouble();
+    QCOMPARE(run({"record", m_project->path(), "B1", "true.csv", "--step", "0.25"}).status, 0);
+    QCOMPARE(run({"record", m_project->path(), "B1", "run.csv", "--step", "0.25", "--noise", noise}).status, 0);
+    const auto driven = placesOf(recordingIn("true.csv"));
+
+    const Outcome outcome = run({m_project->path(), "--inspect", "B2", "--replay", "run.csv", "--real-time"});
+
+    QVERIFY2(outcome.status == 0, qPrintable(outcome.errors.join('\n')));
+    const auto course = storedCourse("B2");
+    const auto points = storedPoints("B2");
+    QVERIFY2(points.size() >= driven.size() && points.size() == pointsIn(outcome), qPrintable(outcome.out));
+    // Both ways: nothing is missing of what was driven, and nothing lies where nobody drove.
+    QVERIFY2(farthest(driven, course) < tolerance, qPrintable(QString::number(farthest(driven, course))));
+    QVERIFY2(farthest(driven, points) < tolerance, qPrintable(QString::number(farthest(driven, points))));
+    QVERIFY2(farthest(course, driven) < tolerance, qPrintable(QString::number(farthest(course, driven))));
+    QVERIFY2(farthest(points, driven) < tolerance, qPrintable(QString::number(farthest(points, driven))));
+    qInfo("%d places, %d points; farthest %.4f m from the course", driven.size(), points.size(),
+          std::max(farthest(driven, course), farthest(points, driven)));
 }
 
 void tst_VehicleProgram::aReplayGoesAtTheSpeedAskedFor()

@@ -99,6 +99,8 @@ bool crossesRooms(const Include& include)
         return true;
     if (from == QLatin1String("host/domain"))
         return to != from && to != QLatin1String("domain/boundary");
+    if (from == QLatin1String("host/drawing"))
+        return to != from && to != QLatin1String("domain/boundary");
     if (from == QLatin1String("host/import"))
         return to != from && to != QLatin1String("domain/boundary") && to != QLatin1String("host/domain");
     if (from == QLatin1String("domain/boundary"))

@@ -95,6 +95,10 @@ void tst_Architecture::theRulesFindACrossingOfRooms_data()
                                              << "domain/B.h" << true;
     QTest::newRow("host's domain to boundary") << "host/domain/A.cpp"
                                                << "domain/boundary/B.h" << false;
+    QTest::newRow("drawing reader to view") << "host/drawing/A.cpp"
+                                            << "plans/B.h" << true;
+    QTest::newRow("drawing reader to boundary") << "host/drawing/A.cpp"
+                                                << "domain/boundary/B.h" << false;
     QTest::newRow("import to domain") << "host/import/A.cpp"
                                       << "host/domain/B.h" << false;
     QTest::newRow("import to program") << "host/import/A.cpp"

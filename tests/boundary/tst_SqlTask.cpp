@@ -1,8 +1,11 @@
 #include "common/LogCapture.h"
 #include "common/TestProject.h"
 #include "domain/boundary/SqlTask.h"
+#include "host/domain/ThreadConnections.h"
 
+#include <QElapsedTimer>
 #include <QSemaphore>
+#include <QSqlDriver>
 #include <QSqlField>
 #include <QThread>
 
@@ -53,6 +56,33 @@ protected:
 
 private:
     std::atomic<bool>& m_started;
+    QSemaphore& m_go;
+};
+
+/** Opens its thread's connection, whose closing takes until it is let go. */
+class SlowlyClosedTask : public Torvik::Shared::Task<SqlResult> {
+public:
+    SlowlyClosedTask(const QString& file, std::atomic<bool>& closing, QSemaphore& go)
+        : m_file(file)
+        , m_closing(closing)
+        , m_go(go)
+    {
+    }
+
+protected:
+    void fill(SqlResult&) override
+    {
+        StoreStatus status;
+        if (const SqlConnection* const connection = ThreadConnections::get(m_file, status))
+            QObject::connect(connection->database().driver(), &QObject::destroyed, [closing = &m_closing, go = &m_go] {
+                *closing = true;
+                go->tryAcquire(1, 3000);
+            });
+    }
+
+private:
+    QString m_file;
+    std::atomic<bool>& m_closing;
     QSemaphore& m_go;
 };
 
@@ -340,6 +370,30 @@ private slots:
         }
 
         QCOMPARE(p.stored("NODE", "OBJ_PK", a->id(), "OBJ_Key").toString(), QString("19"));
+    }
+
+    void aConnectionThatIsBeingClosedHoldsNobodyUp()
+    {
+        TestProject p;
+        p.activate();
+        QSemaphore go;
+        std::atomic<bool> closing {false};
+        std::atomic<bool> nextHasRun {false};
+        Async async(Async::Sequential);
+        auto* const slow = new SlowlyClosedTask(ProjectStore::databaseFile(p.path()), closing, go);
+        slow->setAsync(&async);
+        async.startTask(slow);
+        QTRY_VERIFY(closing);
+        auto* const next = new BlockingTask(nextHasRun, go);
+        next->setAsync(&async);
+        QElapsedTimer held;
+        held.start();
+
+        async.startTask(next);
+
+        QVERIFY(held.elapsed() < 1000);
+        go.release(2);
+        QTRY_VERIFY(nextHasRun);
     }
 
     void anInstanceThatDeletesItselfDoesSoWhenIdle()

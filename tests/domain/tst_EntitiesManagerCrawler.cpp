@@ -117,6 +117,43 @@ private slots:
         QCOMPARE(log.count(1, QStringLiteral("View3d::Crawler"), QStringLiteral("crawlerTransform is null")), 1);
     }
 
+    void aStructureActivatedDuringTheStartGivesItOnce()
+    {
+        delete m_root;
+        m_net->project.activate();
+        m_root = new SceneRoot;
+        m_crawler = new Crawler(m_root);
+        m_crawler->setActive(true);
+        m_root->setCrawler(m_crawler);
+        AppState::instance().setActiveInspection(m_net->inspection);
+        const QObject here;
+        connect(&manager(), &EntitiesManager::loadingStarted, &here,
+                [this] { AppState::instance().setActiveStructure(m_net->pipe); });
+
+        m_root->qmlOnCompleted();
+
+        QTRY_COMPARE(m_crawler->section(), sectionOf(m_net->inspection));
+        QTRY_VERIFY(!manager().isBusy());
+        m_crawler->section()->setPosition({3.0F, 4.0F, 5.0F}, TransformFlags::Manual);
+        QVERIFY(stands());
+    }
+
+    void aSectionThatTakesThePlaceOfItsOwnGetsIt()
+    {
+        start();
+        PipeEntityBuilder builder(nullptr);
+
+        Section* const fresh = builder.createOrReplace(
+            m_crawler->section(), nullptr,
+            qSharedPointerDynamicCast<Torvik::Database::CPipeInspectionObject>(m_net->inspection));
+
+        QCOMPARE(m_crawler->section(), fresh);
+        QVERIFY(stands());
+        fresh->setPosition({3.0F, 4.0F, 5.0F}, TransformFlags::Manual);
+        QVERIFY(stands());
+        delete fresh; // its signals reach the builder
+    }
+
     void aChangedRecordBringsItBackToItsPlace_data()
     {
         QTest::addColumn<QString>("record");

@@ -253,6 +253,20 @@ private slots:
         QVERIFY(far.count() > 0);
     }
 
+    void anInspectionThatBeginsAtALateralAnnouncesIt()
+    {
+        m_project->addObservation(m_inspection, "BCA", 12.0, leadsToLateral());
+        m_project->activate();
+        SystemControlProxy::instance().setSectionDistanceCounter(12.2F);
+        QStringList heard;
+        const QObject here;
+        connect(m_root, &SceneRoot::lateralInProximity, &here, [&](const QString& id) { heard << id; });
+        connect(sectionOf(m_inspection), &Section::lateralNotInProximity, &here, [&] { heard << "none"; });
+        AppState::instance().setActiveInspection(m_inspection);
+        // What held in the inspection before is taken back first.
+        QCOMPARE(heard, (QStringList {"none", m_lateralInspection->id()}));
+    }
+
     void aLateralThatAppearsAtTheCrawlerIsAnnouncedAtOnce()
     {
         const auto late = m_project->addLateral("late", m_pipe);

@@ -40,6 +40,8 @@ private slots:
     void theLimitOfParallelDependsOnTheLengthOfTheDirection();
     void theRotationHasLeftUpAndViewAsColumns();
     void aRayHitsThePixelThatItCameFrom();
+    void aPixelIsExactFarAway_data();
+    void aPixelIsExactFarAway();
     void aPointBehindTheEyeIsMirrored();
     void aPointBesideTheEyeCountsAsTheScenesOrigin();
     void theRayIsAimedAtTheMiddleOfThePixel();
@@ -165,6 +167,42 @@ void tst_RayMath::aRayHitsThePixelThatItCameFrom()
         QVERIFY2(std::abs(back.x() - pixel.x()) < 0.02, qPrintable(QString::number(back.x())));
         QVERIFY2(std::abs(back.y() - pixel.y()) < 0.02, qPrintable(QString::number(back.y())));
     }
+}
+
+void tst_RayMath::aPixelIsExactFarAway_data()
+{
+    QTest::addColumn<QVector3D>("centre");
+    QTest::addColumn<float>("distance");
+    QTest::newRow("at the origin, near") << QVector3D(0, 0, 0) << 50.0F;
+    QTest::newRow("at the origin, from 2 km") << QVector3D(0, 0, 0) << 2000.0F;
+    QTest::newRow("at the origin, from 50 km") << QVector3D(0, 0, 0) << 50000.0F;
+    QTest::newRow("a city's other end") << QVector3D(6666, -3, -8888) << 400.0F;
+    QTest::newRow("a city's other end, from 9 km") << QVector3D(-9000, 20, 7000) << 9000.0F;
+}
+
+void tst_RayMath::aPixelIsExactFarAway()
+{
+    QFETCH(QVector3D, centre);
+    QFETCH(float, distance);
+    // Straight down through a lens of 3 degrees, 800 by 600 pixels.
+    const double tangent = std::tan(1.5 * M_PI / 180.0);
+    const auto half = static_cast<float>(tangent);
+    RayMath::Eye eye;
+    eye.position = centre + QVector3D(0, distance, 0);
+    eye.up = QVector3D(0, 0, 1);
+    eye.view = QVector3D(0, -distance, 0);
+    eye.nearPlane = 1.0F;
+    QMatrix4x4 lens;
+    lens.perspective(3.0F, 800.0F / 600.0F, 1.0F, 10000.0F);
+    eye.retina = RayMath::retinaLimits(lens, 1.0F);
+
+    // A quarter of the picture's height to the right and a quarter up; x grows to the left.
+    const float quarter = std::round(0.5F * half * distance);
+    const QPointF pixel = RayMath::screenPoint(eye, centre + QVector3D(-quarter, 0, quarter), QSizeF(800, 600));
+
+    const double pixels = 300.0 * static_cast<double>(quarter) / (static_cast<double>(distance) * tangent);
+    QVERIFY2(std::abs(pixel.x() - (399.5 + pixels)) < 0.1, qPrintable(QString::number(pixel.x())));
+    QVERIFY2(std::abs(pixel.y() - (299.5 - pixels)) < 0.1, qPrintable(QString::number(pixel.y())));
 }
 
 void tst_RayMath::aPointBehindTheEyeIsMirrored()

@@ -19,6 +19,16 @@ inline QString lineOf(const QVector<int>& numbers)
     return QString("LINESTRING ZM(%1)").arg(points.join(", "));
 }
 
+/** Whether a stored time lies between `from` and now, as precisely as its format tells. */
+inline bool isBetween(const QDateTime& from, const QString& time, const QString& format)
+{
+    const auto stored = QDateTime::fromString(time, format);
+    const auto rounded = [&](const QDateTime& moment) {
+        return QDateTime::fromString(moment.toString(format), format);
+    };
+    return stored.isValid() && rounded(from) <= stored && stored <= rounded(QDateTime::currentDateTime());
+}
+
 /** An active project with inspections to measure, and what the database holds of their measurements. */
 class MeasuredProject : public Kx::Test::TestProject {
 public:

@@ -18,3 +18,17 @@ public:
 private:
     static std::atomic<int> s_error;
 };
+
+/** While one lives, the next write to a project's database on another thread than this takes so long. */
+class SlowDisk {
+public:
+    explicit SlowDisk(int ms);
+    ~SlowDisk();
+    SlowDisk(const SlowDisk&) = delete;
+    SlowDisk& operator=(const SlowDisk&) = delete;
+
+    static void delay(int file);
+
+private:
+    static std::atomic<int> s_delayMs;
+};

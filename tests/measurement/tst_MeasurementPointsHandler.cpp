@@ -31,6 +31,7 @@ private slots:
     void threePointsMakeThreeRowsAndALine();
     void pointsBeforeTheDatabaseHasAnsweredAreStored();
     void aPointBehindTheEndIsStoredButNotInTheLine();
+    void aLineOfNoPointsIsStoredToo();
     void aPointInBetweenMovesTheOthersUp();
     void withoutMovingTheNumbersStay();
     void anUnknownInspectionIsLeftAlone();
@@ -40,6 +41,7 @@ private slots:
     void aRangeFurtherOutIsRefused();
     void anEmptyRangeRemovesNothing();
     void nobodyWaitsForTheDatabase();
+    void ofALineThatWaitsOnlyTheNewestIsStored();
     void aFailedPointDoesNotStopTheNext();
 
 private:
@@ -56,6 +58,7 @@ void tst_MeasurementPointsHandler::thereIsOneHandler()
 void tst_MeasurementPointsHandler::aMeasurementIsOpenedAsARow()
 {
     const QString id = m_project->newInspection();
+    const auto before = QDateTime::currentDateTime();
 
     handler().createNewSecMes(id);
     handler().waitUntilStored();
@@ -66,7 +69,7 @@ void tst_MeasurementPointsHandler::aMeasurementIsOpenedAsARow()
     QVERIFY(m_project->ofMeasurement(id, "MES_JOB_FK").isNull());
     QVERIFY(m_project->ofMeasurement(id, "MES_TxtValues").isNull());
     const QString date = m_project->ofMeasurement(id, "MES_Date").toString();
-    QVERIFY2(QDateTime::fromString(date, "yyyy_MM_dd_hh_mm_ss").isValid(), qPrintable(date));
+    QVERIFY2(isBetween(before, date, "yyyy_MM_dd_hh_mm_ss"), qPrintable(date));
 }
 
 void tst_MeasurementPointsHandler::anOpenMeasurementIsNotOpenedAgain()
@@ -84,6 +87,7 @@ void tst_MeasurementPointsHandler::anOpenMeasurementIsNotOpenedAgain()
 void tst_MeasurementPointsHandler::threePointsMakeThreeRowsAndALine()
 {
     const QString id = m_project->opened();
+    const auto before = QDateTime::currentDateTime();
 
     handler().addRowToSECMP(id, {1, 2, 3}, 0, false);
     handler().addRowToSECMP(id, {4.5F, -5, 1234.5678F}, 1, false);
@@ -94,7 +98,7 @@ void tst_MeasurementPointsHandler::threePointsMakeThreeRowsAndALine()
     QCOMPARE(m_project->points(key), QString("1:1 2 3, 2:4.5 -5 1234.57, 3:7 8 9"));
     QCOMPARE(m_project->line(id), QString("LINESTRING ZM(1 2 3 160, 4.5 -5 1234.57 160, 7 8 9 160)"));
     const QString time = m_project->stored("SECMP", "MP_Measurement_FK", key, "min(MP_TimeStamp)").toString();
-    QVERIFY2(QDateTime::fromString(time, "yyyy-MM-dd hh:mm:ss.zzz").isValid(), qPrintable(time));
+    QVERIFY2(isBetween(before, time, "yyyy-MM-dd hh:mm:ss.zzz"), qPrintable(time));
 }
 
 void tst_MeasurementPointsHandler::pointsBeforeTheDatabaseHasAnsweredAreStored()
@@ -125,6 +129,17 @@ void tst_MeasurementPointsHandler::aPointBehindTheEndIsStoredButNotInTheLine()
 
     QCOMPARE(m_project->line(id), lineOf({0, 1, 2}));
     QCOMPARE(m_project->points(m_project->key(id)), QString("1:0 0 0, 2:1 0 0, 3:2 0 0, 10:9 0 0"));
+}
+
+void tst_MeasurementPointsHandler::aLineOfNoPointsIsStoredToo()
+{
+    const QString id = m_project->opened();
+
+    handler().addRowToSECMP(id, measured(5), 5, false);
+    handler().waitUntilStored();
+
+    QCOMPARE(m_project->line(id), QString("LINESTRING ZM()"));
+    QCOMPARE(m_project->points(m_project->key(id)), QString("6:5 0 0"));
 }
 
 void tst_MeasurementPointsHandler::aPointInBetweenMovesTheOthersUp()
@@ -249,10 +264,46 @@ void tst_MeasurementPointsHandler::nobodyWaitsForTheDatabase()
     for (int i = 0; i < 20; ++i)
         handler().addRowToSECMP(id, measured(i), i, false);
     QCOMPARE(m_project->pointCount(m_project->key(id)), 0);
+    // Twenty points, and the one line that has to be written of theirs; maybe one before it was on its way already.
+    QVERIFY(handler().waitingStatements() >= 21 && handler().waitingStatements() <= 22);
     lock.reset();
     handler().waitUntilStored();
+    QCOMPARE(handler().waitingStatements(), 0);
 
     QCOMPARE(m_project->pointCount(m_project->key(id)), 20);
+}
+
+void tst_MeasurementPointsHandler::ofALineThatWaitsOnlyTheNewestIsStored()
+{
+    const QString id = m_project->opened();
+    const QString other = m_project->opened();
+    MeasuredProject::execute("CREATE TABLE WRITTEN (MES_PK, LENGTH)");
+    MeasuredProject::execute(
+        "CREATE TRIGGER counting AFTER UPDATE OF MES_TxtValues ON SECMES BEGIN INSERT INTO WRITTEN "
+        "VALUES (NEW.MES_PK, length(NEW.MES_TxtValues)); END");
+    constexpr int count = 300;
+    {
+        Torvik::Database::StoreStatus status;
+        const auto connection =
+            Torvik::Database::SqlConnection::open(Torvik::Database::ProjectStore::databaseFile(m_project->path()),
+                                                  Torvik::Database::SqlConnection::ReadWrite, status);
+        const Torvik::Database::SqlTransaction lock(*connection);
+        QVERIFY(lock.begun());
+        for (int i = 0; i < count; ++i)
+            handler().addRowToSECMP(id, measured(i), i, false);
+        handler().addRowToSECMP(other, measured(0), count, false);
+    }
+    handler().waitUntilStored();
+
+    const auto written = [&](const QString& inspection) {
+        return m_project->stored("WRITTEN", "MES_PK", m_project->key(inspection), "count(*)").toInt();
+    };
+    // Each text would be a copy of all the points.
+    QCOMPARE(written(id), 1);
+    QCOMPARE(written(other), 1);
+    QCOMPARE(m_project->line(id).count(" 0 0 160"), count);
+    QCOMPARE(m_project->line(other).count(" 0 0 160"), count + 1);
+    QCOMPARE(m_project->pointCount(m_project->key(id)), count);
 }
 
 void tst_MeasurementPointsHandler::aFailedPointDoesNotStopTheNext()

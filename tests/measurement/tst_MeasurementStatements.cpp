@@ -37,6 +37,7 @@ private slots:
     void aPointIsInsertedWhereItFits();
     void aRangeIsRemovedAsFarAsItIsThere_data();
     void aRangeIsRemovedAsFarAsItIsThere();
+    void anEmptiedLineBeginsAnew();
     void aRangeMayEndOnePastTheEnd();
 };
 
@@ -185,6 +186,22 @@ void tst_MeasurementStatements::aRangeIsRemovedAsFarAsItIsThere()
     line.remove(first, last);
 
     QTEST(line.text(), "line");
+}
+
+void tst_MeasurementStatements::anEmptiedLineBeginsAnew()
+{
+    MeasuredLine line = lineOf({{0, 0, 0}, {1, 0, 0}});
+
+    line.remove(0, 2);
+    QCOMPARE(line.count(), 0);
+    line.insert(0, {5, 0, 0});
+    line.insert(0, {4, 0, 0});
+    line.insert(2, {6, 0, 0});
+    QCOMPARE(line.text(), QStringLiteral("4 0 0 160, 5 0 0 160, 6 0 0 160"));
+    line.clear();
+    QCOMPARE(line.text(), QString());
+    line.insert(0, {7, 0, 0});
+    QCOMPARE(line.text(), QStringLiteral("7 0 0 160"));
 }
 
 void tst_MeasurementStatements::aRangeMayEndOnePastTheEnd()

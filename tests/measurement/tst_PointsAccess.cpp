@@ -56,19 +56,24 @@ private slots:
     void theMeasuredLineIsReadIntoTheRecord();
     void withoutAMeasurementTheRecordsShapeBecomesEmpty();
     void withoutAnInspectionNothingIsReadOrWritten();
+    void withoutADatabaseWhatIsReadIsEmpty();
     void aShapeMakesTheMeasurement();
     void aShapeReplacesTheMeasurement();
     void anEmptyShapeEmptiesTheMeasurement();
     void theFirstOfSeveralMeasurementsIsRewritten();
+    void aMeasurementThatCannotBeFoundIsMadeAgain();
     void aMeasurementBelongsToTheActiveJob();
+    void withoutAJobAnEmptyTextIsStoredForIt();
     void aPointIsStoredWithItsNumberAndTime();
     void theRecordsShapeIsWritten();
     void anOwnerWithoutAShapeWritesNothing();
     void theInspectionsShapeIsReadAndWritten();
     void anEmptyTextLeavesTheInspectionsShape();
+    void aTextThatIsNoShapeIsStoredAsItIs();
     void theShapeOfTheObjectsRecordGoesToTheInspection();
     void anObjectWithoutARecordWritesNothing();
     void withoutAProjectNoRecordIsFound();
+    void anActiveObjectThatIsNoProjectHasNoRecords();
 
 private:
     std::unique_ptr<MeasuredProject> m_project;
@@ -79,7 +84,7 @@ void tst_PointsAccess::theMeasuredLineIsReadIntoTheRecord()
     const QString id = m_project->newInspection();
     MeasuredProject::putMeasurement("m", id);
     MeasurementPointsAccess access(id);
-    access.updateSecMesText(shapeOfTwo, "m");
+    QCOMPARE(access.updateSecMesText(shapeOfTwo, "m"), QString());
     const auto node = m_project->addNode("A", "POINT ZM(9 9 9 9)");
 
     access.readPoints(node);
@@ -104,6 +109,7 @@ void tst_PointsAccess::withoutAnInspectionNothingIsReadOrWritten()
     MeasurementPointsAccess access {QString()};
 
     access.readPoints(node);
+    access.writePoints(shapeOfTwo);
     InspPointsAccess {QString()}.readPoints(node);
 
     QCOMPARE(shapeOf(node).toString(), QString("POINT ZM(9 9 9 9)"));
@@ -111,7 +117,26 @@ void tst_PointsAccess::withoutAnInspectionNothingIsReadOrWritten()
     QCOMPARE(access.createInclinationMeasurement(), QString());
     MeasurementPointsAccess("i").readPoints({});
     InspPointsAccess("i").readPoints({});
+    QCOMPARE(m_project->stored("SECMES", "'1'", "1", "count(*)").toInt(), 0);
+    QCOMPARE(m_project->stored("SECMP", "'1'", "1", "count(*)").toInt(), 0);
     QVERIFY(log.lines().isEmpty());
+}
+
+void tst_PointsAccess::withoutADatabaseWhatIsReadIsEmpty()
+{
+    const QString id = m_project->newInspection();
+    const auto measured = m_project->addNode("A", "POINT ZM(9 9 9 9)");
+    const auto inspected = m_project->addNode("B", "POINT ZM(9 9 9 9)");
+    Torvik::AppState::instance().setActiveProject({});
+    const Kx::Test::LogCapture log;
+
+    MeasurementPointsAccess(id).readPoints(measured);
+    InspPointsAccess(id).readPoints(inspected);
+
+    QCOMPARE(shapeOf(measured).toString(), QString());
+    QCOMPARE(shapeOf(inspected).toString(), QString());
+    // One line for each statement, of whoever runs it.
+    QCOMPARE(log.lines().size(), 2);
 }
 
 void tst_PointsAccess::aShapeMakesTheMeasurement()
@@ -156,6 +181,8 @@ void tst_PointsAccess::anEmptyShapeEmptiesTheMeasurement()
     QCOMPARE(m_project->line(id), QString("EMPTY"));
     QCOMPARE(m_project->measurements(unmeasured), 1);
     QCOMPARE(m_project->line(unmeasured), QString("EMPTY"));
+    MeasurementPointsAccess(id).writePoints(QString());
+    QCOMPARE(m_project->ofMeasurement(id, "typeof(MES_TxtValues) || MES_TxtValues").toString(), QString("text"));
 }
 
 void tst_PointsAccess::theFirstOfSeveralMeasurementsIsRewritten()
@@ -174,9 +201,29 @@ void tst_PointsAccess::theFirstOfSeveralMeasurementsIsRewritten()
     QCOMPARE(m_project->pointCount(found == "m1" ? "m2" : "m1"), 0);
 }
 
+void tst_PointsAccess::aMeasurementThatCannotBeFoundIsMadeAgain()
+{
+    const QString id = m_project->newInspection();
+    MeasurementPointsAccess access(id);
+    access.writePoints(shapeOfTwo);
+    // Takes rows, but cannot be read.
+    MeasuredProject::execute("ALTER TABLE SECMES RENAME TO MEASUREMENTS");
+    MeasuredProject::execute("CREATE VIEW SECMES AS SELECT * FROM MEASUREMENTS WHERE abs(-9223372036854775808)");
+    MeasuredProject::execute("CREATE TRIGGER taking INSTEAD OF INSERT ON SECMES BEGIN INSERT INTO "
+                             "MEASUREMENTS(MES_PK, MES_Inspection_FK) VALUES (NEW.MES_PK, NEW.MES_Inspection_FK); END");
+
+    QCOMPARE(access.countInclinationMeasurement(), QString());
+    access.writePoints("POINT ZM(7 8 9 0)");
+
+    QCOMPARE(m_project->stored("MEASUREMENTS", "MES_Inspection_FK", id, "count(*)").toInt(), 2);
+    QCOMPARE(m_project->stored("SECMP", "MP_X_Value || ''", "7", "count(*)").toInt(), 1);
+    QCOMPARE(m_project->stored("SECMP", "'1'", "1", "count(*)").toInt(), 3);
+}
+
 void tst_PointsAccess::aMeasurementBelongsToTheActiveJob()
 {
     const QString id = m_project->newInspection();
+    const auto before = QDateTime::currentDateTime();
     const auto job = Torvik::Database::ProjectStore::instance().insertJob(m_project->project(), {{"JOB_Name", "J"}});
     QVERIFY2(job.object, qPrintable(job.error));
     Torvik::AppState::instance().setActiveJob(job.object);
@@ -188,7 +235,16 @@ void tst_PointsAccess::aMeasurementBelongsToTheActiveJob()
     QCOMPARE(m_project->ofMeasurement(id, "MES_Type").toString(), QString("forward"));
     QCOMPARE(m_project->ofMeasurement(id, "MES_Method").toString(), QString("3DGS"));
     const QString date = m_project->ofMeasurement(id, "MES_Date").toString();
-    QVERIFY2(QDateTime::fromString(date, "yyyy_MM_dd_hh_mm_ss").isValid(), qPrintable(date));
+    QVERIFY2(isBetween(before, date, "yyyy_MM_dd_hh_mm_ss"), qPrintable(date));
+}
+
+void tst_PointsAccess::withoutAJobAnEmptyTextIsStoredForIt()
+{
+    const QString id = m_project->newInspection();
+
+    MeasurementPointsAccess(id).createInclinationMeasurement();
+
+    QCOMPARE(m_project->ofMeasurement(id, "typeof(MES_JOB_FK) || MES_JOB_FK").toString(), QString("text"));
 }
 
 void tst_PointsAccess::aPointIsStoredWithItsNumberAndTime()
@@ -196,6 +252,7 @@ void tst_PointsAccess::aPointIsStoredWithItsNumberAndTime()
     const QString id = m_project->newInspection();
     MeasurementPointsAccess access(id);
     const QString key = access.createInclinationMeasurement();
+    const auto before = QDateTime::currentDateTime();
 
     access.createMeasurementPoint(key, {1.5F, 1234.5678F, -3}, 6);
 
@@ -205,7 +262,7 @@ void tst_PointsAccess::aPointIsStoredWithItsNumberAndTime()
     };
     QCOMPARE(cell("typeof(MP_Y_Value)"), QString("text"));
     QCOMPARE(cell("typeof(MP_X_Value)"), QString("real"));
-    QVERIFY(QDateTime::fromString(cell("MP_TimeStamp"), "yyyy-MM-dd hh:mm:ss.zzz").isValid());
+    QVERIFY(isBetween(before, cell("MP_TimeStamp"), "yyyy-MM-dd hh:mm:ss.zzz"));
     access.removeMeasurementPoints(key);
     QCOMPARE(m_project->pointCount(key), 0);
 }
@@ -250,6 +307,7 @@ void tst_PointsAccess::theInspectionsShapeIsReadAndWritten()
 
     QCOMPARE(m_project->stored("SECINSP", "INS_PK", id, "INS_Shape_WKT").toString(), shapeOfTwo);
     QCOMPARE(shapeOf(node).toString(), shapeOfTwo);
+    QCOMPARE(m_project->stored("NODE", "OBJ_PK", node->id(), "OBJ_Shape_WKT").toString(), QString("POINT ZM(9 9 9 9)"));
     QCOMPARE(access.updateSecIns("EMPTY"), QString());
     QCOMPARE(m_project->stored("SECINSP", "INS_PK", id, "INS_Shape_WKT").toString(), QString("EMPTY"));
 }
@@ -263,6 +321,15 @@ void tst_PointsAccess::anEmptyTextLeavesTheInspectionsShape()
     access.writePoints(QString());
 
     QCOMPARE(m_project->stored("SECINSP", "INS_PK", id, "INS_Shape_WKT").toString(), shapeOfTwo);
+}
+
+void tst_PointsAccess::aTextThatIsNoShapeIsStoredAsItIs()
+{
+    const QString id = m_project->newInspection();
+
+    InspPointsAccess(id).writePoints("no shape at all");
+
+    QCOMPARE(m_project->stored("SECINSP", "INS_PK", id, "INS_Shape_WKT").toString(), QString("no shape at all"));
 }
 
 void tst_PointsAccess::theShapeOfTheObjectsRecordGoesToTheInspection()
@@ -298,6 +365,20 @@ void tst_PointsAccess::withoutAProjectNoRecordIsFound()
     const QString id = m_project->newInspection();
     ShapeOwner owner(m_project->addNode("A", "POINT ZM(1 2 3 16)")->id());
     Torvik::AppState::instance().setActiveProject({});
+
+    InspPointsAccess(id).writePoints(&owner);
+
+    QCOMPARE(m_project->stored("SECINSP", "INS_PK", id, "INS_Shape_WKT").toString(), QString());
+    QVERIFY(log.lines().isEmpty());
+}
+
+void tst_PointsAccess::anActiveObjectThatIsNoProjectHasNoRecords()
+{
+    const QString id = m_project->newInspection();
+    const auto node = m_project->addNode("A", "POINT ZM(1 2 3 16)");
+    ShapeOwner owner(node->id());
+    Torvik::AppState::instance().setActiveProject(node);
+    const Kx::Test::LogCapture log;
 
     InspPointsAccess(id).writePoints(&owner);
 

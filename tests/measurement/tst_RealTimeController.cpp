@@ -72,6 +72,7 @@ private slots:
     void aReadingDrawsThePipeOut();
     void aReadingIsStored();
     void aReadingIsStoredWhenTheProjectClosesAtOnce();
+    void aReadingIsStoredWhenItsSectionGoesAtOnce();
     void readingsThatAreNoNumbersAreDropped();
     void itOpensTheInspectionsMeasurementOnce();
     void endingOpensNoMeasurement();
@@ -277,6 +278,20 @@ void tst_RealTimeController::aReadingIsStoredWhenTheProjectClosesAtOnce()
     m_project->close();
     QCOMPARE(m_project->stored("SECINSP", "INS_PK", id, "INS_Shape_WKT").toString(),
              QStringLiteral("LINESTRING ZM(0 12 0 288,0 10 0 0,0 0 0 0)"));
+}
+
+void tst_RealTimeController::aReadingIsStoredWhenItsSectionGoesAtOnce()
+{
+    const auto inspection = addPipe();
+    Section* const section = activate(inspection);
+    vehicle().setSectionDistanceCounter(10.0F);
+    GlobalNav::instance()->setRealTimeEnabled(true);
+    emit vehicle().latestCameraSensorPositionChanged({0.0, -12.0, 0.0}, 12.0F);
+
+    delete section;
+
+    QTRY_COMPARE(m_project->stored("SECINSP", "INS_PK", inspection->id(), "INS_Shape_WKT").toString(),
+                 QStringLiteral("LINESTRING ZM(0 12 0 288,0 10 0 0,0 0 0 0)"));
 }
 
 void tst_RealTimeController::readingsThatAreNoNumbersAreDropped()

@@ -67,6 +67,9 @@ private slots:
     void everyChangeStartsTheWaitAnew();
     void anUnchangedShapeIsNotWritten();
     void theStoredShapeDoesNotReplaceThePendingOne();
+    void whatIsLeftForLaterIsWrittenAsItIsThen();
+    void aShapeThatIsBackWhenLaterComesIsNotWritten();
+    void whatIsLeftForLaterIsWrittenIfItsObjectGoes();
     void aShapeAfterAClearingWins();
     void clearingLeavesNothing();
     void withoutPositionNothingIsStored_data();
@@ -428,6 +431,69 @@ void tst_ShapeAccess::theStoredShapeDoesNotReplaceThePendingOne()
     access.writePoints(section.get());
 
     QVERIFY(waitForWrite(listener, 2));
+    QVERIFY(project.inspectionShapeInFile().toString().contains("5500009"));
+}
+
+void tst_ShapeAccess::whatIsLeftForLaterIsWrittenAsItIsThen()
+{
+    ShapeProject project;
+    tieScene();
+    WriteListener listener;
+    ShapeAccess access;
+    const auto section = placedSection();
+
+    access.writePointsLater(section.get());
+    section->shape = {{{0, 0, 0}, {0, 0, 9}}};
+
+    QVERIFY(waitForWrite(listener, 1));
+    QVERIFY(project.inspectionShapeInFile().toString().contains("5500009"));
+    access.writePointsLater(nullptr);
+}
+
+void tst_ShapeAccess::aShapeThatIsBackWhenLaterComesIsNotWritten()
+{
+    ShapeProject project;
+    tieScene();
+    WriteListener listener;
+    ShapeAccess access;
+    const auto section = placedSection();
+    access.writePoints(section.get());
+    QVERIFY(waitForWrite(listener, 1));
+    const int written = listener.writes.size();
+    const Shape stored = section->shape;
+
+    section->shape = {{{0, 0, 0}, {0, 0, 9}}};
+    access.writePointsLater(section.get());
+    section->shape = stored;
+    access.writePointsLater(section.get());
+
+    // A write that began to wait behind it is done, so this one has had its turn.
+    ShapeAccess other;
+    ShapedObject node("node", "n1");
+    node.setTransformFlags(4);
+    node.shape = {{{1, 0, 0}}};
+    other.writePoints(&node);
+    QVERIFY(QTest::qWaitFor([&] { return listener.countOf("n1", 5000) == 1; }, 3000));
+    QCOMPARE(listener.countOf("i1", 5000), 1);
+    QCOMPARE(listener.writes.size(), written + 1);
+}
+
+void tst_ShapeAccess::whatIsLeftForLaterIsWrittenIfItsObjectGoes()
+{
+    ShapeProject project;
+    tieScene();
+    WriteListener listener;
+    ShapeAccess access;
+    auto section = placedSection();
+    section->shape = {{{0, 0, 0}, {0, 0, 9}}};
+    access.writePointsLater(section.get());
+    ShapedObject stranger("node", "n1");
+
+    access.takeLeave(&stranger);
+    access.takeLeave(section.get());
+    section.reset();
+
+    QVERIFY(waitForWrite(listener, 1));
     QVERIFY(project.inspectionShapeInFile().toString().contains("5500009"));
 }
 

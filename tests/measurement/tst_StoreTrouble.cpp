@@ -104,6 +104,8 @@ private slots:
     void aChangedObjectWaitsForALock();
     void aChangedObjectWaitsForRoom();
     void aShortLockIsNoTrouble();
+    void ourOwnStatementsAreNoOtherProgram();
+    void aChangedObjectNeedNotWaitForAllThatIsMeasured();
     void aProjectThatIsClosedGivesUpAfterAWhile();
     void theNextProjectIsStoredAgain();
 
@@ -274,6 +276,49 @@ void tst_StoreTrouble::aShortLockIsNoTrouble()
     QTest::qWait(2 * StoreTrouble::retryIntervalMs);
     QCOMPARE(spies.begun.count(), 0);
     QCOMPARE(spies.over.count(), 0);
+}
+
+void tst_StoreTrouble::ourOwnStatementsAreNoOtherProgram()
+{
+    // Longer than a lock of another program takes to be told.
+    constexpr int slowMs = 5000;
+    const Spies spies;
+    const auto node = m_project->addNode("A");
+    const SlowDisk slow(slowMs);
+    QElapsedTimer passed;
+    passed.start();
+
+    measure(m_inspection, 2, 1);
+    QTest::qWait(50);
+    node->updateValue("OBJ_Key", "New");
+    CDatabaseLibrary::dbAccessManager()->updateObject(node, 5000);
+    QVERIFY2(passed.elapsed() < 1000, "the scene stood still");
+    QTRY_COMPARE_WITH_TIMEOUT(m_project->stored("NODE", "OBJ_PK", node->id(), "OBJ_Key").toString(),
+                              QStringLiteral("New"), longEnoughMs);
+
+    QVERIFY2(passed.elapsed() > slowMs, "it had nothing to wait for");
+    handler().waitUntilStored();
+    QTest::qWait(2 * StoreTrouble::retryIntervalMs);
+    QCOMPARE(spies.begun.count(), 0);
+    QCOMPARE(spies.over.count(), 0);
+    QCOMPARE(m_project->line(m_inspection), lineOf({0, 1, 2}));
+}
+
+void tst_StoreTrouble::aChangedObjectNeedNotWaitForAllThatIsMeasured()
+{
+    constexpr int many = 3000;
+    const auto node = m_project->addNode("A");
+    measure(m_inspection, 2, many);
+
+    node->updateValue("OBJ_Key", "New");
+    CDatabaseLibrary::dbAccessManager()->updateObject(node, 5000);
+    const QString stored = m_project->stored("NODE", "OBJ_PK", node->id(), "OBJ_Key").toString();
+    const int pointsThen = m_project->pointCount(m_project->key(m_inspection));
+
+    QCOMPARE(stored, QStringLiteral("New"));
+    QVERIFY2(pointsThen < 2 + many, "all was measured before");
+    handler().waitUntilStored();
+    QCOMPARE(m_project->pointCount(m_project->key(m_inspection)), 2 + many);
 }
 
 void tst_StoreTrouble::aProjectThatIsClosedGivesUpAfterAWhile()

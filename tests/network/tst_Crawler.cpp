@@ -42,6 +42,7 @@ private slots:
     void aNewOneIsHiddenAndInNoSection();
     void itsModelIsAConeBeforeARoundedBody();
     void switchingItTwiceTellsOnce();
+    void itStandsInItsPlaceWhenItIsToldToShow();
     void withoutASectionItShowsWhereItStood();
     void itStandsACentimetreAheadOfTheCounter();
     void itLooksAlongThePipe();
@@ -49,6 +50,8 @@ private slots:
     void itGrowsWithThePipe();
     void itMovesOnlyWhileItShows();
     void everyStepIsLogged();
+    void whatDoesNotMoveItIsNotLogged();
+    void aPlaceIsLoggedWithSixDigits();
     void itFollowsItsSection();
     void attachingToTheSameSectionCutsItOff();
     void anotherSectionTakesItOver();
@@ -132,6 +135,23 @@ void tst_Crawler::switchingItTwiceTellsOnce()
     m_crawler->setActive(false);
     QCOMPARE(changed.count(), 2);
     QVERIFY(!modelOf(m_crawler)->isEnabled());
+}
+
+void tst_Crawler::itStandsInItsPlaceWhenItIsToldToShow()
+{
+    Section* const section = pipe();
+    section->onDistanceCounterChanged(3.0);
+    m_crawler->attachToSection(section);
+    QVector<QPair<bool, float>> seen;
+    const QObject here;
+    connect(m_crawler, &Crawler::activeChanged, &here, [this, &seen] {
+        seen.append({modelOf(m_crawler)->isEnabled(), std::round(m_crawler->position().z() * 1000.0F)});
+    });
+
+    m_crawler->setActive(true);
+    m_crawler->setActive(false);
+
+    QCOMPARE(seen, (QVector<QPair<bool, float>> {{true, 3010.0F}, {false, 3010.0F}}));
 }
 
 void tst_Crawler::withoutASectionItShowsWhereItStood()
@@ -224,6 +244,40 @@ void tst_Crawler::everyStepIsLogged()
     m_crawler->refreshPosition();
 
     QCOMPARE(log.count(4, category, QStringLiteral("Crawler camera position , 1.5, 0, 2.01")), 2);
+}
+
+void tst_Crawler::whatDoesNotMoveItIsNotLogged()
+{
+    Section* const section = pipe();
+    const LogCapture log;
+    const auto steps = [&log] {
+        int found = 0;
+        for (const auto& line : log.lines())
+            found += line.category == category && line.level == 4 ? 1 : 0;
+        return found;
+    };
+
+    m_crawler->attachToSection(section);
+    m_crawler->refreshPosition();
+    QCOMPARE(steps(), 0);
+    m_crawler->detachFromSection();
+    m_crawler->setActive(true);
+    m_crawler->refreshPosition();
+    QCOMPARE(steps(), 0);
+    m_crawler->attachToSection(section);
+    QCOMPARE(steps(), 1);
+}
+
+void tst_Crawler::aPlaceIsLoggedWithSixDigits()
+{
+    Section* const section = pipe();
+    m_crawler->setActive(true);
+    m_crawler->attachToSection(section);
+    const LogCapture log;
+
+    section->setPosition({123456.7F, 1e-7F, 0.0F}, TransformFlags::Manual);
+
+    QCOMPARE(log.count(4, category, QStringLiteral("Crawler camera position , 123457, 1e-07, 0.01")), 1);
 }
 
 void tst_Crawler::itFollowsItsSection()

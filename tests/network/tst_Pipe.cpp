@@ -1,6 +1,7 @@
 #include "PipeFixture.h"
 
 #include "common/LogCapture.h"
+#include "network/ChainMath.h"
 
 #include <Qt3DCore/QTransform>
 
@@ -38,6 +39,7 @@ private slots:
     void worldMatrixFollowsTheParent();
     void shapePointsAreSceneCoordinates();
     void newPointsReplaceTheChain();
+    void itsLengthFollowsEachSegment();
     void noPointsReplaceNothing();
     void removedSegmentsLeaveTheSceneATurnLater();
     void aPointStraightOnIsOneMetreFurther();
@@ -212,6 +214,42 @@ void tst_Pipe::shapePointsAreSceneCoordinates()
     QVERIFY(near(pipe->getShapePoints()[1], QVector3D(6, 2, 5)));
     QVERIFY(near(pipe->getShapePoints()[3], QVector3D(6, 1, 2)));
     QVERIFY(near(pipe->lastPoint(), bent.last()));
+}
+
+void tst_Pipe::itsLengthFollowsEachSegment()
+{
+    QVector<QVector3D> points;
+    for (int i = 0; i <= 300; ++i)
+        points.append({0.0F, 0.0F, float(i)});
+    Holder holder;
+    Pipe* const pipe = Pipe::create(&holder, points, 0.2F);
+    QCOMPARE(pipe->length(), 300.0F);
+    float inner = 250.25F;
+    QCOMPARE(pipe->findSegmentIdxByDistance(inner), 250);
+    QCOMPARE(inner, 0.25F);
+
+    pipe->segments()[7]->setLength(3.0F);
+    QCOMPARE(pipe->length(), 302.0F);
+    pipe->splitSegment(200, 0.25F);
+    QCOMPARE(pipe->length(), 302.0F);
+    pipe->segments()[201]->setLength(0.5F);
+    QCOMPARE(pipe->length(), 301.75F);
+    pipe->removeSegment(8);
+    pipe->lastSegment()->setLength(2.0F);
+    QCOMPARE(pipe->length(), 302.75F);
+    pipe->modifySegmentsRotation(QQuaternion::fromAxisAndAngle(0.0F, 1.0F, 0.0F, 10.0F), 400.0F);
+    QCOMPARE(pipe->length(), 302.76F);
+    inner = 5.5F;
+    QCOMPARE(pipe->findSegmentIdxByDistance(inner), 5);
+    inner = 252.5F;
+    QCOMPARE(lengths(*pipe).size(), pipe->segmentCount());
+    QCOMPARE(pipe->findSegmentIdxByDistance(inner), ChainMath::placeAtDistance(lengths(*pipe), 252.5F).index);
+    QCOMPARE(inner, ChainMath::placeAtDistance(lengths(*pipe), 252.5F).inner);
+
+    EntitySegment* const gone = pipe->lastSegment();
+    pipe->updatePoints({{0, 0, 0}, {0, 0, 2}});
+    gone->setLength(50.0F);
+    QCOMPARE(pipe->length(), 2.0F);
 }
 
 void tst_Pipe::newPointsReplaceTheChain()

@@ -1,7 +1,10 @@
+#include "network/ChainLengths.h"
 #include "network/ChainMath.h"
 #include "network/PointSegment.h"
 
 #include <QtTest>
+
+#include <random>
 
 using namespace Torvik::View3d;
 
@@ -17,6 +20,9 @@ private slots:
     void aSegmentWithoutLengthHasNoDirection();
     void aDistanceFindsItsSegment_data();
     void aDistanceFindsItsSegment();
+    void keptLengthsSayWhatTheListOfThemSays_data();
+    void keptLengthsSayWhatTheListOfThemSays();
+    void keptLengthsFollowEveryChange();
     void aDistanceTellsWhatABendThereDoes_data();
     void aDistanceTellsWhatABendThereDoes();
     void aDistanceAsFarOffAsTheToleranceHitsTheJoint();
@@ -94,6 +100,98 @@ void tst_PipeChain::aDistanceFindsItsSegment()
 
     QCOMPARE(place.index, index);
     QCOMPARE(place.inner, inner);
+}
+
+namespace {
+
+ChainLengths keep(const QVector<float>& lengths)
+{
+    ChainLengths kept;
+    for (const float length : lengths)
+        kept.append(length);
+    return kept;
+}
+
+bool same(float a, float b)
+{
+    return a <= b && b <= a;
+}
+
+/** Everything that can be asked of both, at distances apart by `step`. */
+bool saysTheSame(const ChainLengths& kept, const QVector<float>& lengths, float step)
+{
+    const float whole = ChainMath::totalLength(lengths);
+    if (kept.count() != lengths.size() || !same(kept.total(), whole))
+        return false;
+    for (int i = 0; i <= lengths.size(); ++i) {
+        if (!same(kept.before(i), ChainMath::totalLength(lengths.mid(0, i))))
+            return false;
+    }
+    for (float distance = -step; distance <= whole + step; distance += step) {
+        const auto expected = ChainMath::placeAtDistance(lengths, distance);
+        const auto found = kept.placeAtDistance(distance);
+        if (found.index != expected.index || !same(found.inner, expected.inner))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+void tst_PipeChain::keptLengthsSayWhatTheListOfThemSays_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<float>("unit");
+    QTest::newRow("none") << 0 << 0.01F;
+    QTest::newRow("one") << 1 << 0.01F;
+    QTest::newRow("one block, in centimetres") << ChainLengths::blockSize << 0.01F;
+    // Of lengths that floats add without rounding, so that the order of adding doesn't matter.
+    QTest::newRow("one more") << ChainLengths::blockSize + 1 << 0.25F;
+    QTest::newRow("two blocks") << 2 * ChainLengths::blockSize << 0.25F;
+    QTest::newRow("many") << 7 * ChainLengths::blockSize + 31 << 0.25F;
+}
+
+void tst_PipeChain::keptLengthsSayWhatTheListOfThemSays()
+{
+    QFETCH(int, count);
+    QFETCH(float, unit);
+    QVector<float> lengths;
+    for (int i = 0; i < count; ++i)
+        lengths.append(unit * float(i * 7 % 5)); // some of them have none
+
+    QVERIFY(saysTheSame(keep(lengths), lengths, unit / 2.0F));
+}
+
+void tst_PipeChain::keptLengthsFollowEveryChange()
+{
+    std::mt19937 random(1);
+    const auto below = [&random](int bound) { return int(random() % unsigned(bound)); };
+    QVector<float> lengths(3 * ChainLengths::blockSize, 0.5F);
+    ChainLengths kept = keep(lengths);
+
+    for (int change = 0; change < 400; ++change) {
+        const float length = 0.25F * float(below(5));
+        const int place = below(lengths.size());
+        switch (below(5)) {
+        case 0:
+            lengths.append(length);
+            kept.append(length);
+            break;
+        case 1:
+            lengths.insert(place, length);
+            kept.insert(place, length);
+            break;
+        case 2:
+        case 3:
+            lengths[place] = length;
+            kept.set(place, length);
+            break;
+        default:
+            lengths.remove(place);
+            kept.remove(place);
+        }
+        QVERIFY2(saysTheSame(kept, lengths, 7.125F), qPrintable(QStringLiteral("change %1").arg(change)));
+    }
 }
 
 void tst_PipeChain::aDistanceTellsWhatABendThereDoes_data()

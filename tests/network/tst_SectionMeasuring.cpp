@@ -18,8 +18,10 @@ private slots:
 
     void measuredPointsBecomeRowsOfTheActiveInspection();
     void aReadingInAnEarlierStretchCutsTheRowsBack();
+    void aReadingFurtherOnInTheChainMovesTheRowsBehindIt();
     void pointsBelongToTheInspectionThatIsActiveThen();
     void withoutAnActiveInspectionNothingIsStored();
+    void withoutAnActiveInspectionNothingIsTakenOut();
     void withoutRealTimeNothingIsStored();
 
 private:
@@ -99,6 +101,27 @@ void tst_SectionMeasuring::aReadingInAnEarlierStretchCutsTheRowsBack()
     QCOMPARE(points(inspection), QString("1:0 2:1 4:9 5:4"));
 }
 
+void tst_SectionMeasuring::aReadingFurtherOnInTheChainMovesTheRowsBehindIt()
+{
+    const auto inspection = newInspection();
+    Section* const section = m_scene->section(inspection);
+    measureInto(inspection);
+    section->pipe()->startSensorMeasurement({0.0, 0.0, 0.0}, {}, 0.0F);
+    for (float z : {1.0F, 2.0F, 3.0F, 4.0F})
+        section->inspection()->addPoint({0.0F, 0.0F, z}, z);
+    section->pipe()->startSensorMeasurement({0.0, 0.0, 1.5}, {}, 1.5F);
+
+    section->inspection()->addPoint({0.0F, 0.0F, 2.5F}, 2.5F);
+    handler().waitUntilStored();
+
+    // Half of the segment from 2 to 3 stays behind the new point, and the line has that point twice.
+    QCOMPARE(section->pipe()->segmentCount(), 6);
+    QCOMPARE(line(inspection),
+             QString("LINESTRING ZM(0 0 0 160, 0 0 1 160, 0 0 2 160, 0 0 2.5 160, 0 0 2.5 160, 0 0 4 160)"));
+    // Room made for the rest, the gap closed, room made for the point.
+    QCOMPARE(points(inspection), QString("1:0 2:1 3:3 4:2.5 5:2.5 6:4"));
+}
+
 void tst_SectionMeasuring::pointsBelongToTheInspectionThatIsActiveThen()
 {
     const auto first = newInspection();
@@ -131,6 +154,25 @@ void tst_SectionMeasuring::withoutAnActiveInspectionNothingIsStored()
 
     QCOMPARE(float(section->length()), 1.0F);
     QCOMPARE(points(inspection), QString());
+}
+
+void tst_SectionMeasuring::withoutAnActiveInspectionNothingIsTakenOut()
+{
+    const auto inspection = newInspection();
+    Section* const section = m_scene->section(inspection);
+    measureInto(inspection);
+    section->pipe()->startSensorMeasurement({0.0, 0.0, 0.0}, {}, 0.0F);
+    for (float z : {1.0F, 2.0F, 3.0F, 4.0F})
+        section->inspection()->addPoint({0.0F, 0.0F, z}, z);
+    Torvik::AppState::instance().setActiveInspection({});
+    GlobalNav::instance()->setRealTimeEnabled(true);
+    section->pipe()->startSensorMeasurement({0.0, 0.0, 2.0}, {}, 1.5F);
+
+    section->inspection()->addPoint({0.0F, 0.0F, 9.0F}, 9.0F);
+    handler().waitUntilStored();
+
+    QCOMPARE(section->pipe()->segmentCount(), 4);
+    QCOMPARE(points(inspection), QString("1:0 2:1 3:2 4:3 5:4"));
 }
 
 void tst_SectionMeasuring::withoutRealTimeNothingIsStored()

@@ -36,6 +36,7 @@ private slots:
     void nodesUpAndDownAreTakenInTheOrderOfTheInspection();
 
     void aManualBitAmongOthersHoldsTheSection();
+    void aMeasuredSectionWithoutManholesStaysWhereItWasMeasured();
     void aConnectionAtTheEndHasNoDepth();
     void theSectionTellsItsHeightAboveTheSea();
 
@@ -248,6 +249,21 @@ void tst_SectionNodes::aManualBitAmongOthersHoldsTheSection()
     section->alignToOutlet(start);
 
     VERIFY_NEAR(section->position(), QVector3D());
+}
+
+void tst_SectionNodes::aMeasuredSectionWithoutManholesStaysWhereItWasMeasured()
+{
+    const QVector<QVector3D> course {{10.0F, 5.0F, 20.0F}, {10.0F, 5.0F, 40.0F}};
+    Section* const stored = m_scene->section(nullptr, nullptr, {}, course, TransformFlags::Geosensor);
+    Section* const measured = m_scene->section(nullptr, nullptr, {}, course);
+    measured->setTransformFlags(TransformFlags::Geosensor);
+
+    for (Section* section : {stored, measured}) {
+        VERIFY_NEAR(section->position(), course.first());
+        section->modify();
+        VERIFY_NEAR(section->position(), course.first());
+        VERIFY_NEAR(section->getShapePoints().first().last(), course.last());
+    }
 }
 
 void tst_SectionNodes::aConnectionAtTheEndHasNoDepth()

@@ -2,7 +2,9 @@
 #include "common/TestProject.h"
 #include "domain/boundary/CQmlDomainObject.h"
 #include "geo/GdalGeoProjector.h"
+#include "host/domain/HostSettings.h"
 #include "interaction/Utils3d.h"
+#include "labels/GridPlane.h"
 #include "network/Crawler.h"
 #include "network/Node.h"
 #include "network/Section.h"
@@ -16,6 +18,7 @@
 #include <Qt3DCore/QTransform>
 #include <Qt3DExtras/QCylinderMesh>
 #include <Qt3DExtras/QGoochMaterial>
+#include <Qt3DExtras/QPerVertexColorMaterial>
 #include <Qt3DExtras/QPhongMaterial>
 #include <Qt3DRender/QCamera>
 #include <Qt3DRender/QLayer>
@@ -169,6 +172,69 @@ private slots:
         twice("sceneWidth", SIGNAL(sceneWidthChanged(double)), 640.0);
         twice("sceneHeight", SIGNAL(sceneHeightChanged(double)), 480.0);
         twice("rayCaster", SIGNAL(rayCasterChanged(Qt3DRender::QRayCaster*)), QVariant::fromValue(caster));
+    }
+
+    void theGridIsThereWhileItIsVisible()
+    {
+        const auto* const grid = m_root->findChild<GridPlane*>();
+        QVERIFY(grid);
+        QVERIFY(grid->isEnabled());
+        m_root->setGridVisible(false);
+        QVERIFY(!grid->isEnabled());
+        m_root->setGridVisible(true);
+        QVERIFY(grid->isEnabled());
+        QCOMPARE(grid->componentsOfType<Qt3DExtras::QPerVertexColorMaterial>().size(), 1);
+    }
+
+    void theGridFollowsTheCamera()
+    {
+        Qt3DRender::QCamera camera;
+        camera.setProperty("viewVectorLenToFovScale", 0.5);
+        camera.setPosition({0, 40, 0});
+        camera.setViewCenter({0, 0, 0});
+        m_root->setCamera(&camera);
+        const auto* const grid = m_root->findChild<GridPlane*>();
+        QCOMPARE(m_root->gridSize(), 20.0);
+        QSignalSpy size(m_root, &SceneRoot::gridSizeChanged);
+
+        camera.setPosition({0, 120, 0});
+        QCOMPARE(m_root->gridSize(), 50.0);
+        QCOMPARE(m_root->property("gridSize").toDouble(), 50.0);
+        QCOMPARE(size.count(), 1);
+        QCOMPARE(size.first().first().toDouble(), 50.0);
+
+        camera.setViewCenter({13, 0, -6});
+        QCOMPARE(grid->position(), QVector3D(10, 0, -5));
+        m_root->setCamera(nullptr);
+    }
+
+    void theGridsHeightIsThatOfTheProject()
+    {
+        TestProject project(QStringLiteral("EPSG:25832"));
+        project.addNode(QStringLiteral("A"), placeA);
+        m_root->qmlOnCompleted();
+        QSignalSpy level(m_root, &SceneRoot::gridSeaLevelChanged);
+        project.activate();
+        QCOMPARE(m_root->gridSeaLevel(), 40.0);
+        QVERIFY(level.count() > 0);
+        QCOMPARE(level.last().first().toDouble(), 40.0);
+
+        Qt3DRender::QCamera camera;
+        m_root->setCamera(&camera);
+        camera.setViewCenter({0, 2.5F, 0});
+        QCOMPARE(m_root->gridSeaLevel(), 42.5);
+        QCOMPARE(level.last().first().toDouble(), 42.5);
+        m_root->setCamera(nullptr);
+    }
+
+    void feetChangeTheGrid()
+    {
+        QSignalSpy size(m_root, &SceneRoot::gridSizeChanged);
+        Torvik::Base::HostSettings::setDistanceUnit(Torvik::Base::HostSettings::unitFeet);
+        QCOMPARE(m_root->gridSize(), static_cast<double>(1.27F));
+        Torvik::Base::HostSettings::setDistanceUnit(Torvik::Base::HostSettings::unitMetres);
+        QCOMPARE(m_root->gridSize(), 1.0);
+        QCOMPARE(size.count(), 2);
     }
 
     void theSizeIsToldAsItIsKept()

@@ -6,6 +6,7 @@
 #include "scene/SceneRoot.h"
 
 #include <QQmlApplicationEngine>
+#include <QQmlComponent>
 #include <QQmlContext>
 #include <QQuickItem>
 #include <QQuickWindow>
@@ -57,6 +58,25 @@ public:
         return found && found->isVisible();
     }
     QString text(const QString& name) const { return item(name)->property("text").toString(); }
+
+    /** What an expression of QML gives, with the names that the host supplies. */
+    QVariant evaluate(const QString& expression)
+    {
+        QQmlComponent component(&m_engine);
+        component.setData("import QtQml 2.12\nimport ostel.controls 1.0\nQtObject { function evaluate() { return " +
+                              expression.toUtf8() + " } }",
+                          {});
+        // Stays, since functions that the expression hands out live no longer than it.
+        QObject* const object = component.create();
+        QVariant result;
+        if (object) {
+            object->setParent(m_window);
+        }
+        if (!object || !QMetaObject::invokeMethod(object, "evaluate", Q_RETURN_ARG(QVariant, result))) {
+            qWarning("%s: %s", qPrintable(expression), qPrintable(component.errorString()));
+        }
+        return result;
+    }
 
     void waitFrames(int count)
     {

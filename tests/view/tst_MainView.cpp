@@ -166,7 +166,8 @@ private slots:
         const QVector3D middle = (start + end) / 2.0F;
         pose({middle.x(), 1500, middle.z()}, middle, {0, 0, 1}, CameraController::View2dTop);
 
-        const QPoint pixel = pixelOf(middle - QVector3D(0, 2, 0));
+        // Beside the grid's lines, which cross above the pipe's middle.
+        const QPoint pixel = pixelOf(middle + QVector3D(3, -2, 0.3F));
         waitFrames(10);
         keep("pipe");
         QTRY_VERIFY_WITH_TIMEOUT(isPipeGreen(QColor(grab().pixel(pixel))), 2000);

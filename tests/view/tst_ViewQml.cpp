@@ -1,5 +1,6 @@
 #include "common/TestProject.h"
 #include "domain/boundary/BaseServices.h"
+#include "host/modules/Belmora.h"
 #include "host/modules/HostModules.h"
 #include "host/modules/Screens.h"
 
@@ -60,6 +61,12 @@ public:
     Q_INVOKABLE QString setting(const QString& key) const
     {
         return Torvik::Base::CApplicationSettings::instance().getCustomSetting(key, "unset");
+    }
+
+    Q_INVOKABLE void failVideo(unsigned code) const
+    {
+        auto* belmora = m_engine->rootContext()->contextProperty("belmora").value<Torvik::Viewer::Belmora*>();
+        emit belmora->videoCreationHandler()->errorOccurred(Torvik::Base::CErrorCode(code));
     }
 
 private:

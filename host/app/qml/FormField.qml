@@ -12,6 +12,14 @@ Column {
     property string error
     property bool number: false
 
+    /** Return was pressed in it. */
+    signal accepted()
+
+    function takeFocus() {
+        input.forceActiveFocus()
+        input.selectAll()
+    }
+
     spacing: 2
 
     Text {
@@ -27,6 +35,7 @@ Column {
         width: parent.width
         implicitHeight: Style.touch
         selectByMouse: true
+        onAccepted: field.accepted()
         color: Style.ink
         font.pixelSize: Style.textSize
         inputMethodHints: field.number ? Qt.ImhFormattedNumbersOnly : Qt.ImhPreferUppercase | Qt.ImhNoPredictiveText

@@ -122,12 +122,6 @@ Rectangle {
                     text: qsTr("Fit")
                     onClicked: viewer.fit()
                 }
-                ToolButton {
-                    objectName: "labelsButton"
-                    text: qsTr("Labels")
-                    on: GlobalNav.labelsVisible
-                    onClicked: GlobalNav.labelsVisible = !GlobalNav.labelsVisible
-                }
             }
 
             Item {
@@ -236,6 +230,16 @@ Rectangle {
                 Layout.fillWidth: true
                 scene: sceneArea.scene
             }
+        }
+    }
+
+    HostScreens {
+        objectName: "hostScreens"
+        visible: !mainView.sceneOnly
+        onOverviewRequested: {
+            mainView.listsOpen = true
+            if (objectId !== "")
+                viewer.goTo(objectId)
         }
     }
 

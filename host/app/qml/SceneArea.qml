@@ -14,7 +14,9 @@ Item {
     property int mode3dType: Torvik3d.CameraController.Translate
     property bool gridVisible: true
     property bool gridDisabled: false
-    property bool gridIsFarAwayFromCamera: false
+    /** Farther away, in metres, the grid is not drawn. */
+    readonly property real gridVisibilityLimit: 3500
+    property bool gridIsFarAwayFromCamera: scene3d.camera.viewVectorLength > gridVisibilityLimit
     property bool screenshotPending: false
     property bool splitViewMode: false
     property real sceneTransparency: 1.0
@@ -58,6 +60,13 @@ Item {
         objectName: "scene"
         anchors.fill: parent
         hoverEnabled: false
+    }
+
+    View3d.GridScaleInfo {
+        objectName: "gridScaleInfo"
+        parentScene: scene3d
+        gridSeaLevel: scene3d.sceneRoot.gridSeaLevel
+        pixelScale: pixelScaleOfScene
     }
 
     View3d.PinchControl {

@@ -45,6 +45,12 @@ def cross(x, y):
     return False
 
 
+def turn(x, y):
+    dx, dy = x - 0.5, y - 0.5
+    ring = abs((dx * dx + dy * dy) ** 0.5 - 0.25) < 0.035 and not (dx > 0 and -dx < dy < 0.02)
+    return ring or arrow(x, y, 0.74, 0.4, 0.76, 0.56)
+
+
 def pipe(x, y):
     """Two walls with their ends, seen from the side."""
     if abs(abs(y - 0.62) - 0.11) < 0.025 and 0.18 < x < 0.82:
@@ -134,7 +140,7 @@ def write(name, sign, active):
                    + chunk(b"IEND", b""))
 
 
-for name, sign in (("zoom-plus", plus), ("zoom-minus", minus), ("position-mode", cross), ("goto-camera", vehicle),
+for name, sign in (("zoom-plus", plus), ("zoom-minus", minus), ("position-mode", cross), ("rotation-mode", turn), ("goto-camera", vehicle),
                    ("goto-section", go_pipe), ("goto-upstream", upstream), ("goto-downstream", downstream),
                    ("goto-gps", pin), ("edit-gps", pen), ("goto-address", house)):
     write(name, sign, False)

@@ -10,6 +10,8 @@ QtObject {
         readonly property QtObject flyingObject: QtObject {
             readonly property color backgroungColor: "#fbfaf8"
             readonly property real backgroungOpacity: 0.6
+            readonly property color textColor: "#23282d"
+            readonly property int fontSize: 13
         }
         readonly property QtObject thumbnailItem: QtObject {
             readonly property int fontSize: 16
@@ -20,6 +22,10 @@ QtObject {
         readonly property QtObject positionMode: QtObject {
             readonly property url active: "qrc:/icons/position-mode-active.png"
             readonly property url disabled: "qrc:/icons/position-mode.png"
+        }
+        readonly property QtObject rotationMode: QtObject {
+            readonly property url active: "qrc:/icons/rotation-mode-active.png"
+            readonly property url disabled: "qrc:/icons/rotation-mode.png"
         }
         readonly property QtObject button3DZoomPlusPipeViewscreen: QtObject {
             readonly property url active: "qrc:/icons/zoom-plus-active.png"

@@ -126,6 +126,27 @@ CameraWindow {
             near(camera.viewCenter, Qt.vector3d(0, 0, 0))
         }
 
+        function test_stepsDuringAMoveBecomeOne() {
+            prepare()
+            follow.active = true
+            verify(camera.animationsRunning)
+            for (let z = 21; z <= 30; ++z) {
+                followed.position = Qt.vector3d(10, 0, z)
+                followed.editingFinished()
+            }
+
+            // The move, and one step that goes to where the object is by then.
+            compare(camera.animScheduler.scheduledAnimations.length, 2)
+            settle()
+            near(camera.viewCenter, Qt.vector3d(10, 0, 30), 0.1)
+            near(camera.position, Qt.vector3d(10, distance, 30 - distance), 0.1)
+            // And the next one counts again.
+            followed.position = Qt.vector3d(10, 0, 31)
+            followed.editingFinished()
+            settle()
+            near(camera.viewCenter, Qt.vector3d(10, 0, 31), 0.1)
+        }
+
         function test_theWayOutOfSplitViewEndsTheMove() {
             prepare()
             follow.active = true

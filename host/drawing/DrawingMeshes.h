@@ -1,0 +1,48 @@
+#pragma once
+
+#include "host/drawing/Drawing.h"
+
+#include <QByteArray>
+#include <QVector3D>
+#include <QVector>
+
+#include <optional>
+
+namespace Torvik::DXF {
+
+/** Vertices as a graphics card takes them, of one kind: one draw call. */
+struct DrawingMesh {
+    enum Kind { Fills, Lines, Points };
+
+    struct Vertex {
+        float x, y, z;
+        DrawingColour colour;
+    };
+
+    Kind kind = Lines;
+    QByteArray vertices; ///< of type Vertex
+    int count = 0;
+    QVector3D smallest;
+    QVector3D largest;
+};
+
+/** A drawing in the scene's axes: (x, y, z) is (-x, z, y). */
+struct DrawingMeshes {
+    QVector<DrawingMesh> meshes; ///< in the order in which they are drawn
+    /** What has been taken off the coordinates so that their fractions survive in single precision: a place in the
+     * midst of the drawing, on whole units. Without a value nothing was. */
+    std::optional<QVector3D> cropOffset;
+    /** What has been taken off the heights besides: drawn at 560 m above the sea throughout, a plan still lies flat on
+     *  the level that it is given. */
+    double baseHeight = 0.0;
+};
+
+/** Vertices of one mesh at most. */
+constexpr int mostOfMesh = 1 << 20;
+
+DrawingMeshes meshesOf(const Drawing& drawing);
+
+/** Metres of a unit by its number in the file ($INSUNITS); without a value for none, and for what is no length. */
+std::optional<double> metresPerUnit(int unitCode);
+
+} // namespace Torvik::DXF

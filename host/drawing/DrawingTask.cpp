@@ -1,0 +1,125 @@
+#include "host/drawing/DrawingTask.h"
+#include "domain/boundary/CLogger.h"
+#include "host/drawing/OgrDrawingReader.h"
+
+#include <QFileInfo>
+
+#include <new>
+
+namespace Torvik::DXF {
+
+namespace {
+
+using Logging::CLogger;
+
+QString category()
+{
+    return QStringLiteral("Torvik::DXF");
+}
+
+void describe(DrawingReport& report, const DrawingFile& file)
+{
+    const QString release = releaseOf(file.version);
+    const bool dwg = file.kind == DrawingFile::Dwg;
+    report.format = (dwg ? QStringLiteral("DWG ") : QStringLiteral("DXF ")) + release;
+    report.format = report.format.trimmed();
+    report.metresPerUnit = metresPerUnit(file.census.unitCode).value_or(0.0);
+    report.entities = file.census.inModel;
+    report.problem = file.problem;
+}
+
+void warn(DrawingReport& report, const DrawingFile& file, const DrawingLosses& losses)
+{
+    const QString name = QFileInfo(report.path).fileName();
+    if (losses.lostAtLeast > 0) {
+        const QString kinds = losses.lost.empty() ? QString() : QStringLiteral(" (%1)").arg(listed(losses.lost));
+        report.warnings << QStringLiteral(
+                               "%1: %2 of %3 entities could not be read%4. Save it again as DXF in text form "
+                               "if something is missing.")
+                               .arg(name)
+                               .arg(losses.lostAtLeast)
+                               .arg(report.entities)
+                               .arg(kinds);
+    }
+    if (file.kind == DrawingFile::TextDxf && !file.census.hasEnd)
+        report.warnings
+            << QStringLiteral("%1 has no end mark; what comes after its entities may be missing.").arg(name);
+    if (file.kind == DrawingFile::Dwg)
+        report.warnings << QStringLiteral(
+                               "%1 is a DWG, of which only a part of the entities can be read. Save it as DXF "
+                               "in text form if something is missing.")
+                               .arg(name);
+}
+
+void log(const DrawingReport& report, const DrawingRead& read)
+{
+    for (const QString& warning : report.warnings)
+        CLogger::logMessage(Logging::LogWarning, category(), warning);
+    CLogger::logMessage(
+        Logging::LogInformation, category(),
+        QStringLiteral("%1: %2, %3 features, %4 segments, %5 triangles, %6 points; %7 features hidden by "
+                       "their layer, %8 on sheets")
+            .arg(report.path, report.format)
+            .arg(read.features)
+            .arg(report.segments)
+            .arg(report.triangles)
+            .arg(report.points)
+            .arg(read.hidden)
+            .arg(read.inPaper));
+    if (!read.losses.passedOver.empty())
+        CLogger::logMessage(Logging::LogInformation, category(),
+                            QStringLiteral("%1: passed over %2").arg(report.path, listed(read.losses.passedOver)));
+}
+
+void fail(DrawingReport& report, DrawingFile& file, DrawingProblem problem, const QString& complaint)
+{
+    file.problem = problem;
+    report.problem = problem;
+    report.message = explain(file, report.path);
+    if (problem != DrawingProblem::Cancelled)
+        CLogger::logMessage(Logging::LogError, category(),
+                            complaint.isEmpty() ? report.message
+                                                : QStringLiteral("%1 (%2)").arg(report.message, complaint));
+}
+
+void readInto(DrawingResult& result, const std::shared_ptr<const std::atomic<bool>>& cancelled)
+{
+    DrawingReport& report = result.report;
+    DrawingFile file = inspectDrawing(report.path, *cancelled);
+    describe(report, file);
+    if (file.problem != DrawingProblem::None) {
+        fail(report, file, file.problem, {});
+        return;
+    }
+    const DrawingRead read = readDrawing(report.path, file, cancelled);
+    report.lost = read.losses.lostAtLeast;
+    report.segments = int(read.drawing.lines.size() / 2);
+    report.triangles = int(read.drawing.fills.size() / 3);
+    report.points = int(read.drawing.points.size());
+    if (read.problem != DrawingProblem::None) {
+        const bool gone = read.problem == DrawingProblem::Unread && !QFileInfo::exists(report.path);
+        fail(report, file, gone ? DrawingProblem::Missing : read.problem, read.complaint);
+        return;
+    }
+    warn(report, file, read.losses);
+    log(report, read);
+    result.meshes = meshesOf(read.drawing);
+}
+
+} // namespace
+
+DrawingResult readToMeshes(const QString& path, const std::shared_ptr<const std::atomic<bool>>& cancelled)
+{
+    DrawingResult result;
+    result.report.path = path;
+    try {
+        readInto(result, cancelled);
+    } catch (const std::bad_alloc&) {
+        DrawingFile file;
+        result.meshes = {};
+        fail(result.report, file, DrawingProblem::TooMuch, {});
+    }
+    return result;
+}
+
+} // namespace Torvik::DXF

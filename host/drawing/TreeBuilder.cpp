@@ -1,0 +1,85 @@
+#include "host/drawing/TreeBuilder.h"
+#include "host/drawing/DrawingEntities.h"
+
+#include <QElapsedTimer>
+#include <QTimerEvent>
+#include <QVariant>
+#include <Qt3DCore/QEntity>
+
+namespace Torvik::DXF {
+
+namespace {
+
+/** A turn of the event loop may last this long, and then so long as one entity takes. */
+constexpr int sliceMs = 10;
+
+} // namespace
+
+TreeBuilder::TreeBuilder(DrawingResult result, std::shared_ptr<const std::atomic<bool>> cancelled,
+                         std::function<void(Qt3DCore::QEntity*)> done)
+    : m_result(std::move(result))
+    , m_cancelled(std::move(cancelled))
+    , m_done(std::move(done))
+{
+}
+
+TreeBuilder::~TreeBuilder() = default;
+
+void TreeBuilder::start()
+{
+    QMetaObject::invokeMethod(
+        this, [this] { m_timer.start(0, this); }, Qt::QueuedConnection);
+}
+
+void TreeBuilder::timerEvent(QTimerEvent* event)
+{
+    if (event->timerId() != m_timer.timerId()) {
+        QObject::timerEvent(event);
+        return;
+    }
+    QElapsedTimer slice;
+    slice.start();
+    do {
+        if (*m_cancelled) {
+            end(nullptr);
+            return;
+        }
+        if (!m_root)
+            makeRoot();
+        else if (m_next < m_result.meshes.meshes.size())
+            makeNext();
+        else {
+            end(m_root.release());
+            return;
+        }
+    } while (slice.elapsed() < sliceMs);
+}
+
+void TreeBuilder::makeRoot()
+{
+    m_root = std::make_unique<Qt3DCore::QEntity>();
+    m_root->setObjectName(QStringLiteral("Drawing"));
+    if (m_result.meshes.cropOffset)
+        m_root->setProperty("dxfCropOffset", *m_result.meshes.cropOffset);
+    if (m_result.report.metresPerUnit > 0.0)
+        m_root->setProperty("dxfMetresPerUnit", m_result.report.metresPerUnit);
+}
+
+void TreeBuilder::makeNext()
+{
+    DrawingMesh& mesh = m_result.meshes.meshes[m_next++];
+    Qt3DRender::QMaterial*& material = m_materials[mesh.kind];
+    if (!material)
+        material = makeDrawingMaterial(mesh.kind, m_root.get());
+    makeMeshEntity(mesh, material, m_root.get());
+    mesh.vertices.clear();
+}
+
+void TreeBuilder::end(Qt3DCore::QEntity* root)
+{
+    m_timer.stop();
+    m_done(root);
+    deleteLater();
+}
+
+} // namespace Torvik::DXF
