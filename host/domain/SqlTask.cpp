@@ -9,6 +9,8 @@
 #include <QSqlQuery>
 #include <QThread>
 
+#include <optional>
+
 namespace Torvik::Database {
 
 namespace {
@@ -44,6 +46,15 @@ bool runStatement(QSqlQuery& query, const QString& statement, const QMap<QString
     return query.exec();
 }
 
+/** What doesn't says so by its first word. */
+bool onlyReads(const QString& statement)
+{
+    return statement.trimmed().startsWith(QLatin1String("SELECT"), Qt::CaseInsensitive);
+}
+
+/** Set while a task runs on behalf of a thread that waits for it: it is then not repeated. */
+thread_local bool callerWaits = false;
+
 StoreStatus attempt(const QString& file, const QString& statement, const QMap<QString, QVariant>& bindings,
                     SqlResult& result)
 {
@@ -52,7 +63,13 @@ StoreStatus attempt(const QString& file, const QString& statement, const QMap<QS
     if (!connection) {
         return status;
     }
-    const WriteTurn turn;
+    std::optional<WriteTurn> turn;
+    if (!onlyReads(statement)) {
+        turn.emplace(callerWaits ? SqlConnection::busyTimeoutMs : WriteTurn::withoutLimit);
+        if (!turn->hasCome()) {
+            return {QStringLiteral("%1: it is being written to").arg(file), WriteTurn::notCome};
+        }
+    }
     QSqlQuery query(connection->database());
     query.setForwardOnly(true);
     if (!runStatement(query, statement, bindings)) {
@@ -68,9 +85,6 @@ StoreStatus attempt(const QString& file, const QString& statement, const QMap<QS
     result = SqlResult(std::move(rows));
     return {};
 }
-
-/** Set while a task runs on behalf of a thread that waits for it: it is then not repeated. */
-thread_local bool callerWaits = false;
 
 /** Tries again while the failure may pass. What is queued behind waits too, so the order stays. */
 template <typename Run>

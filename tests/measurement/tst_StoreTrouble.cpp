@@ -106,6 +106,7 @@ private slots:
     void aShortLockIsNoTrouble();
     void ourOwnStatementsAreNoOtherProgram();
     void aChangedObjectNeedNotWaitForAllThatIsMeasured();
+    void statementsRunAtOnceTakeTheirTurn();
     void aProjectThatIsClosedGivesUpAfterAWhile();
     void theNextProjectIsStoredAgain();
 
@@ -319,6 +320,29 @@ void tst_StoreTrouble::aChangedObjectNeedNotWaitForAllThatIsMeasured()
     QVERIFY2(pointsThen < 2 + many, "all was measured before");
     handler().waitUntilStored();
     QCOMPARE(m_project->pointCount(m_project->key(m_inspection)), 2 + many);
+}
+
+void tst_StoreTrouble::statementsRunAtOnceTakeTheirTurn()
+{
+    constexpr int slowMs = 1500;
+    const SlowDisk slow(slowMs);
+    QElapsedTimer passed;
+    passed.start();
+    measure(m_inspection, 2, 1);
+    QTest::qWait(50);
+
+    SqlUserTask reading(QStringLiteral("SELECT COUNT(*) FROM SECMES"), {});
+    reading.executeNow();
+    const qint64 read = passed.elapsed();
+    SqlUserTask writing(QStringLiteral("UPDATE SECMES SET MES_Type = 'X'"), {});
+    writing.executeNow();
+    const qint64 written = passed.elapsed();
+
+    QCOMPARE(reading.getStringResult(0, 0), QStringLiteral("1"));
+    QVERIFY2(read < slowMs, "reading waited for a write");
+    QVERIFY2(written >= slowMs, "there was nothing to wait for");
+    QCOMPARE(m_project->stored("SECMES", "MES_Inspection_FK", m_inspection, "MES_Type").toString(),
+             QStringLiteral("X"));
 }
 
 void tst_StoreTrouble::aProjectThatIsClosedGivesUpAfterAWhile()
