@@ -50,20 +50,29 @@ private:
 /** Stores a line as it is when its turn comes. */
 class LineStep : public QRunnable {
 public:
-    LineStep(std::function<std::unique_ptr<QRunnable>()> newest, QSemaphore& done)
-        : m_newest(std::move(newest))
+    LineStep(std::unique_ptr<QRunnable>& newest, QMutex& mutex, QSemaphore& done)
+        : m_newest(newest)
+        , m_mutex(mutex)
         , m_done(done)
     {
     }
 
     void run() override
     {
-        m_newest()->run();
+        QMutexLocker lock(&m_mutex);
+        std::unique_ptr<QRunnable> task = std::move(m_newest);
+        lock.unlock();
+        task->run();
+        // Its text's room may serve again from here on.
+        lock.relock();
+        task.reset();
+        lock.unlock();
         m_done.release();
     }
 
 private:
-    std::function<std::unique_ptr<QRunnable>()> m_newest;
+    std::unique_ptr<QRunnable>& m_newest;
+    QMutex& m_mutex;
     QSemaphore& m_done;
 };
 
@@ -130,24 +139,20 @@ void MeasurementPointsHandler::run(QString statement, Answer answer)
 
 void MeasurementPointsHandler::storeLine(const QString& key)
 {
-    QString statement = MeasurementStatements::storeLine(m_points.text(), key);
+    QMutexLocker lock(&m_linesMutex);
+    std::unique_ptr<QRunnable>& waiting = m_waitingLines[key];
+    const bool queued = waiting != nullptr;
+    waiting.reset();
+    QString& statement = m_lineTexts.room();
+    MeasurementStatements::appendStoreLine(statement, m_points.text(), key);
     auto* const task = Database::SqlUserTask::createAsyncTask(statement);
     task->setAsync(&m_async);
-    {
-        QMutexLocker lock(&m_linesMutex);
-        std::unique_ptr<QRunnable>& waiting = m_waitingLines[key];
-        const bool queued = waiting != nullptr;
-        waiting.reset(task);
-        if (queued)
-            return;
-    }
+    waiting.reset(task);
+    lock.unlock();
+    if (queued)
+        return;
     ++m_started;
-    m_async.startTask(new LineStep(
-        [this, key] {
-            QMutexLocker lock(&m_linesMutex);
-            return std::move(m_waitingLines[key]);
-        },
-        m_done));
+    m_async.startTask(new LineStep(waiting, m_linesMutex, m_done));
 }
 
 void MeasurementPointsHandler::waitUntilStored()

@@ -2,6 +2,7 @@
 
 #include "domain/boundary/Async.h"
 #include "measurement/MeasuredLine.h"
+#include "measurement/TextPool.h"
 #include "scene/KxView3dExport.h"
 
 #include <QMap>
@@ -86,6 +87,7 @@ private:
     int m_started = 0;
     QSemaphore m_done;
     QMutex m_linesMutex;
+    TextPool m_lineTexts;
     std::map<QString, std::unique_ptr<QRunnable>> m_waitingLines; ///< by key; the worker takes them
     /** Last: it runs what it has before it goes. */
     Shared::Async m_async;

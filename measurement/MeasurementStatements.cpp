@@ -42,8 +42,18 @@ QString addPoint(const QString& pointKey, const QString& key, const QVector3D& p
 
 QString storeLine(const QString& line, const QString& key)
 {
-    return QStringLiteral(R"sql(UPDATE SECMES SET MES_TxtValues = "LINESTRING ZM(%1)" WHERE MES_PK = "%2")sql")
-        .arg(line, key);
+    QString statement;
+    appendStoreLine(statement, line, key);
+    return statement;
+}
+
+void appendStoreLine(QString& statement, const QString& line, const QString& key)
+{
+    statement += QLatin1String(R"sql(UPDATE SECMES SET MES_TxtValues = "LINESTRING ZM()sql");
+    statement += line;
+    statement += QLatin1String(R"sql()" WHERE MES_PK = ")sql");
+    statement += key;
+    statement += QLatin1Char('"');
 }
 
 QString deletePoints(int first, int last, const QString& key)

@@ -17,6 +17,8 @@ QString addPoint(const QString& pointKey, const QString& key, const QVector3D& p
                  const QDateTime& at);
 /** `line` is the inside of the line string. */
 QString storeLine(const QString& line, const QString& key);
+/** The same, put behind a text whose room may serve again. */
+void appendStoreLine(QString& statement, const QString& line, const QString& key);
 /** The points with numbers from `first` up to, but not including, `last`. */
 QString deletePoints(int first, int last, const QString& key);
 /** Moves the points from `last` on down by `count`. */

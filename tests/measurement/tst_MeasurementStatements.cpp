@@ -1,6 +1,7 @@
 #include "measurement/MeasuredLine.h"
 #include "measurement/MeasurementStatements.h"
 #include "measurement/PointsStatements.h"
+#include "measurement/TextPool.h"
 
 #include <QtTest>
 
@@ -38,6 +39,7 @@ private slots:
     void aRangeIsRemovedAsFarAsItIsThere_data();
     void aRangeIsRemovedAsFarAsItIsThere();
     void anEmptiedLineBeginsAnew();
+    void roomServesAgainWhenNobodyHoldsIt();
     void aRangeMayEndOnePastTheEnd();
 };
 
@@ -202,6 +204,23 @@ void tst_MeasurementStatements::anEmptiedLineBeginsAnew()
     QCOMPARE(line.text(), QString());
     line.insert(0, {7, 0, 0});
     QCOMPARE(line.text(), QStringLiteral("7 0 0 160"));
+}
+
+void tst_MeasurementStatements::roomServesAgainWhenNobodyHoldsIt()
+{
+    TextPool pool;
+    QVERIFY(pool.room().isEmpty());
+    const QChar* const room = pool.room().append(QString(1000, QLatin1Char('a'))).constData();
+    QString& again = pool.room();
+    QVERIFY(again.isEmpty());
+    QString held = again.append(QString(800, QLatin1Char('b')));
+    QCOMPARE(held.constData(), room);
+
+    pool.room().append(QString(10, QLatin1Char('c')));
+
+    QCOMPARE(held, QString(800, QLatin1Char('b')));
+    held.clear();
+    QCOMPARE(pool.room().append(QLatin1Char('d')).constData(), room);
 }
 
 void tst_MeasurementStatements::aRangeMayEndOnePastTheEnd()
