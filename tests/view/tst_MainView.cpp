@@ -344,6 +344,21 @@ private slots:
         QTRY_COMPARE(QColor(grab().pixel(corner)), QColor(194, 194, 194));
     }
 
+    void theGridCanBeTakenOutOfTheView()
+    {
+        start();
+        SceneRoot* root = SceneRoot::instance();
+        pose({0, 400, 0}, {0, 0, 0}, {0, 0, 1}, CameraController::View2dTop);
+        QTRY_VERIFY(root->gridVisible());
+
+        click("gridButton");
+        QTRY_VERIFY(!root->gridVisible());
+        QVERIFY(!itemNamed(m_window->contentItem(), "gridButton")->property("on").toBool());
+
+        click("gridButton");
+        QTRY_VERIFY(root->gridVisible());
+    }
+
     void closingTheProjectResetsTheCamera()
     {
         TestProject project;

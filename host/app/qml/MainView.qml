@@ -122,6 +122,12 @@ Rectangle {
                     text: qsTr("Fit")
                     onClicked: viewer.fit()
                 }
+                ToolButton {
+                    objectName: "gridButton"
+                    text: qsTr("Grid")
+                    on: sceneArea.gridVisible
+                    onClicked: sceneArea.gridVisible = !sceneArea.gridVisible
+                }
             }
 
             Item {
