@@ -216,7 +216,9 @@ void DomainReader::finishLoad()
 {
     const int total = m_load->total();
     const auto inspection = m_load->activeInspection;
+    const auto project = m_load->project;
     m_load.reset();
+    emit projectRead(project);
     initConnections();
     emit loadingProgress(total, total);
     emit loadingFinished();

@@ -64,6 +64,8 @@ signals:
     void loadingStarted(int total);
     void loadingProgress(int done, int total);
     void loadingFinished();
+    /** All objects of a project have been told, and what comes next is a change. */
+    void projectRead(const QSharedPointer<Torvik::Database::CProjectObject>& project);
 
 private:
     struct Load;

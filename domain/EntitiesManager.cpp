@@ -14,6 +14,7 @@
 #include "network/Node.h"
 #include "network/ObservationConnection.h"
 #include "network/Section.h"
+#include "plans/PlanLoader.h"
 #include "scene/Debounce.h"
 #include "scene/SceneEntities.h"
 #include "scene/SceneRoot.h"
@@ -72,6 +73,7 @@ void EntitiesManager::init()
     connect(&m_reader, &DomainReader::loadingStarted, this, &EntitiesManager::onLoadingStarted);
     connect(&m_reader, &DomainReader::loadingProgress, this, &EntitiesManager::onLoadingProgress);
     connect(&m_reader, &DomainReader::loadingFinished, this, &EntitiesManager::onLoadingFinished);
+    connect(&m_reader, &DomainReader::projectRead, m_root.planLoader(), &PlanLoader::loadPlanFromProject);
     connect(&m_removals, &RemovalQueue::finished, this, [this] {
         leaveScene();
         m_reader.resumeLoad();

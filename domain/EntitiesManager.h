@@ -105,6 +105,7 @@ private:
     static void refreshCrawler();
     static void detachCrawler();
     void testProximty(const QSharedPointer<Database::CPipeInspectionObject>& inspection);
+    void cleanPlans();
     void cleanObservations();
     void cleanNodes();
     void cleanVirtualNodes();

@@ -4,6 +4,8 @@
 #include "network/Node.h"
 #include "network/ObservationConnection.h"
 #include "network/Section.h"
+#include "plans/IBackgroundPlan.h"
+#include "plans/PlanLoader.h"
 #include "scene/SceneEntities.h"
 #include "scene/SceneRoot.h"
 
@@ -31,7 +33,7 @@ void EntitiesManager::onObjectRemoved(const QString& id)
 
 void EntitiesManager::onCleanAll()
 {
-    SceneEntities::instance().deleteBackgroundPlan();
+    cleanPlans();
     cleanObservations();
     cleanNodes();
     const auto sections = SceneEntities::instance().getPipeEntities().takeAll();
@@ -39,6 +41,18 @@ void EntitiesManager::onCleanAll()
         letGo(section);
     detachCrawler();
     cleanVirtualNodes();
+}
+
+void EntitiesManager::cleanPlans()
+{
+    // One that is still loading must not come to lie in the next project, nor wait for its confirmation there.
+    m_root.planLoader()->abandon();
+    auto& entities = SceneEntities::instance();
+    if (IBackgroundPlan* const waiting = entities.getBackgroundPlanToConfirm()) {
+        waiting->deleteLater();
+        entities.setBackgroundPlanToConfirm(nullptr);
+    }
+    entities.deleteBackgroundPlan();
 }
 
 void EntitiesManager::letGo(Renderable* object)

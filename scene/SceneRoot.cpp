@@ -5,6 +5,7 @@
 #include "interaction/TouchInput.h"
 #include "measurement/SystemControlProxy.h"
 #include "network/Crawler.h"
+#include "plans/BackgroundLoader.h"
 #include "plans/IBackgroundPlan.h"
 #include "scene/Fuzzy.h"
 #include "scene/GlobalNav.h"
@@ -57,6 +58,7 @@ SceneRoot::SceneRoot()
     , m_gridMaterial(new Qt3DExtras::QPerVertexColorMaterial)
     , m_rayCaster(new Qt3DRender::QRayCaster(this))
     , m_touchInput(new TouchInput(this))
+    , m_planLoader(std::make_unique<BackgroundLoader>())
 {
     m_instance = this;
     SharedComponents::instance().setHome(this);

@@ -15,6 +15,8 @@
 #include <Qt3DCore/QEntity>
 #include <Qt3DRender/QCamera>
 
+#include <memory>
+
 namespace Qt3DCore {
 class QTransform;
 }
@@ -32,6 +34,7 @@ namespace Torvik::View3d {
 
 class Crawler;
 class GridPlane;
+class PlanLoader;
 class TouchInput;
 
 /** Root of the network's part of the scene and the facade that QML talks to. It holds what the scene's objects share -
@@ -70,6 +73,7 @@ class KXVIEW3D_EXPORT SceneRoot : public Qt3DCore::QEntity {
     Q_PROPERTY(Qt3DRender::QCamera* camera READ camera WRITE setCamera)
     Q_PROPERTY(Torvik::View3d::Crawler* crawler READ crawler WRITE setCrawler NOTIFY crawlerChanged)
     Q_PROPERTY(Qt3DRender::QRayCaster* rayCaster READ rayCaster WRITE setRayCaster NOTIFY rayCasterChanged)
+    Q_PROPERTY(Torvik::View3d::PlanLoader* planLoader READ planLoader CONSTANT)
     Q_PROPERTY(Torvik::View3d::Renderable* selectedRenderable READ selectedRenderable NOTIFY selectedRenderableChanged)
     Q_PROPERTY(int selectionsCount READ selectionsCount NOTIFY selectedRenderableChanged)
 
@@ -116,6 +120,9 @@ public:
     /** The inspection vehicle that QML has made, or null. */
     Crawler* crawler() const;
     Qt3DRender::QRayCaster* rayCaster() const { return m_rayCaster; }
+
+    /** Loads the plan that lies under the network; never null. */
+    PlanLoader* planLoader() const { return m_planLoader.get(); }
 
     /** The finger on the scene's objects. */
     TouchInput* touchInput() const { return m_touchInput; }
@@ -294,6 +301,7 @@ private:
     bool m_planLayerOnAllViewModesEnabled = true;
     bool m_selectionsEnabled = true;
     int m_maxSelection = 1;
+    std::unique_ptr<PlanLoader> m_planLoader;
 };
 
 } // namespace Torvik::View3d

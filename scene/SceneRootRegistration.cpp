@@ -5,6 +5,7 @@
 #include "network/Crawler.h"
 #include "network/Node.h"
 #include "network/Section.h"
+#include "plans/BackgroundLoader.h"
 #include "plans/IBackgroundPlan.h"
 #include "scene/FlaggedTransform.h"
 #include "scene/SceneEntities.h"
@@ -31,6 +32,8 @@ void SceneRoot::registerMetaTypes()
     qRegisterMetaType<Renderable*>("Renderable*");
     qRegisterMetaType<TouchControlBase*>("TouchControlBase*");
     qRegisterMetaType<FlaggedTransform*>("FlaggedTransform*");
+    qRegisterMetaType<BackgroundLoader*>("BackgroundLoader*");
+    qRegisterMetaType<PlanLoader*>("PlanLoader*");
 
     // The form that names the interface; Qt before 5.15 knows no other.
     QT_WARNING_PUSH

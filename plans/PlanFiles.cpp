@@ -1,0 +1,141 @@
+#include "plans/PlanFiles.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QMap>
+#include <QSaveFile>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+namespace Torvik::View3d::PlanFiles {
+
+namespace {
+
+constexpr qint64 blockBytes = 1024 * 1024;
+
+QString cannotMove(const QString& from, const QString& to, const QString& reason)
+{
+    return QStringLiteral("%1 cannot be moved to %2: %3").arg(from, to, reason);
+}
+
+/** Empty when the copy is whole and on the disk. */
+QString copy(const QString& from, const QString& to)
+{
+    QFile in(from);
+    if (!in.open(QIODevice::ReadOnly))
+        return cannotMove(from, to, in.errorString());
+    QSaveFile out(to);
+    if (!out.open(QIODevice::WriteOnly))
+        return cannotMove(from, to, out.errorString());
+    while (!in.atEnd()) {
+        const QByteArray block = in.read(blockBytes);
+        if (block.isEmpty())
+            break;
+        if (out.write(block) != block.size())
+            return cannotMove(from, to, QStringLiteral("the disk may be full: ") + out.errorString());
+    }
+    if (in.error() != QFileDevice::NoError)
+        return cannotMove(from, to, in.errorString());
+    if (!out.flush() || !out.commit())
+        return cannotMove(from, to, QStringLiteral("the disk may be full: ") + out.errorString());
+    return {};
+}
+
+QString asideOf(const QString& path)
+{
+    QString aside = path + QStringLiteral(".aside");
+    while (QFile::exists(aside))
+        aside += QStringLiteral("~");
+    return aside;
+}
+
+/** The target's place is free only as long as the new file comes into it. */
+QString moveOver(const QString& source, const QString& target)
+{
+    const bool taken = QFile::exists(target);
+    const QString aside = taken ? asideOf(target) : QString();
+    if (taken) {
+        const QString problem = move(target, aside);
+        if (!problem.isEmpty())
+            return problem;
+    }
+    const QString problem = move(source, target);
+    if (taken && problem.isEmpty())
+        QFile::remove(aside);
+    else if (taken)
+        move(aside, target);
+    return problem;
+}
+
+} // namespace
+
+qlonglong sizeLimit(const QString& extension)
+{
+    static const QMap<QString, qlonglong> limits {{QStringLiteral("dxf"), 52428800}, {QStringLiteral("dwg"), 10485760}};
+    return limits.value(extension.toLower(), 0);
+}
+
+bool isValid(const QString& path)
+{
+    const QFileInfo file(path);
+    if (!file.exists())
+        return false;
+    const qlonglong limit = sizeLimit(file.suffix());
+    return limit <= 0 || file.size() <= limit;
+}
+
+QString move(const QString& from, const QString& to)
+{
+    if (!QFile::exists(from))
+        return cannotMove(from, to, QStringLiteral("it is not there any more"));
+    if (QFile::exists(to))
+        return cannotMove(from, to, QStringLiteral("there is a file of that name already"));
+    if (std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0)
+        return {};
+    if (errno != EXDEV)
+        return cannotMove(from, to, QString::fromLocal8Bit(std::strerror(errno)));
+    const QString problem = copy(from, to);
+    if (problem.isEmpty())
+        QFile::remove(from);
+    return problem;
+}
+
+QString backupOf(const QString& path)
+{
+    return path + QStringLiteral(".bak");
+}
+
+Swapped swap(const QString& oldPath, const QString& source, const QString& target)
+{
+    const bool hasOld = !oldPath.isEmpty() && QFile::exists(oldPath);
+    if (source == target) {
+        if (hasOld && oldPath != source)
+            QFile::remove(oldPath);
+        return {source, {}};
+    }
+    if (!hasOld) {
+        const QString problem = move(source, target);
+        return {problem.isEmpty() ? target : source, problem};
+    }
+    const QString backup = backupOf(oldPath);
+    const QString hindered = move(oldPath, backup);
+    if (!hindered.isEmpty())
+        return {source, hindered};
+    const QString problem = moveOver(source, target);
+    if (problem.isEmpty()) {
+        QFile::remove(backup);
+        return {target, {}};
+    }
+    const QString lost = move(backup, oldPath);
+    return {oldPath, lost.isEmpty() ? problem : problem + QLatin1Char('\n') + lost};
+}
+
+void recover(const QString& path)
+{
+    if (!path.isEmpty() && !QFile::exists(path) && QFile::exists(backupOf(path)))
+        move(backupOf(path), path);
+}
+
+} // namespace Torvik::View3d::PlanFiles

@@ -1,0 +1,491 @@
+#include "common/LogCapture.h"
+#include "common/TestProject.h"
+#include "geo/GdalGeoProjector.h"
+#include "plans/BackgroundImage.h"
+#include "plans/BackgroundLoader.h"
+#include "plans/PaperPlan.h"
+#include "plans/PlanSettingsIO.h"
+#include "scene/SceneEntities.h"
+#include "scene/SceneRoot.h"
+
+#include <QImage>
+#include <QtTest>
+
+#include <memory>
+
+using namespace Torvik::View3d;
+using Kx::Test::TestProject;
+using Torvik::AppState;
+using Torvik::Base::CErrorCode;
+using Torvik::Base::CFileSystemNames;
+
+namespace {
+
+SceneEntities& entities()
+{
+    return SceneEntities::instance();
+}
+
+void deleteWhatIsToBeDeleted()
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+/** What a loader tells, in its order. */
+class Heard {
+public:
+    explicit Heard(PlanLoader* loader)
+    {
+        const auto note = [this](const QString& line) { lines << line; };
+        QObject::connect(loader, &PlanLoader::planLoaded, &m_here,
+                         [note](Renderable* plan) { note(QStringLiteral("loaded ") + plan->renderableType()); });
+        QObject::connect(loader, &PlanLoader::planLoadingChanged, &m_here,
+                         [note, loader] { note(loader->planLoading() ? "loading" : "idle"); });
+        QObject::connect(loader, &PlanLoader::cancelFinished, &m_here, [note] { note("cancelled"); });
+        QObject::connect(loader, &PlanLoader::fileTooLarge, &m_here,
+                         [note](const SizeInfo& size) { note(QString("too large %1").arg(size.currentWidth)); });
+        QObject::connect(loader, &PlanLoader::corruptedPlanFile, &m_here,
+                         [note](CErrorCode error) { note(QString("corrupted %1").arg(error.code(), 0, 16)); });
+        QObject::connect(loader, &PlanLoader::pdfConverterProblem, &m_here,
+                         [note](CErrorCode error) { note(QString("converter %1").arg(error.code(), 0, 16)); });
+        QObject::connect(loader, &PlanLoader::progressPlanLoadChanged, &m_here,
+                         [note](int progress) { note(QString("progress %1").arg(progress)); });
+    }
+
+    QStringList lines;
+
+private:
+    QObject m_here;
+};
+
+/** A loader whose plans do what the test has them do. */
+class PaperLoader : public PlanLoader {
+public:
+    PaperLoader()
+        : PlanLoader(nullptr)
+    {
+    }
+    IBackgroundPlan* createNewPlan(const QString& path) override
+    {
+        if (!path.endsWith(QLatin1String(".paper")))
+            return nullptr;
+        class Waiting : public PaperPlan {
+        public:
+            using PaperPlan::PaperPlan;
+            void load() override {}
+        };
+        plan = new Waiting(SceneRoot::instance());
+        return plan;
+    }
+    void applyTranslationFromPlanFile(IBackgroundPlan*, const PlanSettings&) override {}
+    void initGeoProjector(const PlanSettings&) override {}
+
+    QPointer<PaperPlan> plan;
+};
+
+} // namespace
+
+/** Loading a plan from a file or from the project, cancelling it, and swapping it for another. */
+class tst_PlanLoader : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { SceneRoot::registerMetaTypes(); }
+
+    void init()
+    {
+        GdalGeoProjector::instance()->deinit();
+        m_root = std::make_unique<SceneRoot>();
+        m_root->qmlOnCompleted();
+        m_project = std::make_unique<TestProject>(QStringLiteral("EPSG:25832"));
+        m_folder = std::make_unique<QTemporaryDir>();
+    }
+
+    void cleanup()
+    {
+        entities().setBackgroundPlan(nullptr);
+        AppState::instance().setActiveProject({});
+        deleteWhatIsToBeDeleted();
+        m_project.reset();
+        m_root.reset();
+        GdalGeoProjector::instance()->deinit();
+    }
+
+    void theSceneHasALoaderThatIsIdle()
+    {
+        QCOMPARE(m_root->property("planLoader").value<PlanLoader*>(), m_root->planLoader());
+        QVERIFY(!m_root->planLoader()->planLoading());
+        QCOMPARE(m_root->planLoader()->getPlanFileSizeLimit(QStringLiteral("PDF")), 0LL);
+        QCOMPARE(m_root->planLoader()->getPlanFileSizeLimit(QStringLiteral("DXF")), 52428800LL);
+    }
+
+    void aPictureIsLoadedAndHandedOn()
+    {
+        PlanLoader& loader = *m_root->planLoader();
+        Heard heard(&loader);
+
+        loader.loadPlan(picture("new.PNG"));
+        QVERIFY(loader.planLoading());
+        QTRY_COMPARE(heard.lines.size(), 3);
+
+        QCOMPARE(heard.lines, (QStringList {"loading", "loaded imagebackground", "idle"}));
+        QVERIFY(!entities().planLoaded());
+    }
+
+    void kindsAreToldByTheirEnding_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("type");
+        for (const char* name : {"a.jpg", "A.JPEG", "a.gif", "a.exif", "a.tiff", "a.bmp", "a.Png", "a.dxf.png"})
+            QTest::newRow(name) << name << "imagebackground";
+        for (const char* name : {"a.tif", "a.txt", "png", "a"})
+            QTest::newRow(name) << name << QString();
+    }
+
+    void kindsAreToldByTheirEnding()
+    {
+        QFETCH(QString, name);
+
+        const std::unique_ptr<IBackgroundPlan> plan(BackgroundLoader().createNewPlan(name));
+
+        QTEST(plan ? plan->renderableType() : QString(), "type");
+    }
+
+    void aFileOfNoKindIsRefused()
+    {
+        const QString path = m_folder->filePath(QStringLiteral("plan.txt"));
+        QVERIFY(QFile(path).open(QIODevice::WriteOnly));
+        Heard heard(m_root->planLoader());
+
+        m_root->planLoader()->loadPlan(path);
+
+        QCOMPARE(heard.lines, QStringList());
+        QVERIFY(!m_root->planLoader()->planLoading());
+        QVERIFY(m_root->planLoader()->problem().contains(path));
+    }
+
+    void aFileThatIsNotThereIsPassedOverInSilence()
+    {
+        Heard heard(m_root->planLoader());
+
+        m_root->planLoader()->loadPlan(m_folder->filePath(QStringLiteral("missing.png")));
+
+        QCOMPARE(heard.lines, QStringList());
+        QCOMPARE(m_root->planLoader()->problem(), QString());
+    }
+
+    void anUnreadableFileIsToldAndItsPlanGoes()
+    {
+        Heard heard(m_root->planLoader());
+
+        m_root->planLoader()->loadPlan(broken("broken.png"));
+        QTRY_COMPARE(heard.lines.size(), 5);
+
+        QCOMPARE(heard.lines, (QStringList {"loading", "corrupted 150201", "idle", "cancelled", "idle"}));
+        deleteWhatIsToBeDeleted();
+        QCOMPARE(m_root->findChildren<BackgroundImage*>().size(), 0);
+    }
+
+    void aPictureThatIsTooLargeIsTold()
+    {
+        Heard heard(m_root->planLoader());
+
+        m_root->planLoader()->loadPlan(picture("large.png", {4049, 2}));
+        QTRY_VERIFY(heard.lines.size() >= 6);
+
+        QCOMPARE(heard.lines, (QStringList {"loading", "too large 4049", "cancelled", "idle", "cancelled", "idle"}));
+        deleteWhatIsToBeDeleted();
+        QCOMPARE(m_root->findChildren<BackgroundImage*>().size(), 0);
+    }
+
+    void cancellingIsToldTwiceAndDeletesThePlan()
+    {
+        PaperLoader loader;
+        Heard heard(&loader);
+        loader.cancel();
+        QCOMPARE(heard.lines, QStringList());
+        loader.loadPlan(broken("some.paper"));
+
+        loader.cancel();
+
+        QCOMPARE(heard.lines, (QStringList {"loading", "cancelled", "idle", "cancelled", "idle"}));
+        deleteWhatIsToBeDeleted();
+        QVERIFY(!loader.plan);
+    }
+
+    void aPictureThatIsCancelledNeverComes()
+    {
+        Heard heard(m_root->planLoader());
+        m_root->planLoader()->loadPlan(picture("large.png", {4000, 4000}));
+
+        m_root->planLoader()->cancel();
+        QTest::qWait(100);
+
+        QCOMPARE(heard.lines, (QStringList {"loading", "cancelled", "idle", "cancelled", "idle"}));
+        QCOMPARE(m_root->findChildren<BackgroundImage*>().size(), 0);
+    }
+
+    void whatAPlanTellsIsForwarded()
+    {
+        PaperLoader loader;
+        Heard heard(&loader);
+        loader.loadPlan(broken("some.paper"));
+
+        emit loader.plan->progressChanged(40);
+        emit loader.plan->pdfConverterProblem(CErrorCode(0x150202U));
+
+        QCOMPARE(heard.lines, (QStringList {"loading", "progress 40", "cancelled", "idle", "converter 150202"}));
+    }
+
+    void aSecondLoadTakesThePlaceOfTheFirst()
+    {
+        PaperLoader loader;
+        Heard heard(&loader);
+        loader.loadPlan(broken("some.paper"));
+        const QPointer<PaperPlan> first = loader.plan;
+
+        loader.loadPlan(broken("other.paper"));
+        emit first->backgroundLoadingFinished(first);
+        deleteWhatIsToBeDeleted();
+
+        QVERIFY(!first);
+        QVERIFY(loader.planLoading());
+        QCOMPARE(heard.lines, (QStringList {"loading", "cancelled", "idle", "loading"}));
+    }
+
+    void aPlanThatIsDestroyedWhileItLoadsEndsTheLoad()
+    {
+        PaperLoader loader;
+        Heard heard(&loader);
+        loader.loadPlan(broken("some.paper"));
+
+        loader.plan->destroyLater();
+        deleteWhatIsToBeDeleted();
+
+        QVERIFY(!loader.planLoading());
+        QCOMPARE(heard.lines, (QStringList {"loading", "cancelled", "idle"}));
+    }
+
+    void aPlanIsThereAgainWhenItsProjectIsOpened()
+    {
+        const QMatrix4x4 saved = layAndSave();
+
+        m_project->reopen();
+        Heard heard(m_root->planLoader());
+        m_project->activate();
+        QTRY_VERIFY(entities().planLoaded());
+
+        QCOMPARE(heard.lines, (QStringList {"loading", "loaded imagebackground", "idle"}));
+        QCOMPARE(entities().getBackgroundPlan()->fullPath(), documentation() + "new.png");
+        for (int i = 0; i < 16; ++i)
+            QVERIFY(qAbs(entities().getBackgroundPlan()->transformMatrix().constData()[i] - saved.constData()[i]) <
+                    1e-3F);
+    }
+
+    void aPlanMovesWithTheOriginOfTheScene()
+    {
+        layAndSave();
+        const QVector3D before = placeOnEarth();
+        m_project->reopen();
+        m_project->addNode(QStringLiteral("B"), QStringLiteral("POINT ZM(570200 5830300 40 16)"));
+        AppState::instance().setActiveProject({});
+        deleteWhatIsToBeDeleted();
+        GdalGeoProjector::instance()->deinit();
+        QString system = QStringLiteral("EPSG:25832");
+        GdalGeoProjector::instance()->init(Torvik::Database::WktPoint(QStringLiteral("POINT ZM(570100 5830100 0 0)")),
+                                           system);
+
+        m_root->planLoader()->loadPlanFromProject(m_project->project());
+        QTRY_VERIFY(entities().planLoaded());
+
+        QVERIFY((placeOnEarth() - before).length() < 0.01F);
+    }
+
+    void aSceneWithoutNodesIsTiedByItsPlan()
+    {
+        TestProject empty(QStringLiteral("EPSG:25832"));
+        QVERIFY(QFile::copy(picture("only.png"), documentation(empty) + "only.png"));
+        QString system = QStringLiteral("EPSG:25832");
+        GdalGeoProjector::instance()->init(Torvik::Database::WktPoint(QStringLiteral("POINT ZM(570000 5830000 0 0)")),
+                                           system);
+        QVERIFY(PlanSettingsIO::savePlanFile(empty.project()->projectPath(), Qt3DCore::QTransform(),
+                                             documentation(empty) + "only.png", {}));
+
+        empty.activate();
+        QTRY_VERIFY(entities().planLoaded());
+
+        QVERIFY(GdalGeoProjector::instance()->initialized());
+        QVERIFY((placeOnEarth() - QVector3D(-570000.0F, 0.0F, 5830000.0F)).length() < 1.0F);
+        AppState::instance().setActiveProject({});
+        entities().setBackgroundPlan(nullptr);
+    }
+
+    void withAPlanInPlaceTheProjectsIsNotLoaded()
+    {
+        layAndSave();
+        Heard heard(m_root->planLoader());
+
+        m_root->planLoader()->loadPlanFromProject(m_project->project());
+        m_root->planLoader()->loadPlanFromProject({});
+
+        QCOMPARE(heard.lines, QStringList());
+    }
+
+    void aProjectWithoutAPlanLoadsNone()
+    {
+        Heard heard(m_root->planLoader());
+
+        m_project->activate();
+        QTest::qWait(20);
+
+        QCOMPARE(heard.lines, QStringList());
+        QCOMPARE(m_root->planLoader()->problem(), QString());
+    }
+
+    void aPlanOfTheProjectThatIsMissingIsAProblem()
+    {
+        layAndSave();
+        m_project->reopen();
+        QVERIFY(QFile::remove(documentation() + "new.png"));
+        Heard heard(m_root->planLoader());
+
+        m_project->activate();
+        QTest::qWait(20);
+
+        QCOMPARE(heard.lines, QStringList());
+        QVERIFY(m_root->planLoader()->problem().contains(documentation() + "new.png"));
+    }
+
+    void aBrokenPlanOfTheProjectIsTold()
+    {
+        layAndSave();
+        m_project->reopen();
+        QVERIFY(QFile(documentation() + "new.png").resize(10));
+        Heard heard(m_root->planLoader());
+
+        m_project->activate();
+        QTRY_VERIFY(heard.lines.contains("cancelled"));
+
+        QCOMPARE(heard.lines, (QStringList {"loading", "corrupted 150201", "cancelled", "idle"}));
+        QVERIFY(QFile::exists(documentation() + "new.png"));
+    }
+
+    void closingTheProjectWhileItsPlanLoadsLeavesNothing()
+    {
+        layAndSave();
+        m_project->reopen();
+        Heard heard(m_root->planLoader());
+        m_project->activate();
+        QTRY_VERIFY(m_root->planLoader()->planLoading() || entities().planLoaded());
+
+        m_project->close();
+        QTest::qWait(50);
+
+        QVERIFY(!m_root->planLoader()->planLoading());
+        QVERIFY(!entities().planLoaded());
+        QCOMPARE(m_root->findChildren<BackgroundImage*>().size(), 0);
+    }
+
+    void aPlanThatIsSwappedInMovesItsFileIntoTheProject()
+    {
+        layAndSave();
+        const QString source = picture("second.png");
+        auto* const plan = new BackgroundImage(source, m_root.get());
+        plan->setFullPath(source);
+
+        m_root->planLoader()->swapPlan(plan);
+
+        QCOMPARE(plan->fullPath(), documentation() + "second.png");
+        QCOMPARE(m_root->planLoader()->problem(), QString());
+        QVERIFY(QFile::exists(documentation() + "second.png"));
+        QVERIFY(!QFile::exists(documentation() + "new.png"));
+        QVERIFY(!QFile::exists(source));
+    }
+
+    void aPlanWhoseFileIsGoneLeavesTheOldOneInPlace()
+    {
+        layAndSave();
+        const QString source = m_folder->filePath(QStringLiteral("gone.png"));
+        auto* const plan = new BackgroundImage(source, m_root.get());
+        plan->setFullPath(source);
+
+        m_root->planLoader()->swapPlan(plan);
+
+        QCOMPARE(plan->fullPath(), documentation() + "new.png");
+        QVERIFY(m_root->planLoader()->problem().contains(source));
+        QVERIFY(QFile::exists(documentation() + "new.png"));
+    }
+
+    void withoutAProjectNothingIsSwapped()
+    {
+        const QString source = picture("second.png");
+        auto* const plan = new BackgroundImage(source, m_root.get());
+        plan->setFullPath(source);
+
+        m_root->planLoader()->swapPlan(plan);
+        m_root->planLoader()->swapPlan(nullptr);
+
+        QCOMPARE(plan->fullPath(), source);
+        QVERIFY(QFile::exists(source));
+    }
+
+private:
+    QString documentation(const TestProject& project) const
+    {
+        const QString path = project.project()->projectPath() + CFileSystemNames::documentationPathPart();
+        QDir().mkpath(path);
+        return path;
+    }
+    QString documentation() const { return documentation(*m_project); }
+
+    QString picture(const QString& name, const QSize& size = {40, 30}) const
+    {
+        const QString path = m_folder->filePath(name);
+        QImage image(size, QImage::Format_RGB32);
+        image.fill(Qt::yellow);
+        return image.save(path, "PNG", 90) ? path : QString();
+    }
+
+    QString broken(const QString& name) const
+    {
+        const QString path = m_folder->filePath(name);
+        return QFile(path).open(QIODevice::WriteOnly) ? path : QString();
+    }
+
+    QVector3D placeOnEarth() const
+    {
+        const IBackgroundPlan* const plan = entities().getBackgroundPlan();
+        const QVector3D corner = plan->transformMatrix().map(plan->getAdditionalTranslationCorrect());
+        QVector3D place = (Vector3D<double>(corner) + GdalGeoProjector::instance()->origin()).toQVector3D();
+        place.setY(0.0F);
+        return place;
+    }
+
+    /** A picture under the project's network, turned and scaled, and in its files. */
+    QMatrix4x4 layAndSave()
+    {
+        m_project->addNode(QStringLiteral("A"), QStringLiteral("POINT ZM(570000 5830000 40 16)"));
+        m_project->activate();
+        m_root->planLoader()->loadPlan(picture("new.png"));
+        IBackgroundPlan* plan = nullptr;
+        const QObject here;
+        connect(m_root->planLoader(), &PlanLoader::planLoaded, &here,
+                [&plan](Renderable* loaded) { plan = qobject_cast<IBackgroundPlan*>(loaded); });
+        for (int i = 0; i < 500 && !plan; ++i)
+            QTest::qWait(10);
+        if (!plan)
+            return {};
+        documentation();
+        m_root->planLoader()->swapPlan(plan);
+        plan->setPosRotScaleFromPlanSettings({30.0F, 0.0F, -20.0F}, {0.0F, 25.0F, 0.0F}, {2.0F, 1.0F, 2.0F});
+        entities().setBackgroundPlan(plan);
+        return plan->transformMatrix();
+    }
+
+    std::unique_ptr<SceneRoot> m_root;
+    std::unique_ptr<TestProject> m_project;
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+QTEST_MAIN(tst_PlanLoader)
+#include "tst_PlanLoader.moc"
