@@ -2,8 +2,8 @@
 # its headers and a CMake package:
 #   find_package(KxView3d REQUIRED)
 #   target_link_libraries(host PRIVATE KxView3d::KxView3d)
-# KxDomain stands behind domain/boundary/; it is linked by name, so that another library with the same headers can take
-# its place. Both are in the package, each installed by its own folder.
+# KxDomain and KxDrawing stand behind domain/boundary/; they are linked by name, so that other libraries with the same
+# headers can take their place. All are in the package, each installed by its own folder.
 
 set(kx_subsystems)
 foreach(subsystem IN ITEMS scene face domain network measurement geo plans interaction labels resources)
@@ -16,7 +16,7 @@ add_library(KxView3d SHARED)
 target_include_directories(KxView3d PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/KxView3d>)
 target_link_libraries(KxView3d
-    PUBLIC view3d_boundary KxDomain Qt5::Qml Qt5::Quick Qt5::3DCore Qt5::3DRender Qt5::3DInput Qt5::3DLogic Qt5::3DExtras
+    PUBLIC view3d_boundary KxDomain KxDrawing Qt5::Qml Qt5::Quick Qt5::3DCore Qt5::3DRender Qt5::3DInput Qt5::3DLogic Qt5::3DExtras
     PRIVATE ${kx_subsystems})
 set_target_properties(KxView3d PROPERTIES LINKER_LANGUAGE CXX
     VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} INSTALL_RPATH "$ORIGIN")
@@ -31,7 +31,7 @@ endif()
 add_library(view3d_rest STATIC EXCLUDE_FROM_ALL)
 target_link_libraries(view3d_rest
     PUBLIC view3d_boundary Qt5::Qml Qt5::Quick Qt5::3DCore Qt5::3DRender Qt5::3DInput Qt5::3DLogic Qt5::3DExtras
-    PRIVATE ${kx_subsystems} KxDomain)
+    PRIVATE ${kx_subsystems} KxDomain KxDrawing)
 set_target_properties(view3d_rest PROPERTIES LINKER_LANGUAGE CXX)
 
 include(CMakePackageConfigHelpers)

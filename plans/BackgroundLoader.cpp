@@ -2,6 +2,7 @@
 
 #include "domain/boundary/AppState.h"
 #include "geo/GdalGeoProjector.h"
+#include "plans/BackgroundDxf.h"
 #include "plans/BackgroundImage.h"
 #include "scene/SceneEntities.h"
 #include "scene/SceneRoot.h"
@@ -27,6 +28,8 @@ IBackgroundPlan* BackgroundLoader::createNewPlan(const QString& path)
     static const QStringList pictures {QStringLiteral(".jpg"),  QStringLiteral(".jpeg"), QStringLiteral(".gif"),
                                        QStringLiteral(".exif"), QStringLiteral(".tiff"), QStringLiteral(".bmp"),
                                        QStringLiteral(".png")};
+    if (pathEndsWithExtention(path, {QStringLiteral(".dxf"), QStringLiteral(".dwg")}))
+        return new BackgroundDxf(path, SceneRoot::instance());
     if (pathEndsWithExtention(path, pictures))
         return new BackgroundImage(path, SceneRoot::instance());
     return nullptr;

@@ -35,8 +35,8 @@ struct Drawing {
     std::size_t vertexCount() const { return lines.size() + fills.size() + points.size(); }
 };
 
-/** More than this is no plan for a touch device: some 200 MB of vertices. */
-constexpr std::size_t mostVertices = 8000000;
+/** More than this is no plan for a touch device: some 200 MB for the graphics card. */
+constexpr std::size_t mostVertices = 12000000;
 
 using DrawingCourse = std::vector<DrawingPoint>;
 

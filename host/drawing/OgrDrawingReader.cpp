@@ -186,6 +186,8 @@ DrawingRead readDrawing(const QString& path, const DrawingFile& file,
     // Each entity of a block by itself, with its own kind; and as many as there are: their number is known by now.
     const Setting single("DXF_MERGE_BLOCK_GEOMETRIES", "FALSE");
     const Setting all("DXF_FEATURE_LIMIT_PER_BLOCK", "-1");
+    // A chord of a circle leaves it by a four-hundredth of its radius.
+    const Setting chords("OGR_ARC_STEPSIZE", "8");
     const bool dwg = file.kind == DrawingFile::Dwg;
     const StoppableFile source(path, dwg ? "dwg" : "dxf", cancelled);
     const char* const drivers[] = {dwg ? "CAD" : "DXF", nullptr};

@@ -8,8 +8,8 @@ namespace Torvik::DXF {
 
 namespace {
 
-/** Angle of a chord; GDAL's DXF reader has its arcs made of the same. */
-constexpr double degreesAChord = 4.0;
+/** Angle of a chord, as the reader has it for the arcs that GDAL makes straight. */
+constexpr double degreesAChord = 8.0;
 
 DrawingCourse courseOf(const OGRSimpleCurve& curve)
 {

@@ -138,6 +138,8 @@ private slots:
         QTest::addColumn<QString>("type");
         for (const char* name : {"a.jpg", "A.JPEG", "a.gif", "a.exif", "a.tiff", "a.bmp", "a.Png", "a.dxf.png"})
             QTest::newRow(name) << name << "imagebackground";
+        for (const char* name : {"a.dxf", "A.DWG", "a.png.dxf"})
+            QTest::newRow(name) << name << "dxfbackground";
         for (const char* name : {"a.tif", "a.txt", "png", "a"})
             QTest::newRow(name) << name << QString();
     }

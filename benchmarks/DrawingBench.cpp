@@ -1,0 +1,222 @@
+/* kx_drawing_bench [load|orbit]: reading a drawing, and moving the view over it. */
+
+#include "benchmarks/FigureList.h"
+#include "benchmarks/GeneratedDxf.h"
+#include "benchmarks/Stage.h"
+#include "domain/boundary/DXFWorker.h"
+#include "host/domain/LogSink.h"
+
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QGuiApplication>
+#include <QTemporaryDir>
+#include <QThread>
+#include <QTimer>
+#include <QVector3D>
+#include <Qt3DRender/QCamera>
+#include <Qt3DRender/QGeometryRenderer>
+
+#include <gdal_priv.h>
+#include <ogrsf_frmts.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+
+#include <unistd.h>
+
+using namespace Torvik::Bench;
+
+namespace {
+
+constexpr int largestDxf = 52428800;
+constexpr int segments = 200000;
+constexpr int orbitFrames = 120;
+constexpr int rounds = 3;
+constexpr int settleMs = 1500;
+
+/** GDAL's features as it hands them out, with its own settings, on a thread beside the window's. */
+double gdalAloneMs(const QString& path)
+{
+    double took = 0.0;
+    const std::unique_ptr<QThread> reader(QThread::create([&] {
+        RegisterOGRDXF();
+        QElapsedTimer clock;
+        clock.start();
+        const GDALDatasetUniquePtr dataset(
+            GDALDataset::Open(path.toUtf8().constData(), GDAL_OF_VECTOR, nullptr, nullptr, nullptr));
+        int features = 0;
+        for (OGRLayer* layer : dataset->GetLayers()) {
+            for (const auto& feature : *layer)
+                features += feature ? 1 : 0;
+        }
+        took = static_cast<double>(clock.nsecsElapsed()) / 1e6;
+        if (features == 0)
+            qFatal("GDAL read nothing");
+    }));
+    reader->start();
+    reader->wait();
+    return took;
+}
+
+/** The longest time for which the window's thread did not come back to its event loop. */
+class Heartbeat : public QObject {
+public:
+    Heartbeat()
+    {
+        connect(&m_timer, &QTimer::timeout, this, [this] {
+            m_longestMs = std::max(m_longestMs, static_cast<double>(m_since.nsecsElapsed()) / 1e6);
+            m_since.restart();
+        });
+        m_since.start();
+        m_timer.start(0);
+    }
+    double longestMs() const { return m_longestMs; }
+
+private:
+    QTimer m_timer;
+    QElapsedTimer m_since;
+    double m_longestMs = 0.0;
+};
+
+/** Loads a drawing as a plan does and hangs it into the stage. */
+class Plan : public QObject {
+public:
+    Plan(const QString& path, const Stage& stage)
+        : m_worker(new Torvik::DXF::DXFWorker(nullptr, QThread::currentThread()))
+    {
+        m_worker->moveToThread(&m_thread);
+        connect(&m_thread, &QThread::started, m_worker, &Torvik::DXF::DXFWorker::loadFile);
+        connect(m_worker, &Torvik::DXF::DXFWorker::loadingFinished, this, [this, &stage](Qt3DCore::QEntity* root) {
+            if (!root)
+                qFatal("the drawing could not be read");
+            m_root = root;
+            m_root->setParent(stage.root());
+            m_done.quit();
+        });
+        m_worker->setLoadedFilePath(path);
+        m_thread.start();
+        m_done.exec();
+        m_thread.quit();
+        m_thread.wait();
+        delete m_worker;
+    }
+
+    int drawCalls() const { return m_root->findChildren<Qt3DRender::QGeometryRenderer*>().size(); }
+
+private:
+    QEventLoop m_done;
+    QThread m_thread;
+    Torvik::DXF::DXFWorker* m_worker;
+    Qt3DCore::QEntity* m_root = nullptr;
+};
+
+QString writeDrawing(const QTemporaryDir& folder, const QByteArray& text)
+{
+    const QString path = folder.filePath(QStringLiteral("plan.dxf"));
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
+        qFatal("the drawing could not be written");
+    return path;
+}
+
+void lookDown(const Stage& stage, float distance)
+{
+    stage.camera()->setPosition({0.0F, distance, -distance});
+    stage.camera()->setViewCenter({0.0F, 0.0F, 0.0F});
+    stage.camera()->setUpVector({0.0F, 1.0F, 0.0F});
+}
+
+FigureList measureLoading()
+{
+    const QTemporaryDir folder;
+    const QString path = writeDrawing(folder, generatedPlan(largestDxf));
+    const Stage stage(Stage::Window);
+    lookDown(stage, 3000.0F);
+    // The first reading finds the file on the disk, perhaps.
+    gdalAloneMs(path);
+    double gdal = 1e9;
+    for (int i = 0; i < rounds; ++i)
+        gdal = std::min(gdal, gdalAloneMs(path));
+
+    double shown = 0.0;
+    double blocked = 0.0;
+    int calls = 0;
+    {
+        const Heartbeat heartbeat;
+        QElapsedTimer clock;
+        clock.start();
+        const Plan plan(path, stage);
+        stage.waitFrames(4);
+        shown = static_cast<double>(clock.nsecsElapsed()) / 1e6;
+        blocked = heartbeat.longestMs();
+        calls = plan.drawCalls();
+    }
+    FigureList list;
+    list.add(QStringLiteral("GDAL reading the features alone, ms"), gdal, 0);
+    list.add(QStringLiteral("loaded and on the screen, ms"), shown, 0);
+    list.add(QStringLiteral("against GDAL alone"), shown / gdal, 2, 3.0);
+    list.add(QStringLiteral("longest time without the main thread, ms"), blocked, 1, 50.0);
+    list.add(QStringLiteral("draw calls"), calls, 0, 50.0);
+    return list;
+}
+
+double orbit(const Stage& stage)
+{
+    stage.waitMs(settleMs);
+    double least = 1e9;
+    for (int i = 0; i < rounds; ++i)
+        least = std::min(least, stage.orbitFrameMs(orbitFrames));
+    return least;
+}
+
+FigureList measureOrbit()
+{
+    const QTemporaryDir folder;
+    const QString path = writeDrawing(folder, generatedSegments(segments));
+    const Stage stage(Stage::Window);
+    FigureList list;
+    double empty[2] = {};
+    const float distances[2] = {1500.0F, 100.0F};
+    for (int i = 0; i < 2; ++i) {
+        lookDown(stage, distances[i]);
+        empty[i] = orbit(stage);
+    }
+    const Plan plan(path, stage);
+    const char* const names[2] = {"all in view", "100 m from the view's centre"};
+    for (int i = 0; i < 2; ++i) {
+        lookDown(stage, distances[i]);
+        const double full = orbit(stage);
+        const QString name = QLatin1String(names[i]);
+        list.add(name + QStringLiteral(": a frame of the empty scene, ms"), empty[i], 1);
+        list.add(name + QStringLiteral(": a frame with the drawing, ms"), full, 1);
+        list.add(name + QStringLiteral(": against the empty scene"), full / empty[i], 2, 2.0);
+    }
+    list.add(QStringLiteral("draw calls"), plan.drawCalls(), 0, 50.0);
+    return list;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    qputenv("QT3D_SCENE3D_STOP_RENDER_HIDDEN", "1");
+    const QGuiApplication app(argc, argv);
+    Torvik::Logging::LogSink::setThreshold(1);
+    const QString only = app.arguments().value(1);
+    bool kept = true;
+    const auto measure = [&](const QString& name, const QString& title, FigureList (*figures)()) {
+        if (!only.isEmpty() && only != name)
+            return;
+        const FigureList list = figures();
+        std::fputs(qPrintable(tableOf(title, {{QStringLiteral("window"), list}}) + QLatin1Char('\n')), stdout);
+        std::fflush(stdout);
+        kept = kept && list.allWithinBounds();
+    };
+    measure(QStringLiteral("load"), QStringLiteral("a generated DXF of 50 MB"), measureLoading);
+    measure(QStringLiteral("orbit"), QStringLiteral("200,000 segments"), measureOrbit);
+    std::fflush(stdout);
+    // Taking a large scene down takes long and is no part of this.
+    _exit(kept ? 0 : 1);
+}
