@@ -123,7 +123,12 @@ void BackgroundImage::onReadingFinished(const QString& picturePath, const QStrin
         break;
     }
     if (self)
-        cancelFileLoading();
+        endAfterFailure(reading.outcome);
+}
+
+void BackgroundImage::endAfterFailure(PictureReader::Outcome)
+{
+    cancelFileLoading();
 }
 
 void BackgroundImage::logUnreadable(const QString& picturePath, const QString& reason)

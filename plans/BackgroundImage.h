@@ -37,6 +37,8 @@ protected:
     /** Decodes a picture, makes the plane of it and ends loading.
      *  @param fullPath  the plan's path once that is done */
     void createBackground(const QString& picturePath, const QString& fullPath);
+    /** After what says why there is no plan. */
+    virtual void endAfterFailure(PictureReader::Outcome outcome);
     /** Before fileCorrupted. */
     virtual void logUnreadable(const QString& picturePath, const QString& reason);
     /** The picture is there and the plan about to be told as finished. */

@@ -4,6 +4,7 @@
 #include "geo/GdalGeoProjector.h"
 #include "plans/BackgroundDxf.h"
 #include "plans/BackgroundImage.h"
+#include "plans/BackgroundImagePdf.h"
 #include "scene/SceneEntities.h"
 #include "scene/SceneRoot.h"
 
@@ -32,6 +33,8 @@ IBackgroundPlan* BackgroundLoader::createNewPlan(const QString& path)
         return new BackgroundDxf(path, SceneRoot::instance());
     if (pathEndsWithExtention(path, pictures))
         return new BackgroundImage(path, SceneRoot::instance());
+    if (pathEndsWithExtention(path, {QStringLiteral(".pdf")}))
+        return new BackgroundImagePdf(path, getProjectPathOrEmptyString(), SceneRoot::instance());
     return nullptr;
 }
 

@@ -81,8 +81,11 @@ void SceneEntities::follow(IBackgroundPlan* plan)
         plan->setElevation(y - gapBelowNetwork);
         saveBackgroundPlan();
     });
-    // Where the user has aligned it, or let it go from the camera, is where it lies the next time.
-    connect(plan, &Renderable::editingFinished, this, &SceneEntities::saveBackgroundPlan);
+    // Where the user has aligned it, or let it go from the camera, is where it lies the next time; its height is ours.
+    connect(plan, &Renderable::editingFinished, this, [this, plan] {
+        plan->setElevation(LowestManholeTracker::instance()->getCurrentLowestY() - gapBelowNetwork);
+        saveBackgroundPlan();
+    });
     connect(plan, &QObject::destroyed, this, &SceneEntities::planLoadedChanged);
 }
 

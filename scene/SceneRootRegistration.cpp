@@ -5,6 +5,7 @@
 #include "network/Crawler.h"
 #include "network/Node.h"
 #include "network/Section.h"
+#include "plans/BackgroundController.h"
 #include "plans/BackgroundLoader.h"
 #include "plans/IBackgroundPlan.h"
 #include "scene/FlaggedTransform.h"
@@ -34,6 +35,7 @@ void SceneRoot::registerMetaTypes()
     qRegisterMetaType<FlaggedTransform*>("FlaggedTransform*");
     qRegisterMetaType<BackgroundLoader*>("BackgroundLoader*");
     qRegisterMetaType<PlanLoader*>("PlanLoader*");
+    qRegisterMetaType<BackgroundController*>("BackgroundController*");
 
     // The form that names the interface; Qt before 5.15 knows no other.
     QT_WARNING_PUSH
@@ -50,6 +52,7 @@ void SceneRoot::registerMetaTypes()
     qmlRegisterType<Crawler>(module, 1, 0, "Crawler");
     // Named differently from the class, so that QML reads the bits as TransformFlags.Manual.
     qmlRegisterType<FlaggedTransform>(module, 1, 0, "TransformFlags");
+    qmlRegisterType<BackgroundController>(module, 1, 0, "BackgroundController");
     qmlRegisterSingletonType<SceneEntities>(module, 1, 0, "SceneEntities", &SceneEntities::qmlSingletonInstance);
     qmlRegisterUncreatableType<EpsgBounds>(module, 1, 0, "EpsgBounds",
                                            QStringLiteral("EpsgBounds cannot be created in QML"));

@@ -154,10 +154,12 @@ private slots:
         entities().setBackgroundPlan(plan);
         const QString before = storedPlan(m_project->project()->projectPath());
 
-        plan->setPosition({123.0F, 0.0F, 4.0F}, 0);
+        plan->setPosition({123.0F, 5.0F, 4.0F}, 0);
         emit plan->editingFinished();
 
         QVERIFY(storedPlan(m_project->project()->projectPath()) != before);
+        QCOMPARE(plan->position(),
+                 QVector3D(123.0F, LowestManholeTracker::instance()->getCurrentLowestY() - 0.0001F, 4.0F));
     }
 
     void aPlanIsNotStoredOverThatOfTheNextProject()
