@@ -1,5 +1,6 @@
 #include "domain/boundary/SqlTask.h"
 #include "geo/EpsgBounds.h"
+#include "geo/MapSheet.h"
 #include "interaction/CameraController.h"
 #include "interaction/Utils3d.h"
 #include "network/Crawler.h"
@@ -48,6 +49,7 @@ void SceneRoot::registerMetaTypes()
     qmlRegisterType<CameraController>(module, 1, 0, "CameraController");
     qmlRegisterType<SceneRoot>(module, 1, 0, "SceneRoot");
     qmlRegisterType<Utils3d>(module, 1, 0, "Utils3d");
+    qmlRegisterType<MapSheet>(module, 1, 0, "MapSheet");
     qmlRegisterType<Node>(module, 1, 0, "Node3d");
     qmlRegisterType<Crawler>(module, 1, 0, "Crawler");
     // Named differently from the class, so that QML reads the bits as TransformFlags.Manual.

@@ -3,6 +3,7 @@
 kx_build_packages=(
     cmake g++ ninja-build ccache lld
     qtbase5-dev qt3d5-dev qtdeclarative5-dev qtquickcontrols2-5-dev libgdal-dev
+    qtlocation5-dev qtpositioning5-dev
 )
 
 kx_run_packages=(
@@ -10,7 +11,8 @@ kx_run_packages=(
     qml-module-qt3d qml-module-qtquick-scene3d qml-module-qtquick2 qml-module-qtquick-window2
     qml-module-qtquick-controls2 qml-module-qtquick-templates2 qml-module-qtquick-layouts qml-module-qtquick-dialogs
     qml-module-qtquick-controls qml-module-qtgraphicaleffects qml-module-qtquick-shapes qml-module-qt-labs-settings
-    qml-module-qt-labs-folderlistmodel qml-module-qtpositioning qml-module-qtlocation
+    qml-module-qt-labs-folderlistmodel qml-module-qtlocation qml-module-qtpositioning
+    qml-module-qt-labs-platform
 )
 
 # For a machine without a screen, and for the tests.

@@ -28,6 +28,9 @@ VIEW, for a window or a picture:
   --distance M         metres from the camera to the point it looks at, seen through the lens of 3 degrees:
                        100 m show 5.2 m from the lower to the upper edge; follows from the object if not given
   --size WxH           size in pixels; 1280x800 if not given
+  --tiles FOLDER|URL   a street map under the network: a folder with tiles as Z/X/Y.png, or the address of a tile
+                       server; without it what the settings say, else no map
+  --no-map             no map, whatever the settings say
 
 --screenshot FILE      the ending names the format (png, jpg, bmp, ppm); the picture is taken once the project is
                        read and painted

@@ -26,9 +26,10 @@ struct Sorted {
     QString value(const QString& option) const { return values.value(option).value(0); }
 };
 
-const QStringList flagNames {QStringLiteral("--help"),  QStringLiteral("--version"),      QStringLiteral("--fit"),
-                             QStringLiteral("--json"),  QStringLiteral("--whole-window"), QStringLiteral("--real-time"),
-                             QStringLiteral("--window")};
+const QStringList flagNames {QStringLiteral("--help"),         QStringLiteral("--version"),
+                             QStringLiteral("--fit"),          QStringLiteral("--json"),
+                             QStringLiteral("--whole-window"), QStringLiteral("--real-time"),
+                             QStringLiteral("--window"),       QStringLiteral("--no-map")};
 const QStringList valueNames {
     QStringLiteral("--crs"),        QStringLiteral("--mapping"),  QStringLiteral("--with"),
     QStringLiteral("--report"),     QStringLiteral("--size"),     QStringLiteral("--view"),
@@ -36,7 +37,7 @@ const QStringList valueNames {
     QStringLiteral("--go-to"),      QStringLiteral("--findings"), QStringLiteral("--noise"),
     QStringLiteral("--seed"),       QStringLiteral("--step"),     QStringLiteral("--speed"),
     QStringLiteral("--inspect"),    QStringLiteral("--replay"),   QStringLiteral("--listen"),
-    QStringLiteral("--address")};
+    QStringLiteral("--address"),    QStringLiteral("--tiles")};
 const QStringList repeatable {QStringLiteral("--with"), QStringLiteral("--findings")};
 
 QString takeOption(const QStringList& arguments, int& index, Sorted& sorted)
@@ -146,6 +147,10 @@ QString readViewOptions(const Sorted& sorted, Options& options)
     options.goToKey = sorted.value(QStringLiteral("--go-to"));
     options.fit = sorted.has(QStringLiteral("--fit"));
     options.wholeWindow = sorted.has(QStringLiteral("--whole-window"));
+    options.tiles = sorted.value(QStringLiteral("--tiles"));
+    options.noMap = sorted.has(QStringLiteral("--no-map"));
+    if (error.isEmpty() && options.noMap && !options.tiles.isEmpty())
+        error = QStringLiteral("--tiles and --no-map exclude each other");
     if (error.isEmpty() && options.fit && !options.goToKey.isEmpty())
         error = QStringLiteral("--fit and --go-to exclude each other");
     return error;
@@ -325,7 +330,8 @@ QString readProject(const Sorted& sorted, Options& options)
                              QStringLiteral("--distance"),     QStringLiteral("--fit"),     QStringLiteral("--go-to"),
                              QStringLiteral("--whole-window"), QStringLiteral("--inspect"), QStringLiteral("--replay"),
                              QStringLiteral("--real-time"),    QStringLiteral("--speed"),   QStringLiteral("--window"),
-                             QStringLiteral("--listen"),       QStringLiteral("--address")};
+                             QStringLiteral("--listen"),       QStringLiteral("--address"), QStringLiteral("--tiles"),
+                             QStringLiteral("--no-map")};
     const QString foreign = foreignOption(sorted, known, dump ? QStringLiteral("--dump") : QStringLiteral("a project"));
     if (!foreign.isEmpty())
         return foreign;

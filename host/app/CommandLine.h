@@ -55,6 +55,9 @@ struct Options {
     QString goToKey;
     /** The picture shows lists and buttons too. */
     bool wholeWindow = false;
+    /** Folder or address of the map's tiles; empty for what the settings say. */
+    QString tiles;
+    bool noMap = false;
     /** The user has asked for the whole project, which is also what happens without a wish. */
     bool fit = false;
 

@@ -46,7 +46,8 @@ void PictureTaker::onFrameSwapped()
 void PictureTaker::look()
 {
     const QImage picture = m_window->grabWindow();
-    m_same = picture == m_last ? m_same + 1 : 0;
+    const bool busy = m_busy && m_busy();
+    m_same = picture == m_last && !busy ? m_same + 1 : 0;
     m_last = picture;
     ++m_looks;
     if (m_same >= equalLooksNeeded - 1) {

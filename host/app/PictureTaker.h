@@ -3,6 +3,8 @@
 #include <QImage>
 #include <QObject>
 
+#include <functional>
+
 class QQuickWindow;
 
 namespace Torvik::Viewer {
@@ -17,6 +19,8 @@ public:
 
     /** Begins to watch. taken() or, if the window does not come to rest, gaveUp() comes later. */
     void start();
+    /** While this holds, what the window shows is not yet what it will go on to show. */
+    void waitWhile(std::function<bool()> busy) { m_busy = std::move(busy); }
 
 signals:
     void taken(const QImage& picture);
@@ -27,6 +31,7 @@ private:
     void look();
 
     QQuickWindow* m_window;
+    std::function<bool()> m_busy;
     QImage m_last;
     int m_frames = 0;
     int m_same = 0;

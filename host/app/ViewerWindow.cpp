@@ -8,6 +8,7 @@
 #include "host/app/StoringTime.h"
 #include "host/app/ViewerController.h"
 #include "host/domain/WholeFile.h"
+#include "host/map/MapEndpoints.h"
 #include "host/modules/HostModules.h"
 
 #include <QBuffer>
@@ -44,9 +45,26 @@ QString writePicture(const QImage& picture, const QString& path)
     return Database::WholeFile::write(path, bytes.data());
 }
 
-QQuickWindow* loadWindow(QQmlApplicationEngine& engine, ViewerController& controller, const Options& options)
+/** What the options, or else the settings, say of the map; false, with a line on stderr, if that cannot be. */
+bool chooseMap(Map::MapEndpoints& endpoints, const Options& options)
+{
+    if (options.noMap)
+        return true;
+    QObject::connect(&endpoints, &Map::MapEndpoints::problem, [](const QString& text) { Commands::failure(text); });
+    const QString tiles = options.tiles.isEmpty() ? Map::MapEndpoints::tilesOfSettings() : options.tiles;
+    const QString error = endpoints.setTiles(tiles);
+    if (!error.isEmpty()) {
+        Commands::failure(error);
+        return options.tiles.isEmpty();
+    }
+    return true;
+}
+
+QQuickWindow* loadWindow(QQmlApplicationEngine& engine, ViewerController& controller, Map::MapEndpoints& endpoints,
+                         const Options& options)
 {
     registerHostModules(engine);
+    engine.rootContext()->setContextProperty(QStringLiteral("mapEndpoints"), &endpoints);
     engine.rootContext()->setContextProperty(QStringLiteral("viewer"), &controller);
     engine.load(QUrl(QStringLiteral("qrc:/viewer/MainWindow.qml")));
     auto* window =
@@ -92,7 +110,7 @@ bool startVehicle(VehicleDesk& vehicle, const Options& options, const std::optio
     return true;
 }
 
-int showWindow(ViewerController& controller, const QString& folder, const Options& options)
+int showWindow(ViewerController& controller, bool hasMap, const QString& folder, const Options& options)
 {
     const auto recording = options.replayFile.isEmpty() ? std::nullopt : readReplay(options);
     if (!options.replayFile.isEmpty() && !recording)
@@ -105,6 +123,8 @@ int showWindow(ViewerController& controller, const QString& folder, const Option
                      [&controller] { QGuiApplication::exit(Commands::failure(controller.errorText())); });
     QObject::connect(&controller, &ViewerController::opened, &starting, [&] {
         controller.disconnect(&starting);
+        if (!hasMap && !options.noMap)
+            Commands::failure(QStringLiteral("no map, since no tiles are chosen: --tiles FOLDER|URL, or --no-map"));
         if (hasVehicle && !controller.inspectionOfKey(options.inspectKey))
             QGuiApplication::exit(Commands::failure(noSuchInspection(options)));
         else if (!startVehicle(*controller.vehicle(), options, recording))
@@ -128,9 +148,11 @@ ReplayRun* playBeforeThePicture(ViewerController& controller, const Options& opt
     return run;
 }
 
-int takePicture(ViewerController& controller, QQuickWindow* window, const QString& folder, const Options& options)
+int takePicture(ViewerController& controller, QQuickWindow* window, Map::MapEndpoints& endpoints, const QString& folder,
+                const Options& options)
 {
     PictureTaker taker(window);
+    taker.waitWhile([&endpoints] { return endpoints.busy(); });
     int status = 1;
     const auto giveUp = [](const QString& message) { Commands::failure(message), QGuiApplication::quit(); };
     QObject::connect(&controller, &ViewerController::openingFailed, [&] { giveUp(controller.errorText()); });
@@ -194,17 +216,22 @@ int run(const Options& options)
     const QString folder = Commands::projectFolder(options);
     if (folder.isEmpty())
         return 1;
-    // Both outlive this function: taking the scene down would cost more than it is worth at the end of the process.
+    // All outlive this function: taking the scene down would cost more than it is worth at the end of the process.
     auto* controller = new ViewerController;
     auto* engine = new QQmlApplicationEngine;
+    auto* endpoints = new Map::MapEndpoints;
+    if (!chooseMap(*endpoints, options))
+        return 1;
     controller->setSceneOnly(options.command == Command::Screenshot && !options.wholeWindow);
     controller->setOpeningView({options.view, options.distance, options.goToKey, options.inspectKey});
-    QQuickWindow* window = loadWindow(*engine, *controller, options);
+    QQuickWindow* window = loadWindow(*engine, *controller, *endpoints, options);
     if (!window)
         return Commands::failure(QStringLiteral("the window could not be built; is a QML module missing?"));
-    if (options.command == Command::Screenshot)
-        return takePicture(*controller, window, folder, options);
-    return showWindow(*controller, folder, options);
+    const int status = options.command == Command::Screenshot
+                           ? takePicture(*controller, window, *endpoints, folder, options)
+                           : showWindow(*controller, endpoints->available(), folder, options);
+    endpoints->removeScratch();
+    return status;
 }
 
 } // namespace Torvik::Viewer::ViewerWindow

@@ -88,6 +88,9 @@ void tst_CommandLine::aPictureTakesSizeViewDistanceAndObject()
 
 void tst_CommandLine::aPictureOfTheSampleNeedsNoProject()
 {
+    QCOMPARE(understood("town --tiles /maps").tiles, QStringLiteral("/maps"));
+    QVERIFY(understood("town --no-map --screenshot out.png").noMap);
+    QVERIFY(understood("town").tiles.isEmpty() && !understood("town").noMap);
     const Options options = understood("--screenshot out.png --view front --fit");
 
     QCOMPARE(options.command, Command::Screenshot);
@@ -303,6 +306,11 @@ void tst_CommandLine::wrongArgumentsGiveOneLine_data()
     row("town --fit --go-to a", "--go-to");
     row("town --fit=yes", "--fit");
     row("town --whole-window", "--screenshot");
+    row("town --tiles", "--tiles");
+    row("town --tiles maps --no-map", "--no-map");
+    row("town --no-map=yes", "--no-map");
+    row("import net.xml a --tiles maps", "--tiles");
+    row("town --dump a.json --no-map", "--no-map");
 }
 
 void tst_CommandLine::wrongArgumentsGiveOneLine()
@@ -321,10 +329,11 @@ void tst_CommandLine::wrongArgumentsGiveOneLine()
 void tst_CommandLine::helpTellsEveryOption_data()
 {
     QTest::addColumn<QString>("option");
-    for (const char* option : {"import",     "findings", "info",         "--findings", "--crs",          "--mapping",
-                               "--with",     "--report", "--screenshot", "--size",     "--view",         "top|3d|front",
-                               "--distance", "--fit",    "--go-to",      "--json",     "--dump",         "record",
-                               "--noise",    "--seed",   "--step",       "--speed",    "--whole-window", "--help"})
+    for (const char* option :
+         {"import",   "findings",     "info",    "--findings",     "--crs",        "--mapping",  "--with",
+          "--report", "--screenshot", "--size",  "--view",         "top|3d|front", "--distance", "--fit",
+          "--go-to",  "--json",       "--dump",  "record",         "--tiles",      "--no-map",   "--noise",
+          "--seed",   "--step",       "--speed", "--whole-window", "--help"})
         QTest::newRow(option) << QString::fromLatin1(option);
 }
 

@@ -9,6 +9,7 @@
 #include "scene/SceneRoot.h"
 
 #include <QQmlApplicationEngine>
+#include <QQmlContext>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QSignalSpy>
@@ -20,11 +21,13 @@ namespace Kx::Test {
 /** A window that shows the scene and nothing else, with a finger on it. Positions are pixels of the scene. */
 class SceneWindow {
 public:
-    SceneWindow()
+    explicit SceneWindow(QObject* mapEndpoints = nullptr)
     {
         Torvik::Viewer::registerHostModules(m_engine);
+        m_engine.rootContext()->setContextProperty("mapEndpoints", mapEndpoints);
         m_engine.loadData("import QtQuick 2.12\nimport QtQuick.Window 2.12\nimport \"qrc:/viewer\" as Viewer\n"
-                          "Window { property alias scene: area.scene; width: 800; height: 600; visible: true\n"
+                          "Window { property alias scene: area.scene; property alias area: area; width: 800; height: "
+                          "600; visible: true\n"
                           "Viewer.SceneArea { id: area; anchors.fill: parent } }",
                           QUrl("qrc:/viewer/SceneWindow.qml"));
         if (m_engine.rootObjects().isEmpty())
@@ -39,6 +42,8 @@ public:
     }
 
     QQuickWindow* window() const { return m_window; }
+    /** The item with the scene and what lies under and over it. */
+    QQuickItem* area() const { return m_window->property("area").value<QQuickItem*>(); }
     Qt3DRender::QCamera* camera() const { return m_camera; }
     Torvik::View3d::SceneRoot* root() const { return Torvik::View3d::SceneRoot::instance(); }
     Torvik::View3d::CameraController* controller() const
@@ -52,7 +57,13 @@ public:
         const QObject here;
         int swapped = 0;
         QObject::connect(
-            m_window, &QQuickWindow::frameSwapped, &here, [&swapped] { ++swapped; }, Qt::QueuedConnection);
+            m_window, &QQuickWindow::frameSwapped, &here,
+            [this, &swapped] {
+                ++swapped;
+                m_window->update();
+            },
+            Qt::QueuedConnection);
+        m_window->update();
         QTRY_VERIFY_WITH_TIMEOUT(swapped >= count, 10000);
     }
 

@@ -118,6 +118,13 @@ Rectangle {
                 }
 
                 ToolButton {
+                    objectName: "mapButton"
+                    visible: sceneArea.hasTiles
+                    text: qsTr("Map")
+                    on: sceneArea.mapVisible
+                    onClicked: sceneArea.mapVisible = !sceneArea.mapVisible
+                }
+                ToolButton {
                     objectName: "fitButton"
                     text: qsTr("Fit")
                     onClicked: viewer.fit()

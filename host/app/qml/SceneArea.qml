@@ -19,7 +19,12 @@ Item {
     property bool gridIsFarAwayFromCamera: scene3d.camera.viewVectorLength > gridVisibilityLimit
     property bool screenshotPending: false
     property bool splitViewMode: false
-    property real sceneTransparency: 1.0
+    property bool mapVisible: true
+    /** The street map under the scene, once it is loaded and if the host has tiles. */
+    readonly property var map: mapLoader.item
+    /** The scene is see-through over the map. */
+    property real sceneTransparency: map && map.shown ? 0 : 1.0
+    readonly property bool hasTiles: typeof mapEndpoints !== "undefined" && !!mapEndpoints && mapEndpoints.available
     /** Buttons that zoom by being dragged, at the right-hand edge. */
     property bool zoomButtons: false
 
@@ -52,6 +57,16 @@ Item {
         } else if (viewType === Torvik3d.CameraController.View3d) {
             scene3d.switchTo3d()
         }
+    }
+
+    // Loaded beside the scene, which does not wait for it.
+    Loader {
+        id: mapLoader
+
+        anchors.fill: parent
+        active: window3d.hasTiles
+        asynchronous: true
+        sourceComponent: View3d.MapBackground {}
     }
 
     View3d.Scene {
