@@ -51,6 +51,28 @@ def turn(x, y):
     return ring or arrow(x, y, 0.74, 0.4, 0.76, 0.56)
 
 
+def compass(x, y):
+    """A needle whose filled half points north."""
+    dx, dy = abs(x - 0.5), y - 0.5
+    ring = abs((dx * dx + dy * dy) ** 0.5 - 0.36) < 0.025
+    inside = dx < 0.12 * (1 - abs(dy) / 0.28) and abs(dy) < 0.28
+    edge = inside and dx > 0.12 * (1 - abs(dy) / 0.28) - 0.035
+    letter = 0.44 < x < 0.56 and 0.06 < y < 0.2 and (abs(x - 0.45) < 0.016 or abs(x - 0.55) < 0.016
+                                                     or segment(x, y, 0.45, 0.07, 0.55, 0.19) < 0.016)
+    return ring and not 0.4 < x < 0.6 or inside and dy < 0 or edge or letter
+
+
+def split(x, y):
+    frame = (abs(abs(x - 0.5) - 0.3) < 0.025 and abs(y - 0.5) < 0.26) or (abs(abs(y - 0.5) - 0.24) < 0.025
+                                                                          and abs(x - 0.5) < 0.32)
+    return frame or abs(x - 0.5) < 0.02 and abs(y - 0.5) < 0.24 or 0.52 < x < 0.78 and abs(y - 0.5) < 0.22 and (
+        int((x + y) * 14) % 2 == 0)
+
+
+def turn_or_move(x, y):
+    return turn(x * 1.5 - 0.02, y * 1.5 - 0.02) or cross(x * 1.7 - 0.72, y * 1.7 - 0.72)
+
+
 def pipe(x, y):
     """Two walls with their ends, seen from the side."""
     if abs(abs(y - 0.62) - 0.11) < 0.025 and 0.18 < x < 0.82:
@@ -140,7 +162,8 @@ def write(name, sign, active):
                    + chunk(b"IEND", b""))
 
 
-for name, sign in (("zoom-plus", plus), ("zoom-minus", minus), ("position-mode", cross), ("rotation-mode", turn), ("goto-camera", vehicle),
+for name, sign in (("zoom-plus", plus), ("zoom-minus", minus), ("position-mode", cross), ("rotation-mode", turn), ("compass", compass), ("split-view", split),
+                   ("turn-or-move", turn_or_move), ("goto-camera", vehicle),
                    ("goto-section", go_pipe), ("goto-upstream", upstream), ("goto-downstream", downstream),
                    ("goto-gps", pin), ("edit-gps", pen), ("goto-address", house)):
     write(name, sign, False)

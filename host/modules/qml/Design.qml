@@ -27,6 +27,18 @@ QtObject {
             readonly property url active: "qrc:/icons/rotation-mode-active.png"
             readonly property url disabled: "qrc:/icons/rotation-mode.png"
         }
+        readonly property QtObject compass: QtObject {
+            readonly property url active: "qrc:/icons/compass-active.png"
+            readonly property url enabled: "qrc:/icons/compass.png"
+        }
+        readonly property QtObject buttonToggleFullSplitPipeViewscreen: QtObject {
+            readonly property url active: "qrc:/icons/split-view-active.png"
+            readonly property url enabled: "qrc:/icons/split-view.png"
+        }
+        readonly property QtObject buttonToggleRotationTranslationPipeViewscreen: QtObject {
+            readonly property url active: "qrc:/icons/turn-or-move-active.png"
+            readonly property url enabled: "qrc:/icons/turn-or-move.png"
+        }
         readonly property QtObject button3DZoomPlusPipeViewscreen: QtObject {
             readonly property url active: "qrc:/icons/zoom-plus-active.png"
             readonly property url enabled: "qrc:/icons/zoom-plus.png"

@@ -1,4 +1,5 @@
 import QtQuick 2.12
+import com.torvik.view3d 1.0 as Torvik3d
 import utils 1.0
 
 import "."
@@ -10,7 +11,7 @@ Item {
     id: root
 
     /** What aligns the plan with the points. */
-    property QtObject planController
+    property Torvik3d.BackgroundController planController
     readonly property var stateNames: ["noPointerYet", "selectingFirstSectionStartPoint",
         "selectingFirstSectionEndPoint", "noPointerForSecondSection", "selectingSecondSectionFirstPoint", "confirmation",
         "confirmed"]

@@ -1,0 +1,388 @@
+import QtQuick 2.12
+import QtTest 1.12
+import Torvik.Geo 1.0 as TorvikGeo
+import com.torvik.view3d 1.0 as Torvik3d
+import view3d 1.0 as View3d
+
+/** The view as a host embeds it. */
+Item {
+    id: root
+
+    width: 900
+    height: 600
+
+    Component {
+        id: windowComponent
+
+        View3d.Window3d {
+            anchors.fill: parent
+        }
+    }
+
+    SignalSpy { id: screens; target: screenManager; signalName: "screenRequested" }
+
+    TestCase {
+        name: "Window3d"
+        when: windowShown
+
+        property var view
+        property var scene
+
+        function init() {
+            root.width = 900
+            TorvikGeo.GeoProjector.initFromMap(51, 10, 0)
+            view = createTemporaryObject(windowComponent, root)
+            verify(view)
+            tryVerify(function() { return !!view.compass }, 10000)
+            scene = view.scene3d
+            screens.clear()
+            // The menu unfolds.
+            tryCompare(child("view3dMenu"), "height", 129)
+        }
+
+        function cleanup() {
+            scene.camera.animScheduler.completeAll()
+            host.setPage("Screens::InspectionScreen")
+            GlobalNav.connectionMode = false
+            GlobalNav.lateralNotInProximity()
+            FloorNav.current = -1
+            FloorNav.floorValues = []
+            host.setActiveInspection(false)
+        }
+
+        /** By its name, among the items and what repeaters made. */
+        function find(item, name) {
+            if (item.objectName === name)
+                return item
+            for (let i = 0; i < item.children.length; ++i) {
+                const found = find(item.children[i], name)
+                if (found)
+                    return found
+            }
+            return null
+        }
+
+        function child(name) {
+            const found = find(view, name)
+            verify(found, name)
+            return found
+        }
+
+        function test_it_stands_before_its_scene() {
+            const early = createTemporaryObject(windowComponent, root)
+            compare(early.scene3d, undefined)
+            compare(early.map, undefined)
+            compare(early.compass, undefined)
+            compare(early.cameraController, undefined)
+            compare(early.cameraNorthRotation, 0.0)
+            verify(!early.mode3d)
+            verify(early.isOnMain3DScreen())
+            verify(early.sceneLoader.asynchronous)
+            tryVerify(function() { return !!early.compass }, 10000)
+            verify(early.mode3d)
+            verify(early.cameraController)
+            tryVerify(function() { return !!early.sceneLoader.item })
+            compare(early.screenShootArea, early.sceneLoader.item)
+        }
+
+        function test_defaults() {
+            const fresh = { "disableModeTypeSwitch": false, "rotationTranslationButtonEnabled": true,
+                "photoAreaDashedRectangleVisible": false, "mapVisible": true, "obsVisible": true,
+                "labelsVisible": true, "manholeFullInfoVisible": false, "screenshotPending": false, "cameraFOV": 3,
+                "gridVisible": true, "gridDisabled": false, "gridIsFarAwayFromCamera": false,
+                "gridVisibilityLimit": 3500, "connectedState": false, "splitViewMode": false,
+                "rotationIsTurnedOn": false }
+            for (const name in fresh)
+                compare(view[name], fresh[name], name)
+            compare(view.mode3dType, view.mode3dTypes.translate)
+            compare(view.floorModel.length, 0)
+            compare(view.screenPointer, undefined)
+        }
+
+        function test_modes() {
+            const modes = Torvik3d.CameraController
+            compare(view.mode3dTypes.none, modes.None)
+            compare(view.mode3dTypes.rotate, modes.Rotate)
+            compare(view.mode3dTypes.translate, modes.Translate)
+            compare(view.mode3dTypes.tilt, modes.Tilt)
+            compare(view.mode3dTypes.zoom, modes.Zoom)
+        }
+
+        function test_in_2d_there_is_no_zoom_or_tilt_mode() {
+            view.switchMode(view.mode3dTypes.zoom)
+            compare(view.mode3dType, view.mode3dTypes.zoom)
+            view.switchMode(view.mode3dTypes.rotate)
+            scene.mode3d = false
+            view.switchMode(view.mode3dTypes.zoom)
+            compare(view.mode3dType, view.mode3dTypes.rotate)
+            view.switchMode(view.mode3dTypes.tilt)
+            compare(view.mode3dType, view.mode3dTypes.rotate)
+            view.switchMode(view.mode3dTypes.translate)
+            compare(view.mode3dType, view.mode3dTypes.translate)
+        }
+
+        function test_the_flags_reach_the_navigation() {
+            for (const name of ["obsVisible", "labelsVisible", "manholeFullInfoVisible"]) {
+                const before = view[name]
+                compare(GlobalNav[name], before)
+                view[name] = !before
+                compare(GlobalNav[name], !before)
+                view[name] = before
+            }
+        }
+
+        function test_map_and_grid_are_switched() {
+            compare(view.toggleMap(), false)
+            compare(view.mapVisible, false)
+            compare(view.toggleMap(), true)
+            compare(view.toggleGrid(), false)
+            compare(view.gridVisible, false)
+            compare(view.toggleGrid(), true)
+        }
+
+        function test_the_scene_is_seen_through_over_the_map() {
+            compare(view.sceneTransparency, view.map.shown ? 0 : 1)
+            view.mapVisible = false
+            tryCompare(view.map, "shown", false)
+            compare(view.sceneTransparency, 1)
+        }
+
+        function test_a_host_can_do_without_a_map() {
+            view.mapWanted = false
+            compare(view.map, undefined)
+            compare(view.sceneTransparency, 1)
+            compare(view.toggleMap(), false)
+            view.gotoAddress("Celle")
+            view.gotoPosition(undefined)
+        }
+
+        function test_rotation_and_zoom_state() {
+            view.calculateRotationState(view.mode3dTypes.rotate)
+            compare(view.rotationIsTurnedOn, true)
+            view.calculateRotationState(view.mode3dTypes.tilt)
+            compare(view.rotationIsTurnedOn, true)
+            view.zoomButtonAction({ "state": "normal" })
+            compare(view.mode3dType, view.mode3dTypes.zoom)
+            view.zoomButtonAction({ "state": "modeSet" })
+            compare(view.mode3dType, view.mode3dTypes.rotate)
+            view.calculateRotationState(view.mode3dTypes.translate)
+            compare(view.rotationIsTurnedOn, false)
+            view.zoomButtonAction({ "state": "modeSet" })
+            compare(view.mode3dType, view.mode3dTypes.translate)
+        }
+
+        function test_a_narrow_view_has_no_compass_and_no_mode_button() {
+            root.width = 420
+            verify(!view.pipeViewBiggerThan40Percentage())
+            verify(!child("compassButton").visible)
+            verify(!child("controlTypeModeButton").visible)
+            root.width = 421
+            verify(child("compassButton").visible)
+            verify(child("controlTypeModeButton").visible)
+            view.disableModeTypeSwitch = true
+            verify(!child("controlTypeModeButton").visible)
+            view.disableModeTypeSwitch = false
+            view.rotationTranslationButtonEnabled = false
+            verify(!child("controlTypeModeButton").visible)
+        }
+
+        function test_every_width_shows_its_controls_data() {
+            return [320, 600, 1280, 3840].map(function(width) { return { "tag": String(width), "width": width } })
+        }
+
+        function test_every_width_shows_its_controls(data) {
+            root.width = data.width
+            waitForRendering(view)
+            compare(scene.width, data.width)
+            for (const name of ["zoomInButton", "zoomOutButton", "view3dMenu"]) {
+                const at = child(name).mapToItem(view, 0, 0)
+                verify(at.x >= 0 && at.x + child(name).width <= data.width, name)
+                verify(at.y >= 0 && at.y + child(name).height <= 600, name)
+            }
+        }
+
+        function test_the_mode_button_goes_between_moving_and_turning() {
+            const button = child("controlTypeModeButton").item
+            compare(button.modeButtonMode, view.mode3dTypes.translate)
+            mouseClick(button)
+            compare(view.mode3dType, view.mode3dTypes.rotate)
+            mouseClick(button)
+            compare(view.mode3dType, view.mode3dTypes.translate)
+            compare(child("controlTypeModeButton").isRotationMode, false)
+        }
+
+        function test_split_view_is_the_hosts() {
+            let asked = 0
+            view.toggleSplitViewCallback = function() { asked++ }
+            const button = child("commandButton_toggleSplitView")
+            compare(button.state, "modeSet")
+            mouseClick(button)
+            compare(asked, 1)
+            view.splitViewMode = true
+            compare(button.state, "normal")
+            host.setPage("Screens::Another")
+            verify(!view.isOnMain3DScreen())
+            verify(!button.visible)
+        }
+
+        function test_leaving_for_split_view_ends_what_was_begun() {
+            view.switchMode(view.mode3dTypes.rotate)
+            view.connectedState = true
+            view.beforeSplitViewModeChanged()
+            compare(view.connectedState, false)
+            view.splitViewMode = true
+            compare(view.mode3dType, view.mode3dTypes.translate)
+            verify(!child("floorsInputScreenButton").visible)
+            view.connectedState = true
+            view.beforeSplitViewModeChanged()
+            compare(view.connectedState, true)
+        }
+
+        function test_floors_are_asked_for() {
+            mouseClick(child("floorsInputScreenButton"))
+            compare(screens.count, 1)
+            compare(screens.signalArguments[0][0], "View3d::FloorsInputScreen")
+            const args = screens.signalArguments[0][1]
+            compare(args.inputMethodHints, Qt.ImhSensitiveData | Qt.ImhPreferLowercase | Qt.ImhNoPredictiveText)
+            compare(args.model, [
+                { "rowId": 0, "labelText": "Floor 1", "inputText": 0 },
+                { "rowId": 1, "labelText": "Floor 2", "inputText": 3 },
+                { "rowId": 2, "labelText": "Floor 3", "inputText": 3 },
+                { "rowId": 3, "labelText": "Floor 4", "inputText": 3 }
+            ])
+            args.screenCallback(undefined)
+            compare(view.floorModel.length, 0)
+            args.screenCallback({ "floorsModel": [0, 2.5] })
+            compare(view.floorModel, [0, 2.5])
+            compare(FloorNav.floorValues, [0, 2.5])
+        }
+
+        function test_a_floor_is_shown_and_taken_off() {
+            const second = child("floorButton1")
+            compare(second.text, "2")
+            mouseClick(second)
+            compare(FloorNav.current, 1)
+            compare(second.border.width, 2.5)
+            compare(child("floorButton0").border.width, 0)
+            mouseClick(child("floorButton3"))
+            compare(FloorNav.current, 3)
+            mouseClick(child("floorButton3"))
+            compare(FloorNav.current, -1)
+        }
+
+        function test_connecting_is_offered_with_two_selected() {
+            verify(!child("pipeConnectButton").visible)
+            verify(!child("pipeConnectApply").visible)
+            view.connectedState = true
+            verify(child("pipeConnectApply").visible)
+            verify(child("pipeConnectCancel").visible)
+            mouseClick(child("pipeConnectApply"))
+            compare(view.connectedState, false)
+            view.connectedState = true
+            mouseClick(child("pipeConnectCancel"))
+            compare(view.connectedState, false)
+        }
+
+        function test_the_compass_turns_with_the_view_data() {
+            return [
+                { "tag": "north", "up": Qt.vector3d(0, 0, 1), "rotation": 0 },
+                { "tag": "west", "up": Qt.vector3d(1, 0, 0), "rotation": 90 },
+                { "tag": "east", "up": Qt.vector3d(-1, 0, 0), "rotation": -90 },
+                { "tag": "south", "up": Qt.vector3d(0, 0, -1), "rotation": 180 }
+            ]
+        }
+
+        function test_the_compass_turns_with_the_view(data) {
+            scene.camera.setPose(Qt.vector3d(0, 300, 0), Qt.vector3d(0, 0, 0), data.up)
+            view.compass.calculateCompass()
+            fuzzyCompare(view.compass.rotation, data.rotation, 0.01)
+            compare(view.cameraNorthRotation, view.compass.rotation)
+        }
+
+        function test_a_tap_on_the_compass_takes_the_view_back() {
+            scene.camera.setPose(Qt.vector3d(0, 300, 0), Qt.vector3d(0, 0, 0), Qt.vector3d(1, 0, 0))
+            mouseClick(child("compassButton"))
+            scene.camera.animScheduler.completeAll()
+            tryVerify(function() { return Math.abs(view.compass.rotation) < 0.01 })
+        }
+
+        function test_holding_the_compass_shows_the_diagnoses() {
+            const row = child("debugButtonsRow")
+            verify(!row.visible)
+            mousePress(child("compassButton"))
+            wait(3500)
+            verify(!row.visible)
+            tryVerify(function() { return row.visible }, 2000)
+            mouseRelease(child("compassButton"))
+            const button = row.children[0]
+            compare(button.caption, "camera\nprops")
+            compare(button.width, 64)
+            compare(button.height, 32)
+            host.expectLog("camera\nprops")
+            host.expectLog("# camera pos " + scene.camera.position)
+            host.expectLog("# camera vc " + scene.camera.viewCenter)
+            host.expectLog("# camera up " + scene.camera.upVector)
+            mouseClick(button)
+        }
+
+        function test_the_photos_frame() {
+            const frame = child("photoAreaDashedRectangle")
+            verify(!frame.visible)
+            view.photoAreaDashedRectangleVisible = true
+            verify(frame.visible)
+            compare(frame.height, scene.height)
+            fuzzyCompare(frame.width, 1.072 * scene.height, 1e-6)
+            fuzzyCompare(child("compassButton").x, frame.x, 1e-6)
+        }
+
+        function test_the_lateral_that_is_passed() {
+            const button = child("lateralQuickAccess")
+            compare(button.opacity, 0.7)
+            verify(!button.visible)
+            host.setActiveInspection(true)
+            scene.camera.viewType = Torvik3d.CameraController.View3d
+            scene.camera.setPose(Qt.vector3d(0, 150, 0), Qt.vector3d(0, 0, 0), Qt.vector3d(0, 0, 1))
+            GlobalNav.lateralInProximity(belmora.appStateData.activeInspection, null)
+            verify(button.visible)
+            compare(button.text, belmora.appStateData.activeInspection.queryName())
+            scene.camera.viewType = Torvik3d.CameraController.View2dTop
+            verify(!button.visible)
+            view.splitViewMode = true
+            verify(button.visible)
+            scene.camera.setPose(Qt.vector3d(0, 201, 0), Qt.vector3d(0, 0, 0), Qt.vector3d(0, 0, 1))
+            verify(!button.visible)
+            scene.camera.setPose(Qt.vector3d(0, 150, 0), Qt.vector3d(0, 0, 0), Qt.vector3d(0, 0, 1))
+            GlobalNav.lateralNotInProximity()
+            verify(!button.visible)
+            compare(button.text, "")
+            compare(button.selectedLateral, null)
+        }
+
+        function test_pointing_is_switched_on_and_off() {
+            verify(!view.twoSectionInterface.enabled)
+            view.toggleTwoSectionInterface(4)
+            verify(view.twoSectionInterface.enabled)
+            compare(view.twoSectionInterface.oprationMode, 4)
+            view.toggleTwoSectionInterface(1)
+            verify(!view.twoSectionInterface.enabled)
+        }
+
+        function test_the_zoom_handles_have_their_icons() {
+            const zoomIn = child("zoomInButton")
+            compare(zoomIn.item.iconActive, design.icons.button3DZoomPlusPipeViewscreen.active)
+            compare(zoomIn.item.iconInactive, design.icons.button3DZoomPlusPipeViewscreen.enabled)
+            verify(zoomIn.item.zoomIn)
+            verify(!child("zoomOutButton").item.zoomIn)
+            compare(zoomIn.z, view.z + 1)
+            compare(zoomIn.x + zoomIn.width, view.width)
+            compare(child("zoomOutButton").y + child("zoomOutButton").height, view.height)
+        }
+
+        function test_the_left_panel() {
+            const panel = child("view3dLeftPanel")
+            compare(panel.z, 99999)
+            verify(Qt.colorEqual(panel.color, Qt.rgba(0.7, 0.7, 0.7, 0.4)))
+            compare(panel.height, 50)
+        }
+    }
+}
