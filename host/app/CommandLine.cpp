@@ -37,7 +37,8 @@ const QStringList valueNames {
     QStringLiteral("--go-to"),      QStringLiteral("--findings"), QStringLiteral("--noise"),
     QStringLiteral("--seed"),       QStringLiteral("--step"),     QStringLiteral("--speed"),
     QStringLiteral("--inspect"),    QStringLiteral("--replay"),   QStringLiteral("--listen"),
-    QStringLiteral("--address"),    QStringLiteral("--tiles")};
+    QStringLiteral("--address"),    QStringLiteral("--tiles"),    QStringLiteral("--plan"),
+    QStringLiteral("--plan-scale"), QStringLiteral("--plan-at")};
 const QStringList repeatable {QStringLiteral("--with"), QStringLiteral("--findings")};
 
 QString takeOption(const QStringList& arguments, int& index, Sorted& sorted)
@@ -318,15 +319,41 @@ QString readVehicle(const Sorted& sorted, Options& options)
     return {};
 }
 
+QString readPlan(const Sorted& sorted, Options& options)
+{
+    static const QRegularExpression comma(QStringLiteral("\\s*,\\s*"));
+    const QString scale = QStringLiteral("--plan-scale");
+    const QString place = QStringLiteral("--plan-at");
+    options.planFile = sorted.value(QStringLiteral("--plan"));
+    for (const QString& option : {scale, place}) {
+        if (sorted.has(option) && options.planFile.isEmpty())
+            return QStringLiteral("%1 goes with --plan").arg(option);
+    }
+    const QString error =
+        readNumber(sorted, scale, smallestStep, QStringLiteral("a number from 0.001 on"), options.planScale);
+    if (!error.isEmpty() || !sorted.has(place))
+        return error;
+    const QStringList parts = sorted.value(place).trimmed().split(comma);
+    bool isEasting = false;
+    bool isNorthing = false;
+    const QPointF read(parts.value(0).toDouble(&isEasting), parts.value(1).toDouble(&isNorthing));
+    if (parts.size() != 2 || !isEasting || !isNorthing || !std::isfinite(read.x()) || !std::isfinite(read.y()))
+        return QStringLiteral("--plan-at takes EASTING,NORTHING, not \"%1\"").arg(sorted.value(place));
+    options.planPlace = read;
+    return {};
+}
+
 QString readProject(const Sorted& sorted, Options& options)
 {
     if (sorted.words.size() > 1)
         return QStringLiteral("one PROJECT at a time, and \"%1\" is a second one").arg(sorted.words[1]);
     options.project = sorted.words.value(0);
     const bool dump = sorted.has(QStringLiteral("--dump"));
-    QStringList known {QStringLiteral("--dump")};
+    QStringList known {QStringLiteral("--dump"), QStringLiteral("--plan"), QStringLiteral("--plan-scale"),
+                       QStringLiteral("--plan-at")};
     if (!dump)
-        known = QStringList {QStringLiteral("--screenshot"),   QStringLiteral("--size"),    QStringLiteral("--view"),
+        known = known.mid(1) +
+                QStringList {QStringLiteral("--screenshot"),   QStringLiteral("--size"),    QStringLiteral("--view"),
                              QStringLiteral("--distance"),     QStringLiteral("--fit"),     QStringLiteral("--go-to"),
                              QStringLiteral("--whole-window"), QStringLiteral("--inspect"), QStringLiteral("--replay"),
                              QStringLiteral("--real-time"),    QStringLiteral("--speed"),   QStringLiteral("--window"),
@@ -335,6 +362,9 @@ QString readProject(const Sorted& sorted, Options& options)
     const QString foreign = foreignOption(sorted, known, dump ? QStringLiteral("--dump") : QStringLiteral("a project"));
     if (!foreign.isEmpty())
         return foreign;
+    const QString planError = readPlan(sorted, options);
+    if (!planError.isEmpty())
+        return planError;
     if (dump) {
         options.command = Command::Dump;
         options.outputFile = sorted.value(QStringLiteral("--dump"));

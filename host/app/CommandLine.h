@@ -2,6 +2,7 @@
 
 #include "host/vehicle/Course.h"
 
+#include <QPointF>
 #include <QSize>
 #include <QString>
 #include <QStringList>
@@ -58,6 +59,11 @@ struct Options {
     /** Folder or address of the map's tiles; empty for what the settings say. */
     QString tiles;
     bool noMap = false;
+    /** A plan under the network, for a look; empty without one. */
+    QString planFile;
+    double planScale = 1;
+    /** Easting and northing of its middle; without it the middle of the view. */
+    std::optional<QPointF> planPlace;
     /** The user has asked for the whole project, which is also what happens without a wish. */
     bool fit = false;
 

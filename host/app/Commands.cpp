@@ -83,6 +83,9 @@ int dump(const Options& options)
         return failure(opened.error);
 
     HeadlessScene::show(opened.project);
+    const QString planError = HeadlessScene::layPlan({options.planFile, options.planScale, options.planPlace});
+    if (!planError.isEmpty())
+        return failure(planError);
     const QByteArray json = QJsonDocument(toJson(SceneReader::snapshot())).toJson();
     const QString error = Database::WholeFile::write(options.outputFile, json);
     return error.isEmpty() ? 0 : failure(error);

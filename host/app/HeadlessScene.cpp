@@ -22,4 +22,17 @@ void show(const QSharedPointer<Database::CProjectObject>& project)
     untilFilled.exec();
 }
 
+QString layPlan(const PlanWish& wish)
+{
+    PlanDesk desk;
+    QEventLoop untilLaid;
+    QString error;
+    desk.lay(wish, [&](const QString& reason) {
+        error = reason;
+        untilLaid.quit();
+    });
+    untilLaid.exec();
+    return error;
+}
+
 } // namespace Torvik::Viewer::HeadlessScene

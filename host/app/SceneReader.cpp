@@ -9,6 +9,7 @@
 #include "network/ObservationEnd.h"
 #include "network/Pipe.h"
 #include "network/Section.h"
+#include "plans/IBackgroundPlan.h"
 #include "scene/SceneEntities.h"
 #include "scene/SceneRoot.h"
 
@@ -120,6 +121,19 @@ void readObservations(SceneSnapshot& scene)
     }
 }
 
+void readPlans(SceneSnapshot& scene)
+{
+    const auto& entities = View3d::SceneEntities::instance();
+    View3d::IBackgroundPlan* const waiting = entities.getBackgroundPlanToConfirm();
+    for (View3d::IBackgroundPlan* plan : {entities.getBackgroundPlan(), waiting}) {
+        if (!plan)
+            continue;
+        scene.plans << SceneSnapshot::Plan {
+            plan->renderableType(), plan->fullPath(), plan->transformMatrix(), plan->getAdditionalTranslationCorrect(),
+            plan->position().y(),   plan->isLocked(), plan->isEnabled(),       plan == waiting};
+    }
+}
+
 } // namespace
 
 SceneSnapshot snapshot()
@@ -139,6 +153,7 @@ SceneSnapshot snapshot()
             scene.sections << read(*section);
     }
     readObservations(scene);
+    readPlans(scene);
     return scene;
 }
 

@@ -1,6 +1,7 @@
 #include "host/app/SceneSnapshot.h"
 
 #include <QJsonArray>
+#include <QVector4D>
 
 #include <algorithm>
 #include <tuple>
@@ -96,6 +97,31 @@ QJsonObject toJson(const SceneSnapshot::Connection& connection)
             {QStringLiteral("point"), toJson(connection.point)}};
 }
 
+QJsonArray toJson(const QMatrix4x4& matrix)
+{
+    QJsonArray rows;
+    for (int i = 0; i < 4; ++i) {
+        const QVector4D row = matrix.row(i);
+        rows.append(QJsonArray {double(row.x()), double(row.y()), double(row.z()), double(row.w())});
+    }
+    return rows;
+}
+
+QJsonArray toJson(const QVector<SceneSnapshot::Plan>& plans)
+{
+    QJsonArray array;
+    for (const SceneSnapshot::Plan& plan : plans)
+        array.append(QJsonObject {{QStringLiteral("kind"), plan.kind},
+                                  {QStringLiteral("file"), plan.file},
+                                  {QStringLiteral("matrix"), toJson(plan.matrix)},
+                                  {QStringLiteral("anchor"), toJson(plan.anchor)},
+                                  {QStringLiteral("elevation"), double(plan.elevation)},
+                                  {QStringLiteral("locked"), plan.locked},
+                                  {QStringLiteral("visible"), plan.visible},
+                                  {QStringLiteral("toConfirm"), plan.toConfirm}});
+    return array;
+}
+
 bool comesBefore(const SceneSnapshot::Observation& a, const SceneSnapshot::Observation& b)
 {
     return std::tie(a.section, a.inspection, a.distance, a.id) < std::tie(b.section, b.inspection, b.distance, b.id);
@@ -149,7 +175,8 @@ QJsonObject toJson(const SceneSnapshot& snapshot)
             {QStringLiteral("nodes"), nodes},
             {QStringLiteral("sections"), sections},
             {QStringLiteral("observations"), toSortedJson(snapshot.observations)},
-            {QStringLiteral("connections"), toSortedJson(snapshot.connections)}};
+            {QStringLiteral("connections"), toSortedJson(snapshot.connections)},
+            {QStringLiteral("plans"), toJson(snapshot.plans)}};
 }
 
 Bounds boundsOf(const SceneSnapshot::Node& node)

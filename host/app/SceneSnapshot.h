@@ -4,6 +4,7 @@
 #include "host/app/CameraPose.h"
 
 #include <QJsonObject>
+#include <QMatrix4x4>
 #include <QString>
 #include <QVector>
 
@@ -77,6 +78,22 @@ struct SceneSnapshot {
         QVector3D point;
     };
 
+    /** What lies under the network. */
+    struct Plan {
+        /** "imagebackground", "pdfimagebackground" or "dxfbackground". */
+        QString kind;
+        QString file;
+        /** From the plan to the scene. */
+        QMatrix4x4 matrix;
+        /** The corner by which it is anchored, in the plan. */
+        QVector3D anchor;
+        float elevation = 0;
+        bool locked = false;
+        bool visible = false;
+        /** It waits for the user's confirmation, and the project does not hold it. */
+        bool toConfirm = false;
+    };
+
     /** Scene = cartesian * scale - origin, cartesian = (-easting, height, northing). */
     View3d::Vector3D<double> origin;
     double scale = 1;
@@ -85,6 +102,8 @@ struct SceneSnapshot {
     QVector<Section> sections;
     QVector<Observation> observations;
     QVector<Connection> connections;
+    /** The project's own, and the one that waits for confirmation. */
+    QVector<Plan> plans;
 };
 
 /** Sorted by key, then by guid; observations by their pipe, then along it; connections by their lateral. Numbers with

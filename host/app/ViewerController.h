@@ -97,6 +97,8 @@ public:
     Q_INVOKABLE void goTo(const QString& id);
     /** Brings the whole project into view; the direction of view stays. */
     Q_INVOKABLE void fit();
+    /** In the window's bar, until it is dismissed. */
+    void showError(const QString& text) { setError(text); }
     Q_INVOKABLE void dismissError();
     /** Filters all lists. */
     Q_INVOKABLE void setFilter(const QString& filter);

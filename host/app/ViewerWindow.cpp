@@ -3,6 +3,7 @@
 #include "geo/GdalGeoProjector.h"
 #include "host/app/Commands.h"
 #include "host/app/PictureTaker.h"
+#include "host/app/PlanDesk.h"
 #include "host/app/ReplayCommand.h"
 #include "host/app/ReplayRun.h"
 #include "host/app/StoringTime.h"
@@ -23,6 +24,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <functional>
 
 namespace Torvik::Viewer::ViewerWindow {
 
@@ -110,6 +112,13 @@ bool startVehicle(VehicleDesk& vehicle, const Options& options, const std::optio
     return true;
 }
 
+/** Under the network, as soon as that is in view. */
+void layPlan(ViewerController& controller, const Options& options, const std::function<void(const QString&)>& done)
+{
+    auto* const desk = new PlanDesk(&controller);
+    desk->lay({options.planFile, options.planScale, options.planPlace}, done);
+}
+
 int showWindow(ViewerController& controller, bool hasMap, const QString& folder, const Options& options)
 {
     const auto recording = options.replayFile.isEmpty() ? std::nullopt : readReplay(options);
@@ -129,6 +138,10 @@ int showWindow(ViewerController& controller, bool hasMap, const QString& folder,
             QGuiApplication::exit(Commands::failure(noSuchInspection(options)));
         else if (!startVehicle(*controller.vehicle(), options, recording))
             QGuiApplication::exit(1);
+        layPlan(controller, options, [&controller](const QString& error) {
+            if (!error.isEmpty())
+                controller.showError(error);
+        });
     });
     controller.openFolder(folder);
     const int status = QGuiApplication::exec();
@@ -160,7 +173,8 @@ int takePicture(ViewerController& controller, QQuickWindow* window, Map::MapEndp
         if (!controller.errorText().isEmpty())
             giveUp(controller.errorText());
         else if (options.replayFile.isEmpty())
-            taker.start();
+            layPlan(controller, options,
+                    [&](const QString& error) { error.isEmpty() ? taker.start() : giveUp(error); });
         else if (ReplayRun* run = playBeforeThePicture(controller, options)) {
             QObject::connect(run, &ReplayRun::finished, [&, run] {
                 status = report(run->outcome());

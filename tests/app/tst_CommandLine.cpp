@@ -42,6 +42,7 @@ private slots:
     void listeningIsForThisMachineUnlessToldOtherwise();
     void infoTakesJson();
     void dumpTakesAFile();
+    void aPlanTakesScaleAndPlace();
     void helpWinsOverEverythingElse();
     void wordsBehindTwoDashesAreNoOptions();
     void aFolderNamedLikeACommandIsReachable();
@@ -214,6 +215,23 @@ void tst_CommandLine::dumpTakesAFile()
     QCOMPARE(options.outputFile, QStringLiteral("scene.json"));
 }
 
+void tst_CommandLine::aPlanTakesScaleAndPlace()
+{
+    const Options placed =
+        understood("town --screenshot town.png --plan site.pdf --plan-scale 2.5 --plan-at -570000.5,5830000");
+    const Options plain = understood("--plan site.png");
+    const Options dumped = understood("town --dump town.json --plan site.dxf");
+
+    QCOMPARE(placed.planFile, QStringLiteral("site.pdf"));
+    QCOMPARE(placed.planScale, 2.5);
+    QCOMPARE(placed.planPlace.value_or(QPointF()), QPointF(-570000.5, 5830000));
+    QCOMPARE(plain.command, Command::Window);
+    QCOMPARE(plain.planScale, 1.0);
+    QVERIFY(!plain.planPlace);
+    QCOMPARE(dumped.command, Command::Dump);
+    QCOMPARE(dumped.planFile, QStringLiteral("site.dxf"));
+}
+
 void tst_CommandLine::helpWinsOverEverythingElse()
 {
     QCOMPARE(understood("--help").command, Command::Help);
@@ -242,6 +260,13 @@ void tst_CommandLine::wrongArgumentsGiveOneLine_data()
         QTest::newRow(line) << QString::fromLatin1(line) << QString::fromLatin1(named);
     };
     row("--nonsense", "--nonsense");
+    row("--plan-scale 2", "--plan");
+    row("--plan-at 1,2", "--plan");
+    row("--plan a.png --plan-scale 0", "--plan-scale");
+    row("--plan a.png --plan-at 1", "--plan-at");
+    row("--plan a.png --plan-at 1,2,3", "--plan-at");
+    row("--plan a.png --plan-at east,2", "--plan-at");
+    row("import a b --plan a.png", "--plan");
     row("-x", "-x");
     row("one two", "two");
     row("findings", "PROJECT");
@@ -329,11 +354,11 @@ void tst_CommandLine::wrongArgumentsGiveOneLine()
 void tst_CommandLine::helpTellsEveryOption_data()
 {
     QTest::addColumn<QString>("option");
-    for (const char* option :
-         {"import",   "findings",     "info",    "--findings",     "--crs",        "--mapping",  "--with",
-          "--report", "--screenshot", "--size",  "--view",         "top|3d|front", "--distance", "--fit",
-          "--go-to",  "--json",       "--dump",  "record",         "--tiles",      "--no-map",   "--noise",
-          "--seed",   "--step",       "--speed", "--whole-window", "--help"})
+    for (const char* option : {"import",         "findings",    "info",         "--findings", "--crs",  "--mapping",
+                               "--with",         "--report",    "--screenshot", "--size",     "--view", "top|3d|front",
+                               "--distance",     "--fit",       "--go-to",      "--json",     "--dump", "record",
+                               "--tiles",        "--no-map",    "--noise",      "--seed",     "--step", "--speed",
+                               "--whole-window", "--plan FILE", "--plan-scale", "--plan-at",  "--help"})
         QTest::newRow(option) << QString::fromLatin1(option);
 }
 

@@ -1,10 +1,13 @@
 #include "common/TestProject.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QPainter>
+#include <QPdfWriter>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QtTest>
@@ -78,6 +81,10 @@ private slots:
     void findingsComeIntoAProject();
     void theDumpHoldsProjectorNodesAndSections();
     void theDumpHoldsObservationsAndConnections();
+    void aPlanLiesUnderTheNetworkAndIsStoredNowhere_data();
+    void aPlanLiesUnderTheNetworkAndIsStoredNowhere();
+    void aPlanThatCannotBeLaidGivesOneLineAndStatus1_data();
+    void aPlanThatCannotBeLaidGivesOneLineAndStatus1();
     void twoDumpsAreTheSame();
     void aPictureShowsPipesAndManholesWhereTheyAre();
     void aPictureLooksAtTheObjectAskedFor();
@@ -279,6 +286,88 @@ void tst_Program::theDumpHoldsObservationsAndConnections()
                                       {"observation", ids[1]},
                                       {"section", pipeId},
                                       {"point", QJsonArray({0, begin.at(1), 20})}})}));
+}
+
+void tst_Program::aPlanLiesUnderTheNetworkAndIsStoredNowhere_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("kind");
+    QTest::newRow("picture") << "plan.png"
+                             << "imagebackground";
+    QTest::newRow("pdf") << "plan.pdf"
+                         << "pdfimagebackground";
+}
+
+void tst_Program::aPlanLiesUnderTheNetworkAndIsStoredNowhere()
+{
+    QFETCH(QString, name);
+    TestProject project(utm32);
+    fill(project);
+    project.close();
+    const QString plan = m_folder->filePath(name);
+    if (name.endsWith("pdf")) {
+        QPdfWriter writer(plan);
+        QPainter(&writer).drawEllipse(QPoint(2000, 2000), 1000, 1000);
+    } else {
+        QVERIFY(QImage(20, 10, QImage::Format_RGB32).save(plan));
+    }
+    const QString file = m_folder->filePath("scene.json");
+
+    const Outcome outcome =
+        run({project.path(), "--dump", file, "--plan", plan, "--plan-scale", "2", "--plan-at", "570050,5830020"});
+
+    QVERIFY2(outcome.status == 0, qPrintable(outcome.errors.join('\n')));
+    QFile written(file);
+    QVERIFY(written.open(QIODevice::ReadOnly));
+    const QJsonObject scene = QJsonDocument::fromJson(written.readAll()).object();
+    const QJsonArray plans = scene.value("plans").toArray();
+    QCOMPARE(plans.size(), 1);
+    QTEST(plans.at(0).toObject().value("kind").toString(), "kind");
+    QCOMPARE(plans.at(0).toObject().value("file").toString(), plan);
+    QCOMPARE(plans.at(0).toObject().value("toConfirm").toBool(), true);
+    QCOMPARE(plans.at(0).toObject().value("visible").toBool(), true);
+    QVERIFY(plans.at(0).toObject().value("elevation").toDouble() < 0.0);
+    const QJsonArray rows = plans.at(0).toObject().value("matrix").toArray();
+    const QJsonArray origin = scene.value("projector").toObject().value("origin").toArray();
+    QVERIFY(qAbs(rows.at(0).toArray().at(3).toDouble() - (-570050 - origin.at(0).toDouble())) < 0.01);
+    QVERIFY(qAbs(rows.at(2).toArray().at(3).toDouble() - (5830020 - origin.at(2).toDouble())) < 0.01);
+    QCOMPARE(rows.at(0).toArray().at(0).toDouble(), 2.0);
+    QVERIFY(QFile::exists(plan));
+    QDirIterator files(project.path(), {"plan.*"}, QDir::Files, QDirIterator::Subdirectories);
+    QVERIFY(!files.hasNext());
+}
+
+void tst_Program::aPlanThatCannotBeLaidGivesOneLineAndStatus1_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("helps");
+    QTest::newRow("missing") << "none.png" << QByteArray() << "no such file";
+    QTest::newRow("broken picture") << "a.png" << QByteArray("rubbish") << "save it as PNG";
+    QTest::newRow("broken pdf") << "a.pdf" << QByteArray("rubbish") << "damaged";
+    QTest::newRow("no kind of plan") << "a.txt" << QByteArray("text") << "no kind of plan";
+    QTest::newRow("large drawing") << "a.dwg" << QByteArray(10485761, 'x') << "10 MB";
+}
+
+void tst_Program::aPlanThatCannotBeLaidGivesOneLineAndStatus1()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, content);
+    QFETCH(QString, helps);
+    TestProject project(utm32);
+    project.close();
+    const QString plan = m_folder->filePath(name);
+    QFile file(plan);
+    QVERIFY(content.isEmpty() || (file.open(QIODevice::WriteOnly) && file.write(content) == content.size()));
+    file.close();
+
+    const Outcome outcome = run({project.path(), "--dump", m_folder->filePath("scene.json"), "--plan", plan});
+
+    QCOMPARE(outcome.status, 1);
+    const QStringList lines = outcome.errors.filter("kxviewer: ");
+    QCOMPARE(lines.size(), 1);
+    QVERIFY2(lines.first().contains(plan) && lines.first().contains(helps), qPrintable(lines.first()));
+    QCOMPARE(QFile::exists(plan), !content.isEmpty());
 }
 
 void tst_Program::twoDumpsAreTheSame()

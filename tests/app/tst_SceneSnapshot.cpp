@@ -76,6 +76,7 @@ private slots:
     void aSecondPipeShowsWhenThereIsOne();
     void anObservationTellsAllOfItself();
     void observationsFollowOneAnotherAlongThePipe();
+    void aPlanTellsWhereItLies();
     void connectionsAreSortedByTheirLateral();
     void numbersReadBackAsTheSame();
     void theProjectorsScaleIsTakenOut();
@@ -158,6 +159,29 @@ void tst_SceneSnapshot::observationsFollowOneAnotherAlongThePipe()
     for (const QJsonValue& observation : observations)
         order << observation.toObject().value(QStringLiteral("id")).toString();
     QCOMPARE(order, QStringList({QStringLiteral("o2"), QStringLiteral("o1"), QStringLiteral("o3")}));
+}
+
+void tst_SceneSnapshot::aPlanTellsWhereItLies()
+{
+    SceneSnapshot snapshot;
+    QMatrix4x4 matrix;
+    matrix.translate(7, -3, 9);
+    snapshot.plans = {{"imagebackground", "/p/plan.png", matrix, {50, 0, -25}, -3, true, false, true}};
+
+    const QJsonArray plans = toJson(snapshot).value(QStringLiteral("plans")).toArray();
+
+    QCOMPARE(plans.size(), 1);
+    const QJsonObject plan = plans.first().toObject();
+    QCOMPARE(plan.value(QStringLiteral("kind")).toString(), QStringLiteral("imagebackground"));
+    QCOMPARE(plan.value(QStringLiteral("file")).toString(), QStringLiteral("/p/plan.png"));
+    QCOMPARE(plan.value(QStringLiteral("matrix")).toArray(),
+             (QJsonArray {QJsonArray {1, 0, 0, 7}, QJsonArray {0, 1, 0, -3}, QJsonArray {0, 0, 1, 9},
+                          QJsonArray {0, 0, 0, 1}}));
+    QCOMPARE(plan.value(QStringLiteral("anchor")).toArray(), (QJsonArray {50, 0, -25}));
+    QCOMPARE(plan.value(QStringLiteral("elevation")).toDouble(), -3.0);
+    QCOMPARE(plan.value(QStringLiteral("locked")).toBool(), true);
+    QCOMPARE(plan.value(QStringLiteral("visible")).toBool(), false);
+    QCOMPARE(plan.value(QStringLiteral("toConfirm")).toBool(), true);
 }
 
 void tst_SceneSnapshot::connectionsAreSortedByTheirLateral()
