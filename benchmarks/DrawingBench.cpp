@@ -21,6 +21,7 @@
 #include <ogrsf_frmts.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <memory>
 
@@ -33,7 +34,7 @@ namespace {
 constexpr int largestDxf = 52428800;
 constexpr int segments = 200000;
 constexpr int orbitFrames = 120;
-constexpr int rounds = 3;
+constexpr int rounds = 5;
 constexpr int settleMs = 1500;
 
 /** GDAL's features as it hands them out, with its own settings, on a thread beside the window's. */
@@ -93,6 +94,8 @@ public:
                 qFatal("the drawing could not be read");
             m_root = root;
             m_root->setParent(stage.root());
+            connect(stage.camera(), &Qt3DRender::QCamera::viewVectorChanged, m_root, [this, &stage] { tell(stage); });
+            tell(stage);
             m_done.quit();
         });
         m_worker->setLoadedFilePath(path);
@@ -103,9 +106,29 @@ public:
         delete m_worker;
     }
 
-    int drawCalls() const { return m_root->findChildren<Qt3DRender::QGeometryRenderer*>().size(); }
+    void remove() { delete m_root; }
+    /** Of what is shown, as if all of it were in view. */
+    int drawCalls() const { return drawCallsOf(*m_root); }
 
 private:
+    static int drawCallsOf(const Qt3DCore::QEntity& entity)
+    {
+        int count = entity.componentsOfType<Qt3DRender::QGeometryRenderer>().size();
+        for (const QObject* child : entity.children()) {
+            const auto* const inner = qobject_cast<const Qt3DCore::QEntity*>(child);
+            count += inner && inner->isEnabled() ? drawCallsOf(*inner) : 0;
+        }
+        return count;
+    }
+
+    /** As the plan in the view does on a move of the camera. */
+    void tell(const Stage& stage)
+    {
+        const double half = std::tan(double(stage.camera()->fieldOfView()) * 3.14159265358979 / 360.0);
+        const double metres = 2.0 * double(stage.camera()->viewVector().length()) * half / Stage::height;
+        QMetaObject::invokeMethod(m_root, "setUnitsPerPixel", Q_ARG(float, float(metres)));
+    }
+
     QEventLoop m_done;
     QThread m_thread;
     Torvik::DXF::DXFWorker* m_worker;
@@ -134,24 +157,23 @@ FigureList measureLoading()
     const QString path = writeDrawing(folder, generatedPlan(largestDxf));
     const Stage stage(Stage::Window);
     lookDown(stage, 3000.0F);
-    // The first reading finds the file on the disk, perhaps.
-    gdalAloneMs(path);
     double gdal = 1e9;
-    for (int i = 0; i < rounds; ++i)
-        gdal = std::min(gdal, gdalAloneMs(path));
-
-    double shown = 0.0;
-    double blocked = 0.0;
+    double shown = 1e9;
+    double blocked = 1e9;
     int calls = 0;
-    {
+    // In turns, and the least of each: what else the machine does only ever adds.
+    for (int i = 0; i < rounds; ++i) {
+        gdal = std::min(gdal, gdalAloneMs(path));
         const Heartbeat heartbeat;
         QElapsedTimer clock;
         clock.start();
-        const Plan plan(path, stage);
+        Plan plan(path, stage);
         stage.waitFrames(4);
-        shown = static_cast<double>(clock.nsecsElapsed()) / 1e6;
-        blocked = heartbeat.longestMs();
+        shown = std::min(shown, static_cast<double>(clock.nsecsElapsed()) / 1e6);
+        blocked = std::min(blocked, heartbeat.longestMs());
         calls = plan.drawCalls();
+        plan.remove();
+        stage.waitMs(settleMs);
     }
     FigureList list;
     list.add(QStringLiteral("GDAL reading the features alone, ms"), gdal, 0);
@@ -177,23 +199,23 @@ FigureList measureOrbit()
     const QString path = writeDrawing(folder, generatedSegments(segments));
     const Stage stage(Stage::Window);
     FigureList list;
-    double empty[2] = {};
-    const float distances[2] = {1500.0F, 100.0F};
-    for (int i = 0; i < 2; ++i) {
+    constexpr int views = 4;
+    double empty[views] = {};
+    const float distances[views] = {1500.0F, 600.0F, 250.0F, 60.0F};
+    for (int i = 0; i < views; ++i) {
         lookDown(stage, distances[i]);
         empty[i] = orbit(stage);
     }
     const Plan plan(path, stage);
-    const char* const names[2] = {"all in view", "100 m from the view's centre"};
-    for (int i = 0; i < 2; ++i) {
+    for (int i = 0; i < views; ++i) {
         lookDown(stage, distances[i]);
         const double full = orbit(stage);
-        const QString name = QLatin1String(names[i]);
+        const QString name = QStringLiteral("%1 m up").arg(double(distances[i]));
         list.add(name + QStringLiteral(": a frame of the empty scene, ms"), empty[i], 1);
         list.add(name + QStringLiteral(": a frame with the drawing, ms"), full, 1);
         list.add(name + QStringLiteral(": against the empty scene"), full / empty[i], 2, 2.0);
+        list.add(name + QStringLiteral(": draw calls"), plan.drawCalls(), 0, 50.0);
     }
-    list.add(QStringLiteral("draw calls"), plan.drawCalls(), 0, 50.0);
     return list;
 }
 

@@ -3,6 +3,7 @@
 #include "domain/boundary/CLogger.h"
 #include "domain/boundary/DXFWorker.h"
 #include "geo/GdalGeoProjector.h"
+#include "scene/ReadableEffect.h"
 #include "scene/SceneRoot.h"
 
 #include <QThread>
@@ -113,6 +114,7 @@ void BackgroundDxf::onLoadingFinished(Qt3DCore::QEntity* entity)
     setFullPath(m_path);
     setEnabled(true);
     placeDrawing();
+    followView();
     savePlanTransformationInCamera();
     emit backgroundLoadingFinished(this);
 }
@@ -128,6 +130,34 @@ void BackgroundDxf::placeDrawing()
     const Qt3DRender::QCamera* const camera = SceneRoot::camera();
     const QVector3D centre = camera ? camera->viewCenter() : QVector3D();
     setPosition(centre - cropOffset * scale, 0);
+}
+
+void BackgroundDxf::followView()
+{
+    // A reader's entity may draw less from afar; one that doesn't is never told.
+    if (m_drawing->metaObject()->indexOfMethod("setUnitsPerPixel(float)") < 0)
+        return;
+    SceneRoot* const root = SceneRoot::instance();
+    connect(root, &SceneRoot::sceneHeightChanged, m_drawing, [this] { tellViewScale(); });
+    connect(transform(), &Qt3DCore::QTransform::matrixChanged, m_drawing, [this] { tellViewScale(); });
+    if (const Qt3DRender::QCamera* const camera = SceneRoot::camera()) {
+        connect(camera, &Qt3DRender::QCamera::viewVectorChanged, m_drawing, [this] { tellViewScale(); });
+        connect(camera, &Qt3DRender::QCamera::fieldOfViewChanged, m_drawing, [this] { tellViewScale(); });
+    }
+    tellViewScale();
+}
+
+void BackgroundDxf::tellViewScale()
+{
+    const Qt3DRender::QCamera* const camera = SceneRoot::camera();
+    const SceneRoot* const root = SceneRoot::instance();
+    if (!camera || !root)
+        return;
+    const float metres =
+        Readable::metresPerPixel(camera->viewVector().length(), camera->fieldOfView(), float(root->sceneHeight()));
+    const float metresPerUnit = (transform()->matrix() * m_drawingTransform->matrix()).column(0).length();
+    if (metresPerUnit > 0.0F)
+        QMetaObject::invokeMethod(m_drawing, "setUnitsPerPixel", Q_ARG(float, metres / metresPerUnit));
 }
 
 Base::CErrorCode BackgroundDxf::createErrorCode(Error error)

@@ -54,6 +54,8 @@ signals:
 private:
     void endThread();
     void placeDrawing();
+    void followView();
+    void tellViewScale();
 
     Qt3DCore::QTransform* m_drawingTransform = nullptr;
     QMatrix4x4 m_drawingInCamera;

@@ -18,7 +18,8 @@ class DrawingLoad;
  *  constructor is given, whose event loop must run, and belong to whoever hears loadingFinished(). They lie in the
  *  scene's axes: a drawing's (x, y, z) is (-x, z, y). Where the coordinates are large, an offset has been taken off
  * them and stands in the root's dynamic property "dxfCropOffset" (QVector3D, the same axes); "dxfMetresPerUnit" tells
- * the drawing's unit, if it names one. */
+ * the drawing's unit, if it names one. A root with an invokable setUnitsPerPixel(float) draws by how many of the
+ * drawing's units a pixel of the screen shows. */
 class DXFWorker : public QObject {
     Q_OBJECT
 

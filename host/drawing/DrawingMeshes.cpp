@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <future>
 #include <limits>
 
 namespace Torvik::DXF {
@@ -12,6 +13,9 @@ namespace {
 constexpr double largeCoordinate = 10000.0;
 /** So many places tell where a drawing's midst is. */
 constexpr std::size_t mostSamples = 20001;
+/** So much of a drawing on each side may be astray; what is not lies within a margin around the rest. */
+constexpr double strayPart = 0.005;
+constexpr double margin = 0.1;
 
 struct Extent {
     DrawingPoint smallest {std::numeric_limits<double>::max(), std::numeric_limits<double>::max(),
@@ -39,8 +43,13 @@ Extent extentOf(const Drawing& drawing)
     return extent;
 }
 
-/** Not the middle of the extent: a stray point at the origin would put that where nothing is. */
-DrawingPoint midst(const Drawing& drawing)
+/** Where the drawing is. Not its extent: a stray point at the origin would put the middle of that where nothing is. */
+struct Whereabouts {
+    DrawingPoint midst;
+    DrawingRegion region; ///< all but what strays
+};
+
+Whereabouts whereaboutsOf(const Drawing& drawing)
 {
     std::vector<double> xs;
     std::vector<double> ys;
@@ -54,12 +63,45 @@ DrawingPoint midst(const Drawing& drawing)
     sample(drawing.lines);
     sample(drawing.fills);
     sample(drawing.points);
-    const auto median = [](std::vector<double>& values) {
-        const auto middle = values.begin() + std::ptrdiff_t(values.size() / 2);
-        std::nth_element(values.begin(), middle, values.end());
-        return *middle;
+    const auto at = [](std::vector<double>& values, double part) {
+        const auto place = values.begin() + std::ptrdiff_t(double(values.size() - 1) * part);
+        std::nth_element(values.begin(), place, values.end());
+        return *place;
     };
-    return {median(xs), median(ys), 0.0};
+    const double left = at(xs, strayPart);
+    const double right = at(xs, 1.0 - strayPart);
+    const double bottom = at(ys, strayPart);
+    const double top = at(ys, 1.0 - strayPart);
+    const double side = std::max(right - left, top - bottom) * (1.0 + margin);
+    return {{at(xs, 0.5), at(ys, 0.5), 0.0}, {(left + right - side) / 2.0, (bottom + top - side) / 2.0, side}};
+}
+
+/** The lines by the squares of the region in which their middles lie, and last those that lie in none. */
+std::vector<std::vector<DrawingVertex>> bySquares(const std::vector<DrawingVertex>& lines, const DrawingRegion& region)
+{
+    constexpr int squares = squaresASide * squaresASide;
+    std::vector<std::vector<DrawingVertex>> sorted(squares + 1);
+    const auto square = [&](double value) {
+        return std::min(int(value / region.side * squaresASide), squaresASide - 1);
+    };
+    std::vector<unsigned char> squareOf(lines.size() / 2);
+    std::vector<std::size_t> counts(squares + 1, 0);
+    for (std::size_t i = 0; i < squareOf.size(); ++i) {
+        const double x = (lines[2 * i].at.x + lines[2 * i + 1].at.x) / 2.0;
+        const double y = (lines[2 * i].at.y + lines[2 * i + 1].at.y) / 2.0;
+        const int index =
+            region.contains(x, y) ? square(y - region.bottom) * squaresASide + square(x - region.left) : squares;
+        squareOf[i] = static_cast<unsigned char>(index);
+        counts[std::size_t(index)] += 2;
+    }
+    for (std::size_t i = 0; i < sorted.size(); ++i)
+        sorted[i].reserve(counts[i]);
+    for (std::size_t i = 0; i < squareOf.size(); ++i) {
+        auto& into = sorted[squareOf[i]];
+        into.push_back(lines[2 * i]);
+        into.push_back(lines[2 * i + 1]);
+    }
+    return sorted;
 }
 
 /** Far from the origin for its size, or with numbers too large to keep their fractions. */
@@ -136,15 +178,29 @@ DrawingMeshes meshesOf(const Drawing& drawing)
     if (drawing.vertexCount() == 0)
         return result;
     const Extent extent = extentOf(drawing);
+    const Whereabouts where = whereaboutsOf(drawing);
     result.baseHeight = baseHeightOf(extent);
     if (needsCrop(extent)) {
-        const DrawingPoint centre = midst(drawing);
+        const DrawingPoint& centre = where.midst;
         result.cropOffset = QVector3D(float(std::round(-centre.x)), 0.0F, float(std::round(centre.y)));
     }
     const Packer packer(result.cropOffset.value_or(QVector3D()), result.baseHeight);
     packer.add(result.meshes, DrawingMesh::Fills, drawing.fills, 3);
-    packer.add(result.meshes, DrawingMesh::Lines, drawing.lines, 2);
+    const bool many = drawing.lines.size() / 2 >= manySegments && where.region.side > 0.0;
+    if (!many) {
+        packer.add(result.meshes, DrawingMesh::Lines, drawing.lines, 2);
+        packer.add(result.meshes, DrawingMesh::Points, drawing.points, 1);
+        return result;
+    }
+    auto pictures = std::async([&drawing, &where] { return picturesOf(drawing, where.region); });
+    const auto squares = bySquares(drawing.lines, where.region);
+    for (std::size_t i = 0; i + 1 < squares.size(); ++i)
+        packer.add(result.meshes, DrawingMesh::Lines, squares[i], 2);
     packer.add(result.meshes, DrawingMesh::Points, drawing.points, 1);
+    for (DrawingMesh& mesh : result.meshes)
+        mesh.always = false;
+    packer.add(result.meshes, DrawingMesh::Lines, squares.back(), 2);
+    result.pictures = pictures.get();
     return result;
 }
 

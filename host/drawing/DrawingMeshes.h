@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/drawing/Drawing.h"
+#include "host/drawing/DrawingPictures.h"
 
 #include <QByteArray>
 #include <QVector3D>
@@ -20,6 +21,7 @@ struct DrawingMesh {
     };
 
     Kind kind = Lines;
+    bool always = true;  ///< also drawn where pictures stand for the drawing
     QByteArray vertices; ///< of type Vertex
     int count = 0;
     QVector3D smallest;
@@ -29,6 +31,8 @@ struct DrawingMesh {
 /** A drawing in the scene's axes: (x, y, z) is (-x, z, y). */
 struct DrawingMeshes {
     QVector<DrawingMesh> meshes; ///< in the order in which they are drawn
+    /** Of a large drawing. They stand for all meshes but those that are always drawn. */
+    QVector<DrawingPicture> pictures;
     /** What has been taken off the coordinates so that their fractions survive in single precision: a place in the
      * midst of the drawing, on whole units. Without a value nothing was. */
     std::optional<QVector3D> cropOffset;
@@ -36,6 +40,12 @@ struct DrawingMeshes {
      *  the level that it is given. */
     double baseHeight = 0.0;
 };
+
+/** From so many segments on a drawing gets pictures, and its lines lie in squares, of which only those are drawn that
+ *  are in view. */
+constexpr std::size_t manySegments = 15000;
+/** Squares along each side. */
+constexpr int squaresASide = 6;
 
 /** Vertices of one mesh at most. */
 constexpr int mostOfMesh = 1 << 20;

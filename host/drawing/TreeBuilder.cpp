@@ -1,10 +1,8 @@
 #include "host/drawing/TreeBuilder.h"
-#include "host/drawing/DrawingEntities.h"
 
 #include <QElapsedTimer>
 #include <QTimerEvent>
 #include <QVariant>
-#include <Qt3DCore/QEntity>
 
 namespace Torvik::DXF {
 
@@ -46,9 +44,7 @@ void TreeBuilder::timerEvent(QTimerEvent* event)
         }
         if (!m_root)
             makeRoot();
-        else if (m_next < m_result.meshes.meshes.size())
-            makeNext();
-        else {
+        else if (!m_root->makeNext()) {
             end(m_root.release());
             return;
         }
@@ -57,22 +53,9 @@ void TreeBuilder::timerEvent(QTimerEvent* event)
 
 void TreeBuilder::makeRoot()
 {
-    m_root = std::make_unique<Qt3DCore::QEntity>();
-    m_root->setObjectName(QStringLiteral("Drawing"));
-    if (m_result.meshes.cropOffset)
-        m_root->setProperty("dxfCropOffset", *m_result.meshes.cropOffset);
+    m_root = std::make_unique<DrawingTree>(std::move(m_result.meshes));
     if (m_result.report.metresPerUnit > 0.0)
         m_root->setProperty("dxfMetresPerUnit", m_result.report.metresPerUnit);
-}
-
-void TreeBuilder::makeNext()
-{
-    DrawingMesh& mesh = m_result.meshes.meshes[m_next++];
-    Qt3DRender::QMaterial*& material = m_materials[mesh.kind];
-    if (!material)
-        material = makeDrawingMaterial(mesh.kind, m_root.get());
-    makeMeshEntity(mesh, material, m_root.get());
-    mesh.vertices.clear();
 }
 
 void TreeBuilder::end(Qt3DCore::QEntity* root)

@@ -1,18 +1,12 @@
 #pragma once
 
 #include "host/drawing/DrawingTask.h"
+#include "host/drawing/DrawingTree.h"
 
 #include <QBasicTimer>
 #include <QObject>
 
 #include <functional>
-
-namespace Qt3DCore {
-class QEntity;
-}
-namespace Qt3DRender {
-class QMaterial;
-}
 
 namespace Torvik::DXF {
 
@@ -35,15 +29,12 @@ protected:
 
 private:
     void makeRoot();
-    void makeNext();
     void end(Qt3DCore::QEntity* root);
 
     DrawingResult m_result;
     std::shared_ptr<const std::atomic<bool>> m_cancelled;
     std::function<void(Qt3DCore::QEntity*)> m_done;
-    std::unique_ptr<Qt3DCore::QEntity> m_root;
-    Qt3DRender::QMaterial* m_materials[3] = {};
-    int m_next = 0;
+    std::unique_ptr<DrawingTree> m_root;
     QBasicTimer m_timer;
 };
 

@@ -141,7 +141,8 @@ void tst_DrawingMeshes::aLargeDrawingIsFewMeshes()
         vertices += mesh.count;
     }
     QCOMPARE(vertices, 1200000);
-    QVERIFY(result.meshes.size() <= 2);
+    QVERIFY(result.meshes.size() <= 50);
+    QCOMPARE(result.pictures.size(), 21);
 }
 
 void tst_DrawingMeshes::noDrawingIsNoMesh()
