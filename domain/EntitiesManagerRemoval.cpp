@@ -1,5 +1,6 @@
 #include "domain/EntitiesManager.h"
 
+#include "labels/LabelBoard.h"
 #include "network/Crawler.h"
 #include "network/Node.h"
 #include "network/ObservationConnection.h"
@@ -41,6 +42,7 @@ void EntitiesManager::onCleanAll()
         letGo(section);
     detachCrawler();
     cleanVirtualNodes();
+    LabelBoard::instance().schedule();
 }
 
 void EntitiesManager::cleanPlans()

@@ -4,11 +4,14 @@
 #include "interaction/CustomPicker.h"
 #include "interaction/RotationRing.h"
 #include "interaction/TouchControl.h"
+#include "labels/ImageLabel.h"
+#include "labels/LabelBoard.h"
 #include "network/Observation.h"
 #include "network/Section.h"
 #include "scene/Renderable.h"
 
 #include <Qt3DInput/QMouseDevice>
+#include <Qt3DInput/QMouseEvent>
 #include <Qt3DInput/QMouseHandler>
 #include <Qt3DLogic/QFrameAction>
 #include <Qt3DRender/QPickEvent>
@@ -48,16 +51,32 @@ TouchInput::TouchInput(Qt3DCore::QEntity* root)
     addComponent(m_frameAction);
 }
 
-void TouchInput::onMousePressed()
+void TouchInput::onMousePressed(Qt3DInput::QMouseEvent* mouse)
 {
     // Comes before the picker's word of the same press.
     m_cancelled = false;
     m_hit = nullptr;
+    m_hitLabel = false;
+    // Labels are drawn over everything: what lies behind one is not pressed.
+    const QPointF position(mouse->x(), mouse->y());
+    ImageLabel* const label = LabelBoard::instance().labelAt(position);
+    if (!label)
+        return;
+    // A release that was never told.
+    onReleased();
+    m_hitLabel = true;
+    Qt3DRender::QPickEvent pick(position, {}, {}, 0.0F);
+    pressObject(label, &pick);
+}
+
+bool TouchInput::hitLabel() const
+{
+    return m_hitLabel;
 }
 
 void TouchInput::onPressed(Qt3DRender::QPickEvent* pick)
 {
-    if (m_cancelled)
+    if (m_cancelled || m_hitLabel)
         return;
     // A release that was never told.
     onReleased();

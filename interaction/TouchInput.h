@@ -9,6 +9,7 @@
 
 namespace Qt3DInput {
 class QMouseDevice;
+class QMouseEvent;
 class QMouseHandler;
 } // namespace Qt3DInput
 namespace Qt3DLogic {
@@ -40,11 +41,13 @@ public:
 
     /** The object that the present press has hit, or null. */
     Renderable* hit() const;
+    /** Whether that is a label: no selection, and no tap on the ground. */
+    bool hitLabel() const;
     /** Ends what the finger does, as its release would: something else has taken it over. */
     void cancel();
 
 private:
-    void onMousePressed();
+    void onMousePressed(Qt3DInput::QMouseEvent* mouse);
     void onPressed(Qt3DRender::QPickEvent* pick);
     void pressHandle(ObjectPicker* handle, Qt3DRender::QPickEvent* pick);
     void pressObject(Renderable* renderable, Qt3DRender::QPickEvent* pick);
@@ -58,6 +61,7 @@ private:
     QPointer<ObjectPicker> m_pressedHandle;
     QPointer<QObject> m_hit;
     bool m_cancelled = false;
+    bool m_hitLabel = false;
     QPointer<QObject> m_pressed; ///< the control of the object under the finger
 };
 

@@ -64,6 +64,12 @@ void LabelsPositionsLoader::storeLabelPosition(const QString& key, QVector3D pos
     }
 }
 
+void LabelsPositionsLoader::removeLabelPosition(const QString& key)
+{
+    if (m_positions.remove(key) > 0)
+        m_moved = true;
+}
+
 void LabelsPositionsLoader::resetLabelsPositions()
 {
     m_positions.clear();
@@ -97,7 +103,15 @@ void LabelsPositionsLoader::saveLabelsPositionsForPreviousProject()
 {
     // Also without positions: a reset after this must not touch the file of the project that was left.
     const QString path = std::exchange(m_filePath, {});
-    if (path.isEmpty() || m_positions.isEmpty()) {
+    if (path.isEmpty()) {
+        return;
+    }
+    if (m_positions.isEmpty()) {
+        // The last one that had been moved was put back.
+        if (m_moved) {
+            QFile::remove(path);
+        }
+        m_moved = false;
         return;
     }
     if (m_moved) {

@@ -26,6 +26,9 @@ public:
     /** Sets the entry, new or old. Of a label that goes after its project was left it comes too late: a label tells
      *  each move when it is done. */
     void storeLabelPosition(const QString& key, QVector3D position);
+    /** The label has been put back above its object. */
+    void removeLabelPosition(const QString& key);
+    bool isEmpty() const { return m_positions.isEmpty(); }
     /** Every label returns above its object, and the file of the open project is deleted at once. */
     void resetLabelsPositions();
 

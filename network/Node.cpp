@@ -6,6 +6,7 @@
 #include "domain/boundary/WktPoint.h"
 #include "geo/GdalGeoProjector.h"
 #include "interaction/TouchControl.h"
+#include "labels/ImageLabel.h"
 #include "network/LowestManholeTracker.h"
 #include "network/NodeGeometry.h"
 #include "network/NodeInformationToggle.h"
@@ -37,6 +38,7 @@ Node::Node(Qt3DCore::QEntity* parent, NodeAdapter* props, bool isVirtual, bool v
     : Renderable(parent)
     , m_props(props)
     , m_shapeAccess(nullptr)
+    , m_tag(*this, NameTag::OfNode)
     , m_isVirtual(isVirtual)
 {
     if (m_props)
@@ -124,15 +126,25 @@ QString Node::guid()
 
 QString Node::name() const
 {
-    return m_name;
+    return m_tag.text();
+}
+
+Label* Node::getLabel()
+{
+    return m_tag.isSet() ? m_tag.label() : nullptr;
 }
 
 void Node::setName(const QString& name)
 {
-    if (m_name == name)
+    const bool first = !m_tag.isSet();
+    if (!first && m_tag.text() == name)
         return;
-    m_name = name;
+    m_tag.setText(name);
     emit nameChanged(name);
+    if (!first && NodeInformationToggle::m_manholeFullInfoVisible) {
+        m_tag.setMultiline(true);
+        NodeInformationToggle::setFullInfoLabelParameters(this, getFullManholeInfo());
+    }
 }
 
 void Node::refreshName()
@@ -254,6 +266,7 @@ void Node::applyVisibility(bool visible)
     m_visible = visible;
     m_geometry->setVisible(visible);
     setEnablePicker(visible);
+    m_tag.setOwnerVisible(visible);
 }
 
 void Node::ensureVisibility()

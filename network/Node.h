@@ -1,5 +1,6 @@
 #pragma once
 
+#include "labels/NameTag.h"
 #include "measurement/InspDomain.h"
 #include "measurement/ShapeAccess.h"
 #include "scene/KxView3dExport.h"
@@ -11,6 +12,7 @@
 
 namespace Torvik::View3d {
 
+class Label;
 class NodeAdapter;
 class Section;
 
@@ -72,6 +74,9 @@ public:
     float depth() const;
     float radius() const { return m_diameter * 0.5F; }
     NodeAdapter* getProps() const { return m_props; }
+    /** The name label; made when it is first asked for. Null as long as no name was set. */
+    Label* getLabel();
+    NameTag& nameTag() { return m_tag; }
     Geometry::NodeGeometry* geometry() const { return m_geometry; }
 
     /** Stores on a change (biased fuzzy rule); a null depth counts as 1, a null diameter changes nothing. */
@@ -137,7 +142,7 @@ private:
     QPointer<Section> m_snappedSection;
     Geometry::NodeGeometry* m_geometry = nullptr;
     ShapeAccess m_shapeAccess;
-    QString m_name;
+    NameTag m_tag;
     bool m_isVirtual = false;
     bool m_visible = false;
     bool m_eventLoopFinished = true;

@@ -2,6 +2,7 @@
 
 #include "domain/ObservationAdapter.h"
 #include "domain/boundary/WktPoint.h"
+#include "labels/ImageLabel.h"
 #include "network/ObservationBend.h"
 #include "network/ObservationConnection.h"
 #include "network/ObservationEnd.h"
@@ -16,6 +17,8 @@
 namespace Torvik::View3d {
 
 namespace {
+
+constexpr QRgb labelBackground = qRgb(63, 175, 249);
 
 bool readNumber(const QVariant& value, float& number)
 {
@@ -54,10 +57,11 @@ Observation::Observation(Section* section, ObservationAdapter* adapter)
     , m_section(section)
     , m_adapter(adapter)
     , m_shapeAccess(nullptr)
+    , m_tag(*this, NameTag::OfObservation)
 {
     connect(section, &QObject::destroyed, this, &QObject::deleteLater);
     m_adapter->setParent(this);
-    emit visibilityChanged(GlobalNav::instance()->obsVisible() && GlobalNav::instance()->labelsVisible());
+    init3d();
     init();
     resetPrev();
     followSection();
@@ -81,10 +85,29 @@ void Observation::followSection()
 void Observation::followSwitches()
 {
     const auto* const nav = GlobalNav::instance();
-    connect(nav, &GlobalNav::labelsVisibleChanged, this,
-            [this, nav](bool on) { emit visibilityChanged(on && nav->obsVisible()); });
-    connect(nav, &GlobalNav::obsVisibleChanged, this,
-            [this, nav](bool on) { emit visibilityChanged(on && nav->labelsVisible()); });
+    connect(nav, &GlobalNav::labelsVisibleChanged, this, &Observation::tellVisibility);
+    connect(nav, &GlobalNav::obsVisibleChanged, this, &Observation::tellVisibility);
+}
+
+void Observation::init3d()
+{
+    m_tag.leaveCommonSwitch();
+    m_tag.setBackground(QColor(labelBackground));
+    m_tag.setText(m_adapter ? m_adapter->code() : QStringLiteral("OBS"));
+    tellVisibility();
+}
+
+void Observation::tellVisibility()
+{
+    const auto* const nav = GlobalNav::instance();
+    const bool visible = nav->obsVisible() && nav->labelsVisible();
+    m_tag.setOwnerVisible(visible);
+    emit visibilityChanged(visible);
+}
+
+Label* Observation::getLabel()
+{
+    return m_tag.label();
 }
 
 Section* Observation::section() const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "labels/NameTag.h"
 #include "measurement/InspDomain.h"
 #include "measurement/ShapeAccess.h"
 #include "scene/KxView3dExport.h"
@@ -10,6 +11,7 @@
 
 namespace Torvik::View3d {
 
+class Label;
 class ObservationAdapter;
 class Section;
 
@@ -77,6 +79,8 @@ public:
     /** Id of the lateral that the record names; empty for kinds that have none. */
     QString getLateralRef() const { return m_lateralRef; }
 
+    /** Tells the code; made when it is first asked for. */
+    Label* getLabel();
     ObservationAdapter* adapter() const { return m_adapter; }
     Section* section() const;
     /** Direction flags of the section's inspection; 0 without one. */
@@ -99,9 +103,12 @@ protected:
 
 private:
     void followSection();
+    void init3d();
     void followSwitches();
+    void tellVisibility();
 
     ShapeAccess m_shapeAccess;
+    NameTag m_tag;
     float m_prevBendClock = 0.0F;
     float m_prevClock1 = 0.0F;
     float m_prevJointAngle = 0.0F;

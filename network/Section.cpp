@@ -7,6 +7,7 @@
 #include "geo/GdalGeoProjector.h"
 #include "interaction/TouchControl.h"
 #include "interaction/Utils3d.h"
+#include "labels/ImageLabel.h"
 #include "measurement/InspectionCommands.h"
 #include "measurement/MeasurementPointsHandler.h"
 #include "network/LowestManholeTracker.h"
@@ -36,6 +37,7 @@ Section::Section(Qt3DCore::QEntity* parent, SectionAdapterBase* props)
     : Renderable(parent)
     , m_props(props)
     , m_shapeAccess(nullptr)
+    , m_tag(*this, NameTag::OfSection)
 {
     setTransformFlags(TransformFlags::Unknown);
     connect(transform(), &FlaggedTransform::flagsChanged, this, &Section::onTransformFlagsChanged);
@@ -204,15 +206,35 @@ QString Section::guid()
 
 QString Section::name() const
 {
-    return m_name.value_or(QStringLiteral("?"));
+    return m_tag.isSet() ? m_tag.text() : QStringLiteral("?");
 }
 
 void Section::setName(const QString& name)
 {
-    if (m_name == name)
+    const bool first = !m_tag.isSet();
+    if (!first && m_tag.text() == name)
         return;
-    m_name = name;
+    m_tag.setText(name);
+    if (first) {
+        refreshLabelPlace();
+        connect(this, &Section::sectionGeometryChanged, this, &Section::refreshLabelPlace);
+        // A turn about the start takes the middle along.
+        connect(transform(), &FlaggedTransform::rotationChanged, this, &Section::refreshLabelPlace);
+    }
     emit nameChanged(name);
+}
+
+Label* Section::getLabel()
+{
+    return m_tag.isSet() ? m_tag.label() : nullptr;
+}
+
+void Section::refreshLabelPlace()
+{
+    const float length = m_pipe->length();
+    const QVector3D middle = m_pipe->getTransformMatrixAtDistance(length / 2.0F).column(3).toVector3D();
+    m_tag.setOffset(middle - position());
+    m_tag.setVisible(length > Pipe::initialSegmentLength());
 }
 
 void Section::refreshName()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "domain/boundary/GUID.h"
+#include "labels/NameTag.h"
 #include "measurement/InspDomain.h"
 #include "measurement/InspectionDir.h"
 #include "measurement/ShapeAccess.h"
@@ -24,6 +25,7 @@ class QRayCaster;
 namespace Torvik::View3d {
 
 class InspectionCommands;
+class Label;
 class Node;
 class ObservationConnection;
 class Pipe;
@@ -62,6 +64,8 @@ public:
     /** "?" until a name is set. */
     QString name() const override;
     void setName(const QString& name) override;
+    /** The name label; made when it is first asked for. Null as long as no name was set. */
+    Label* getLabel();
     QString renderableType() const override;
     /** Previews a connection: the last segment runs straight to where the target takes it, until connectApply() or
      *  connectCancel(). Nothing while a preview stands. */
@@ -241,6 +245,7 @@ protected:
     TouchControlBase* createTouchControl() override;
 
 private:
+    void refreshLabelPlace();
     void createPipes(const QVector<QVector<QVector3D>>& shapes);
     void connectPipe();
     /** What is measured becomes part of the active inspection's measurement. */
@@ -280,7 +285,7 @@ private:
     ShapeAccess m_shapeAccess;
     Qt3DCore::QEntity* m_directionArrow = nullptr;
     Qt3DCore::QComponent* m_directionArrowMesh = nullptr; ///< on the arrow while it is shown
-    std::optional<QString> m_name;
+    NameTag m_tag;
     bool m_connecting = false;
     QQuaternion m_savedRotation;
     float m_savedLength = 0.0F;

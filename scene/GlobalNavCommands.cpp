@@ -2,6 +2,7 @@
 
 #include "domain/boundary/BaseServices.h"
 #include "interaction/Utils3d.h"
+#include "labels/LabelBoard.h"
 #include "labels/LabelsPositionsLoader.h"
 #include "network/Node.h"
 #include "network/NodeInformationToggle.h"
@@ -35,6 +36,18 @@ void GlobalNav::setManholeFullInfoVisible(bool visible)
     m_manholeFullInfoVisible = visible;
     emit manholeFullInfoVisibleChanged(visible);
     NodeInformationToggle::m_manholeFullInfoVisible = visible;
+    for (Node* const node : SceneEntities::instance().getNodes()) {
+        if (!node) {
+            continue;
+        }
+        const QString info = node->getFullManholeInfo();
+        node->nameTag().setMultiline(visible);
+        if (visible) {
+            NodeInformationToggle::setFullInfoLabelParameters(node, info);
+        } else {
+            NodeInformationToggle::setShortInfoLabelParameters(node, info);
+        }
+    }
 }
 
 void GlobalNav::setLabelLineHeight(float lineHeight)
@@ -42,6 +55,7 @@ void GlobalNav::setLabelLineHeight(float lineHeight)
     Base::CApplicationSettings& settings = Base::CApplicationSettings::instance();
     settings.setDefaultLabelLineHeight(lineHeight);
     NodeInformationToggle::m_labelLineHeight = settings.getDefaultLabelLineHeight() / kLineHeightPerUnit;
+    LabelBoard::instance().schedule();
 }
 
 void GlobalNav::resetLabelsPositions()

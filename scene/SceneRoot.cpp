@@ -3,6 +3,7 @@
 #include "domain/boundary/AppState.h"
 #include "geo/GdalGeoProjector.h"
 #include "interaction/TouchInput.h"
+#include "labels/LabelBoard.h"
 #include "measurement/SystemControlProxy.h"
 #include "network/Crawler.h"
 #include "plans/BackgroundLoader.h"
@@ -297,6 +298,7 @@ void SceneRoot::setCamera(Qt3DRender::QCamera* camera)
 {
     m_camera = camera;
     m_viewCamera = camera;
+    LabelBoard::instance().watch(this, camera);
     if (!camera)
         return;
     connect(camera, &Qt3DRender::QCamera::viewVectorChanged, this, &SceneRoot::tellViewScale);

@@ -212,7 +212,7 @@ void SceneRoot::deselectByDomainGuid(const QString& guid)
 
 void SceneRoot::onShortTap(Qt3DInput::QMouseEvent* mouseEvent)
 {
-    if (SelectionAwareness::instance().selectionInProgress())
+    if (SelectionAwareness::instance().selectionInProgress() || m_touchInput->hitLabel())
         return;
     if (mouseEvent && selectNear(QPoint(mouseEvent->x(), mouseEvent->y())))
         return;

@@ -11,6 +11,7 @@
 #include "host/domain/WholeFile.h"
 #include "host/map/MapEndpoints.h"
 #include "host/modules/HostModules.h"
+#include "labels/LabelBoard.h"
 
 #include <QBuffer>
 #include <QEventLoop>
@@ -165,7 +166,7 @@ int takePicture(ViewerController& controller, QQuickWindow* window, Map::MapEndp
                 const Options& options)
 {
     PictureTaker taker(window);
-    taker.waitWhile([&endpoints] { return endpoints.busy(); });
+    taker.waitWhile([&endpoints] { return endpoints.busy() || View3d::LabelBoard::instance().isBusy(); });
     int status = 1;
     const auto giveUp = [](const QString& message) { Commands::failure(message), QGuiApplication::quit(); };
     QObject::connect(&controller, &ViewerController::openingFailed, [&] { giveUp(controller.errorText()); });

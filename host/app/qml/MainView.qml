@@ -135,6 +135,12 @@ Rectangle {
                     on: sceneArea.gridVisible
                     onClicked: sceneArea.gridVisible = !sceneArea.gridVisible
                 }
+                ToolButton {
+                    objectName: "labelsButton"
+                    text: qsTr("Labels")
+                    on: GlobalNav.labelsVisible
+                    onClicked: GlobalNav.labelsVisible = !GlobalNav.labelsVisible
+                }
             }
 
             Item {

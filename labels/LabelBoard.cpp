@@ -1,0 +1,306 @@
+#include "labels/LabelBoard.h"
+
+#include "interaction/Utils3d.h"
+#include "labels/ImageLabel.h"
+#include "labels/LabelPointerEffect.h"
+#include "labels/LabelRoom.h"
+#include "labels/LabelsPositionsLoader.h"
+#include "labels/LabelsSignalRouter.h"
+#include "labels/NameTag.h"
+#include "labels/OnTopTextureEffect.h"
+#include "plans/PlaneVertexShape.h"
+#include "scene/GlobalNav.h"
+#include "scene/SceneRoot.h"
+
+#include <Qt3DExtras/QPlaneMesh>
+
+#include <QGuiApplication>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace Torvik::View3d {
+
+namespace {
+
+/** Changes of objects that come within this time are looked at together. */
+constexpr int soonMs = 100;
+/** Faces that are painted in one turn of the event loop. */
+constexpr int facesATurn = 40;
+/** Part of the way to the far plane. */
+constexpr float depthPart = 0.9F;
+/** What every renderer takes as a texture. */
+constexpr int longestTexture = 4096;
+
+double deviceRatio()
+{
+    return qGuiApp ? qGuiApp->devicePixelRatio() : 1.0;
+}
+
+} // namespace
+
+LabelBoard& LabelBoard::instance()
+{
+    static LabelBoard board;
+    return board;
+}
+
+LabelBoard::LabelBoard()
+{
+    m_soon.setSingleShot(true);
+    m_soon.setInterval(soonMs);
+    connect(&m_soon, &QTimer::timeout, this, &LabelBoard::arrange);
+    m_drawNext.setSingleShot(true);
+    m_drawNext.setInterval(0);
+    connect(&m_drawNext, &QTimer::timeout, this, &LabelBoard::drawSome);
+    auto& router = LabelsSignalRouter::instance();
+    connect(&router, &LabelsSignalRouter::hideLabels, this, &LabelBoard::hideLabels);
+    connect(&router, &LabelsSignalRouter::showLabels, this, &LabelBoard::showLabels);
+    connect(GlobalNav::instance(), &GlobalNav::labelsVisibleChanged, this, &LabelBoard::schedule);
+    connect(&LabelsPositionsLoader::instance(), &LabelsPositionsLoader::labelsPositionsReset, this, [this] {
+        for (NameTag* const tag : qAsConst(m_tags))
+            tag->lookUpStoredPosition();
+        schedule();
+    });
+}
+
+void LabelBoard::watch(SceneRoot* root, Qt3DRender::QCamera* camera)
+{
+    if (m_root != root) {
+        m_root = root;
+        connect(root, &SceneRoot::sceneHeightChanged, this, &LabelBoard::schedule);
+        connect(root, &SceneRoot::sceneWidthChanged, this, &LabelBoard::schedule);
+    }
+    m_camera = camera;
+    if (!camera)
+        return;
+    auto* const router = &LabelsSignalRouter::instance();
+    connect(camera, &Qt3DRender::QCamera::viewMatrixChanged, router, &LabelsSignalRouter::onLabelPositionChanged,
+            Qt::UniqueConnection);
+    connect(camera, &Qt3DRender::QCamera::viewVectorChanged, router, &LabelsSignalRouter::onLabelPositionChanged,
+            Qt::UniqueConnection);
+    connect(camera, &Qt3DRender::QCamera::projectionMatrixChanged, router, &LabelsSignalRouter::onLabelPositionChanged,
+            Qt::UniqueConnection);
+}
+
+SceneRoot* LabelBoard::root() const
+{
+    return m_root;
+}
+
+std::optional<LabelPlacement::View> LabelBoard::view() const
+{
+    if (!m_root || !m_camera)
+        return std::nullopt;
+    RayMath::Eye eye;
+    eye.position = m_camera->position();
+    eye.up = m_camera->upVector();
+    eye.view = m_camera->viewVector();
+    eye.nearPlane = m_camera->nearPlane();
+    eye.retina = Utils3d::cameraRetinaLimits(m_camera);
+    return LabelPlacement::viewOf(eye, {m_root->sceneWidth(), m_root->sceneHeight()});
+}
+
+float LabelBoard::depth() const
+{
+    return m_camera ? m_camera->farPlane() * depthPart : LabelPlacement::planeDistance;
+}
+
+QSize LabelBoard::texturePixels(const QSizeF& screenPixels) const
+{
+    const QSize pixels = (screenPixels * deviceRatio()).toSize();
+    return pixels.expandedTo({1, 1}).boundedTo({longestTexture, longestTexture});
+}
+
+QPointF LabelBoard::onDevicePixels(const QPointF& pixel) const
+{
+    const double ratio = deviceRatio();
+    return {std::round(pixel.x() * ratio) / ratio, std::round(pixel.y() * ratio) / ratio};
+}
+
+void LabelBoard::add(NameTag* tag)
+{
+    tag->place = m_tags.size();
+    m_tags.append(tag);
+}
+
+void LabelBoard::remove(NameTag* tag)
+{
+    m_waiting.erase(std::remove(m_waiting.begin(), m_waiting.end(), tag), m_waiting.end());
+    if (m_drawn.removeOne(tag) && tag->liveLabel())
+        takeFaceFrom(tag->liveLabel());
+    // The last one takes its place.
+    m_tags.last()->place = tag->place;
+    std::swap(m_tags[tag->place], m_tags.last());
+    m_tags.removeLast();
+    tag->place = -1;
+}
+
+void LabelBoard::leave(ImageLabel* label)
+{
+    m_labels.remove(label);
+    takeFaceFrom(label);
+}
+
+void LabelBoard::takeFaceFrom(ImageLabel* label)
+{
+    LabelFace* const face = label->face();
+    label->setFace(nullptr);
+    putBack(face);
+}
+
+void LabelBoard::schedule()
+{
+    if (!m_soon.isActive() && !m_tags.isEmpty())
+        m_soon.start();
+}
+
+void LabelBoard::hideLabels()
+{
+    m_hidden = true;
+    if (m_overlay)
+        m_overlay->setEnabled(false);
+    for (ImageLabel* const label : qAsConst(m_labels))
+        label->hideForMove();
+}
+
+void LabelBoard::showLabels()
+{
+    m_hidden = false;
+    arrange();
+    for (ImageLabel* const label : qAsConst(m_labels))
+        label->showAfterMove();
+    if (m_overlay)
+        m_overlay->setEnabled(true);
+}
+
+QVector<NameTag*> LabelBoard::chosen(const LabelPlacement::View& view) const
+{
+    struct Candidate {
+        NameTag* tag;
+        QRectF pixels;
+    };
+    LabelRoom room(view.screen);
+    QVector<NameTag*> chosen;
+    std::array<QVector<Candidate>, NameTag::rankCount> candidates;
+    for (NameTag* const tag : m_tags) {
+        const auto pixels = tag->wantsRoom() ? tag->coverage(view) : std::nullopt;
+        if (!pixels || !room.isOnScreen(*pixels))
+            continue;
+        if (!tag->wasMoved()) {
+            candidates.at(tag->rank()).append({tag, *pixels});
+        } else if (chosen.size() < maxDrawn) {
+            // The user wants it there.
+            room.occupy(*pixels);
+            chosen.append(tag);
+        }
+    }
+    for (const auto& ofRank : candidates) {
+        for (const Candidate& candidate : ofRank) {
+            if (chosen.size() < maxDrawn && room.take(candidate.pixels))
+                chosen.append(candidate.tag);
+        }
+    }
+    return chosen;
+}
+
+void LabelBoard::arrange()
+{
+    m_soon.stop();
+    const auto present = view();
+    if (!present || m_hidden)
+        return;
+    const QVector<NameTag*> next = chosen(*present);
+    ++m_round;
+    for (NameTag* const tag : next)
+        tag->lastDrawn = m_round;
+    for (NameTag* const tag : qAsConst(m_drawn)) {
+        if (tag->lastDrawn != m_round)
+            release(tag);
+    }
+    m_drawn = next;
+    m_waiting.clear();
+    for (NameTag* const tag : next) {
+        ImageLabel* const label = tag->liveLabel();
+        if (label && label->face())
+            label->onSceneHeightChanged();
+        else
+            m_waiting.push_back(tag);
+    }
+    if (!m_waiting.empty())
+        m_drawNext.start();
+}
+
+void LabelBoard::release(NameTag* tag)
+{
+    if (ImageLabel* const label = tag->liveLabel())
+        takeFaceFrom(label);
+    tag->letLabelGo();
+}
+
+void LabelBoard::drawSome()
+{
+    for (int i = 0; i < facesATurn && !m_waiting.empty(); ++i) {
+        NameTag* const tag = m_waiting.front();
+        m_waiting.pop_front();
+        ImageLabel* const label = tag->makeLabel();
+        LabelFace* const face = takeFace();
+        if (!face)
+            return;
+        label->onSceneHeightChanged();
+        label->setFace(face);
+    }
+    if (!m_waiting.empty())
+        m_drawNext.start();
+}
+
+LabelFace* LabelBoard::takeFace()
+{
+    while (!m_freeFaces.isEmpty()) {
+        if (LabelFace* const face = m_freeFaces.takeLast())
+            return face;
+    }
+    if (!m_root)
+        return nullptr;
+    if (!m_overlay) {
+        m_overlay = new Qt3DCore::QEntity(m_root);
+        m_overlay->setObjectName(QStringLiteral("labels"));
+        m_faceCount = 0;
+        m_parts = makeParts();
+    }
+    ++m_faceCount;
+    return new LabelFace(m_overlay, m_parts);
+}
+
+LabelFaceParts LabelBoard::makeParts()
+{
+    LabelFaceParts parts;
+    parts.surface = new Qt3DExtras::QPlaneMesh(m_overlay);
+    parts.pointer = new PlaneVertexShape(m_overlay);
+    parts.textEffect = new OnTopTextureEffect(m_overlay);
+    parts.pointerEffect = new LabelPointerEffect(m_overlay);
+    return parts;
+}
+
+void LabelBoard::putBack(LabelFace* face)
+{
+    if (face)
+        m_freeFaces.append(face);
+}
+
+ImageLabel* LabelBoard::labelAt(const QPointF& pixel) const
+{
+    if (m_hidden)
+        return nullptr;
+    for (NameTag* const tag : m_drawn) {
+        ImageLabel* const label = tag->liveLabel();
+        if (label && label->face() && label->isShown() && label->coverage().contains(pixel + QPointF(0.5, 0.5))) {
+            tag->keepLabel();
+            return label;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace Torvik::View3d
