@@ -289,6 +289,36 @@ private slots:
         QCOMPARE(labelPositionsFromJson(file.read()), (LabelPositions {{"other", moved}}));
     }
 
+    void aLabelThatWasPutBackIsNotStored()
+    {
+        TestProject project;
+        const LabelFile file(project);
+        file.write(stored);
+        loader().readLabelsPositionsForProject(project.project());
+        loader().storeLabelPosition(QStringLiteral("other"), moved);
+
+        loader().removeLabelPosition(key);
+        loader().saveLabelsPositionsForPreviousProject();
+
+        QCOMPARE(labelPositionsFromJson(file.read()), (LabelPositions {{"other", moved}}));
+    }
+
+    void withTheLastLabelPutBackTheFileGoes()
+    {
+        TestProject project;
+        const LabelFile file(project);
+        file.write(jsonFromLabelPositions({{key, moved}}));
+        loader().readLabelsPositionsForProject(project.project());
+
+        loader().removeLabelPosition(QStringLiteral("unknown"));
+        QVERIFY(file.exists());
+        loader().removeLabelPosition(key);
+        QVERIFY(loader().isEmpty());
+        loader().saveLabelsPositionsForPreviousProject();
+
+        QVERIFY(!file.exists());
+    }
+
     void aResetWithoutAProjectTellsNothingAndDeletesNothing()
     {
         TestProject project;
