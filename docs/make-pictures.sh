@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Makes the pictures of the README again. The real network is not part of this project: NETWORK and INSPECTIONS name its
-# files (ISYBAU XML); without them only the sample is painted.
+# files (ISYBAU XML); without them only the sample is painted. PLAN_PDF and PLAN_DXF name site plans of it, PLAN_AT and
+# PLAN_SCALE where the PDF lies, DRAWING_AT the drawing.
 set -eu
 top=$(cd "$(dirname "$0")/.." && pwd)
 pictures=$top/docs/pictures
@@ -36,4 +37,8 @@ if [ -n "${NETWORK:-}" ]; then
     "$top/run.sh" "$scratch/town" --screenshot "$pictures/network-top.png" --view top --size 800x600
     "$top/run.sh" "$scratch/town" --screenshot "$pictures/network-close.png" --view 3d --size 800x600 \
         ${CLOSE_TO:+--go-to "$CLOSE_TO"} --distance "${CLOSE_DISTANCE:-900}"
+    [ -z "${PLAN_PDF:-}" ] || "$top/run.sh" "$scratch/town" --screenshot "$pictures/plan-pdf.png" --view 3d --size 800x600 \
+        --plan "$PLAN_PDF" ${PLAN_SCALE:+--plan-scale "$PLAN_SCALE"} ${PLAN_AT:+--plan-at "$PLAN_AT"}
+    [ -z "${PLAN_DXF:-}" ] || "$top/run.sh" "$scratch/town" --screenshot "$pictures/plan-drawing.png" --view 3d \
+        --size 800x600 --plan "$PLAN_DXF" ${DRAWING_AT:+--plan-at "$DRAWING_AT"}
 fi

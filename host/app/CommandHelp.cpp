@@ -35,7 +35,8 @@ VIEW, for a window or a picture:
 --plan FILE            lays a plan under the network, for a look: a picture, a PDF, a DXF or a DWG; nothing is stored, and
                        FILE stays as it is; goes with a window, a picture and --dump
   --plan-scale S       S times as large; a picture is 100 m long at 1, a drawing has its units as metres
-  --plan-at E,N        its middle at this easting and northing of the project, not in the middle of the view
+  --plan-at E,N        its middle at this easting and northing of the project, not in the middle of the view; of a
+                       drawing with large coordinates the middle is where most of its lines are
 
 --screenshot FILE      the ending names the format (png, jpg, bmp, ppm); the picture is taken once the project is
                        read and painted
