@@ -1,11 +1,14 @@
 #include "plans/PictureReader.h"
 
+#include <QBuffer>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QImage>
 #include <QRgba64>
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <random>
 #include <thread>
 
 using namespace Torvik::View3d;
@@ -177,6 +180,64 @@ private slots:
         QVERIFY(!reading.reason.isEmpty());
     }
 
+    void damagedPicturesAreReadOrRefused_data()
+    {
+        QTest::addColumn<QString>("ending");
+        for (const char* ending : {"png", "jpg", "bmp", "gif", "tiff"})
+            QTest::newRow(ending) << ending;
+    }
+
+    /** Bytes changed, left out and doubled, the same at every run. */
+    void damagedPicturesAreReadOrRefused()
+    {
+        QFETCH(QString, ending);
+        const QString path = m_folder.filePath("damaged." + ending);
+        QByteArray whole = gif();
+        if (ending != "gif") {
+            QImage image(23, 17, QImage::Format_ARGB32);
+            image.fill(QColor(10, 200, 90));
+            QBuffer buffer(&whole);
+            whole.clear();
+            QVERIFY(image.save(&buffer, qPrintable(ending)));
+        }
+        std::mt19937 random(4048);
+        const auto below = [&random](int limit) { return int(random() % unsigned(limit)); };
+        QElapsedTimer passed;
+        passed.start();
+        // The decoders speak to the error stream of each; that is no news here.
+        const auto before = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+
+        for (int i = 0; i < 400 && passed.elapsed() < 3000; ++i) {
+            QByteArray damaged = whole;
+            for (int changes = 1 + below(4); changes > 0 && !damaged.isEmpty(); --changes) {
+                const int at = below(damaged.size());
+                switch (below(4)) {
+                case 0:
+                    damaged[at] = char(below(256));
+                    break;
+                case 1:
+                    damaged.remove(at, 1 + below(16));
+                    break;
+                case 2:
+                    damaged.insert(at, damaged.mid(below(damaged.size()), 16));
+                    break;
+                default:
+                    damaged.truncate(at);
+                }
+            }
+            QFile file(path);
+            if (!file.open(QIODevice::WriteOnly) || file.write(damaged) != damaged.size())
+                break;
+            file.close();
+            const Reading reading = read(path);
+            const bool sane = reading.outcome == Outcome::Read ? PictureReader::checkSize(reading.image.size()).fits &&
+                                                                     reading.image.format() == QImage::Format_RGBA8888
+                                                               : reading.image.isNull();
+            QVERIFY2(sane, damaged.toHex().constData());
+        }
+        qInstallMessageHandler(before);
+    }
+
     void aMissingFileAndAFolderAreUnreadable()
     {
         QCOMPARE(read(m_folder.filePath(QStringLiteral("none.png"))).outcome, Outcome::Unreadable);
@@ -235,6 +296,13 @@ private slots:
     }
 
 private:
+    /** Qt writes none: one pixel, with a table of two colours. */
+    static QByteArray gif()
+    {
+        return QByteArray::fromHex(
+            "47494638396101000100800000ff0000ffffff21f90401000000002c00000000010001000002024401003b");
+    }
+
     QString largest(QImage::Format format)
     {
         const QString path = m_folder.filePath(QStringLiteral("largest-%1.png").arg(int(format)));
