@@ -41,7 +41,8 @@ public:
     void createNewSecMes(const QString& inspectionId);
     /** Loads what the database holds of the inspection; opens a measurement if there is none. */
     void readSecMp(const QString& inspectionId);
-    /** The same, for the host. */
+    /** The same, for the host: before it measures an inspection again after another one, whose points are the ones at
+     *  hand until then. */
     void switchToInspection(const QString& inspectionId);
     /** @param shift  whether the points from there on move up by one */
     void addRowToSECMP(const QString& inspectionId, QVector3D point, int index, bool shift);

@@ -19,6 +19,9 @@ private slots:
     void withoutRealTimeTheSensorIsNotTold();
     void inRealTimeTheSensorIsToldBehindTheCounter();
     void aReadingWithoutSensorMovesTheCounterOnly();
+    void onlyAFurtherCounterComesWithAPlace();
+    void goingBackTellsNoPlaces();
+    void aNewMeasurementTellsPlacesFromItsBegin();
     void measuringIsTheViewsRealTime();
 };
 
@@ -82,6 +85,55 @@ void tst_VehicleFeed::aReadingWithoutSensorMovesTheCounterOnly()
 
     QCOMPARE(SystemControlProxy::instance().sectionDistanceCounter(), 3.5F);
     QVERIFY(told.isEmpty());
+}
+
+void tst_VehicleFeed::onlyAFurtherCounterComesWithAPlace()
+{
+    VehicleFeed feed;
+    feed.setMeasuring(true);
+    QSignalSpy told(&SystemControlProxy::instance(), &SystemControlProxy::latestCameraSensorPositionChanged);
+
+    for (double sensor : {5.001, 5.0, 4.999})
+        feed.take({1, 5.0, SensorPlace {0, sensor, 0}});
+    QCOMPARE(told.size(), 1);
+    // The same centimetre still, then the next but one.
+    feed.take({2, 5.004, SensorPlace {0, 5, 0}});
+    QCOMPARE(told.size(), 1);
+    feed.take({3, 5.02, SensorPlace {0, 5.02, 0}});
+
+    QCOMPARE(told.size(), 2);
+    QCOMPARE(told.last().last().toFloat(), 5.02F);
+    QCOMPARE(SystemControlProxy::instance().sectionDistanceCounter(), 5.02F);
+}
+
+void tst_VehicleFeed::goingBackTellsNoPlaces()
+{
+    VehicleFeed feed;
+    feed.setMeasuring(true);
+    QSignalSpy told(&SystemControlProxy::instance(), &SystemControlProxy::latestCameraSensorPositionChanged);
+
+    for (double counter : {5.0, 4.99, 5.0, 4.99, 2.0, 3.0, 5.0})
+        feed.take({1, counter, SensorPlace {0, counter, 0}});
+    QCOMPARE(told.size(), 1);
+    QCOMPARE(SystemControlProxy::instance().sectionDistanceCounter(), 5.0F);
+    feed.take({2, 5.5, SensorPlace {0, 5.5, 0}});
+
+    QCOMPARE(told.size(), 2);
+}
+
+void tst_VehicleFeed::aNewMeasurementTellsPlacesFromItsBegin()
+{
+    VehicleFeed feed;
+    feed.setMeasuring(true);
+    QSignalSpy told(&SystemControlProxy::instance(), &SystemControlProxy::latestCameraSensorPositionChanged);
+    feed.take({1, 5.0, SensorPlace {0, 5, 0}});
+
+    feed.setMeasuring(false);
+    feed.setMeasuring(true);
+    feed.take({2, 2.0, SensorPlace {0, 2, 0}});
+
+    QCOMPARE(told.size(), 2);
+    QCOMPARE(told.last().last().toFloat(), 2.0F);
 }
 
 void tst_VehicleFeed::measuringIsTheViewsRealTime()
