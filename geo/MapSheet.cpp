@@ -15,8 +15,9 @@ namespace {
 constexpr double measuringStep = 200.0;
 /** Metres over which a grid's north turns by less than what a screen shows. */
 constexpr double measuredWithin = 1000.0;
-/** Of the map's item, in pixels. What a screen of 3,840 pixels needs at the steepest tilt that the map is shown at. */
-constexpr QSizeF largestSheet(16384, 16384);
+/** Of the map's item, in pixels. What a screen of 3,840 pixels needs at the steepest tilt that the map is shown at; the
+ *  map reckons the bytes of three such sheets in an int. */
+constexpr QSizeF largestSheet(8192, 16384);
 
 Place placeOf(const Vector3D<double>& origin, double x, double z)
 {
@@ -37,9 +38,9 @@ MapSheet::MapSheet(QObject* parent)
     const auto* projector = GdalGeoProjector::instance();
     connect(projector, &GdalGeoProjector::geoLocationChanged, this, &MapSheet::onTieChanged);
     connect(projector, &GdalGeoProjector::initializedFromMap, this, &MapSheet::onTieChanged);
-    connect(this, &MapSheet::mapChanged, this, &MapSheet::lay);
-    connect(this, &MapSheet::screenChanged, this, &MapSheet::lay);
-    connect(this, &MapSheet::adriftChanged, this, &MapSheet::lay);
+    connect(this, &MapSheet::mapChanged, this, &MapSheet::layLater);
+    connect(this, &MapSheet::screenChanged, this, &MapSheet::layLater);
+    connect(this, &MapSheet::adriftChanged, this, &MapSheet::layLater);
 }
 
 template <typename Value>
@@ -59,11 +60,11 @@ void MapSheet::setCamera(Qt3DRender::QCamera* camera)
         m_camera->disconnect(this);
     m_camera = camera;
     if (camera) {
-        connect(camera, &Qt3DRender::QCamera::viewMatrixChanged, this, &MapSheet::lay);
-        connect(camera, &Qt3DRender::QCamera::fieldOfViewChanged, this, &MapSheet::lay);
+        connect(camera, &Qt3DRender::QCamera::viewMatrixChanged, this, &MapSheet::layLater);
+        connect(camera, &Qt3DRender::QCamera::fieldOfViewChanged, this, &MapSheet::layLater);
     }
     emit cameraChanged();
-    lay();
+    layLater();
 }
 
 void MapSheet::setScreenWidth(double width)
@@ -129,7 +130,7 @@ void MapSheet::onTieChanged()
     m_measured = false;
     if (!m_adrift)
         tieGround();
-    lay();
+    layLater();
 }
 
 void MapSheet::tieGround()
@@ -168,8 +169,19 @@ void MapSheet::driftGround()
         m_ground.middle = *middle + m_driftOffset;
 }
 
+void MapSheet::layLater()
+{
+    // A camera and its map change in several steps, between which they do not fit each other; and a map that is telling
+    // of a change does not bear a new size.
+    if (m_layScheduled)
+        return;
+    m_layScheduled = true;
+    QMetaObject::invokeMethod(this, &MapSheet::lay, Qt::QueuedConnection);
+}
+
 void MapSheet::lay()
 {
+    m_layScheduled = false;
     const SheetMath::Lens seen = lens();
     if (m_adrift)
         driftGround();

@@ -75,6 +75,7 @@ private:
     void tieGround();
     void measureGround();
     void driftGround();
+    void layLater();
     void lay();
 
     QPointer<Qt3DRender::QCamera> m_camera;
@@ -90,6 +91,7 @@ private:
     SheetMath::Ground m_driftGround;
     double m_driftLatitude = 0;
     bool m_adrift = false;
+    bool m_layScheduled = false;
     QMatrix4x4 m_matrix;
 };
 

@@ -23,6 +23,11 @@ Plugin {
     PluginParameter { name: "osm.mapping.cache.disk.cost_strategy"; value: "bytesize" }
     PluginParameter { name: "osm.mapping.cache.disk.size"; value: "200000000" }
     PluginParameter { name: "osm.mapping.cache.directory"; value: endpoints.cacheDirectory || homeFolder() }
+    // A tilted view shows several times as many tiles as the plug-in expects; it would leave those out that don't fit.
+    PluginParameter { name: "osm.mapping.cache.memory.cost_strategy"; value: "bytesize" }
+    PluginParameter { name: "osm.mapping.cache.memory.size"; value: "30000000" }
+    PluginParameter { name: "osm.mapping.cache.texture.cost_strategy"; value: "bytesize" }
+    PluginParameter { name: "osm.mapping.cache.texture.size"; value: "200000000" }
     PluginParameter { name: "osm.mapping.providersrepository.disabled"; value: "true" }
     PluginParameter {
         name: "osm.mapping.providersrepository.address"
