@@ -79,8 +79,9 @@ const Dialect pictureDialects[] = {
 /** Keeps the pixels, since a lost graphics context asks for them again. */
 class Pixels : public Qt3DRender::QTextureImageDataGenerator {
 public:
-    explicit Pixels(QByteArray pixels)
+    Pixels(QByteArray pixels, int side)
         : m_pixels(std::move(pixels))
+        , m_side(side)
     {
     }
     QT3D_FUNCTOR(Pixels)
@@ -92,8 +93,8 @@ public:
         data->setFormat(QOpenGLTexture::RGBA8_UNorm);
         data->setPixelFormat(QOpenGLTexture::RGBA);
         data->setPixelType(QOpenGLTexture::UInt8);
-        data->setWidth(DrawingPicture::side);
-        data->setHeight(DrawingPicture::side);
+        data->setWidth(m_side);
+        data->setHeight(m_side);
         data->setDepth(1);
         data->setFaces(1);
         data->setLayers(1);
@@ -110,12 +111,13 @@ public:
 
 private:
     QByteArray m_pixels;
+    int m_side;
 };
 
 class PixelsImage : public Qt3DRender::QAbstractTextureImage {
 public:
-    explicit PixelsImage(const QByteArray& pixels)
-        : m_generator(new Pixels(pixels))
+    PixelsImage(const QByteArray& pixels, int side)
+        : m_generator(new Pixels(pixels, side))
     {
     }
 
@@ -297,7 +299,7 @@ Qt3DCore::QEntity* makePictureEntity(const DrawingPicture& picture, const QVecto
     auto* const texture = new Qt3DRender::QTexture2D;
     texture->setMinificationFilter(Qt3DRender::QAbstractTexture::Linear);
     texture->setMagnificationFilter(Qt3DRender::QAbstractTexture::Linear);
-    texture->addTextureImage(new PixelsImage(picture.pixels));
+    texture->addTextureImage(new PixelsImage(picture.pixels, picture.side));
     auto* const material = new Qt3DRender::QMaterial;
     material->setEffect(effect);
     material->addParameter(new Qt3DRender::QParameter(QStringLiteral("picture"), texture));

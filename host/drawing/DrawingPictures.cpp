@@ -7,7 +7,9 @@ namespace Torvik::DXF {
 
 namespace {
 
-constexpr int finest = DrawingPicture::side << (pictureLevels - 1);
+constexpr int finest = coarsestSide << (pictureLevels - 1);
+/** Larger pictures come in parts of this many pixels along each edge, of which only those in view are drawn. */
+constexpr int largestPart = 1024;
 
 unsigned opacityOf(DrawingColour pixel)
 {
@@ -166,9 +168,10 @@ Canvas halved(const Canvas& whole)
 
 DrawingPicture cut(const Canvas& canvas, int level, int column, int row, const DrawingRegion& whole)
 {
-    constexpr int side = DrawingPicture::side;
+    const int side = std::min(canvas.side(), largestPart);
     DrawingPicture picture;
     picture.level = level;
+    picture.side = side;
     const double part = whole.side * side / canvas.side();
     picture.region = {whole.left + column * part, whole.bottom + whole.side - (row + 1) * part, part};
     picture.pixels.reserve(side * side * int(sizeof(DrawingColour)));
@@ -187,7 +190,7 @@ QVector<DrawingPicture> picturesOf(const Drawing& drawing, const DrawingRegion& 
         return pictures;
     Canvas canvas = paint(drawing, region);
     for (int level = pictureLevels - 1; level >= 0; --level) {
-        const int parts = canvas.side() / DrawingPicture::side;
+        const int parts = std::max(1, canvas.side() / largestPart);
         for (int i = 0; i < parts * parts; ++i)
             pictures.prepend(cut(canvas, level, i % parts, i / parts, region));
         if (level > 0)

@@ -19,16 +19,15 @@ struct DrawingRegion {
 /** A part of a picture of the drawing: what it looks like when a pixel of the screen shows more of it than one of
  * these. */
 struct DrawingPicture {
-    /** Pixels along each edge. */
-    static constexpr int side = 1024;
-
     int level = 0; ///< 0 is the coarsest, one picture of the whole region; each further level has twice the pixels
+    int side = 0;  ///< pixels along each edge
     DrawingRegion region;
     QByteArray pixels; ///< red, green, blue, opacity; the colours already multiplied by the opacity; the top row first
 };
 
-/** Levels of pictures that a large drawing gets. */
-constexpr int pictureLevels = 3;
+/** Levels of pictures that a large drawing gets, and the pixels along an edge of the coarsest. */
+constexpr int pictureLevels = 5;
+constexpr int coarsestSide = 256;
 
 /** The pictures of all levels, coarsest first. Many thousands of lines that share pixels cost as much to draw as many
  *  thousands that can be told apart; a picture costs the same whatever it shows. */

@@ -9,7 +9,8 @@ namespace {
 
 /** A pixel of a picture may be drawn so many pixels wide before what is finer takes its place. */
 constexpr double widestTexel = 1.5;
-/** Each picture and each square goes to the graphics card in a frame of its own. */
+/** So much goes to the graphics card before it gets a pause to draw. */
+constexpr int bytesATime = 4 << 20;
 constexpr int pauseMs = 15;
 
 } // namespace
@@ -55,6 +56,7 @@ void DrawingTree::makeMesh(DrawingMesh& mesh)
     if (!material)
         material = makeDrawingMaterial(mesh.kind, this);
     makeMeshEntity(mesh, material, mesh.always ? this : m_levels[pictureLevels]);
+    m_madeBytes += mesh.vertices.size();
     mesh.vertices.clear();
 }
 
@@ -68,6 +70,7 @@ bool DrawingTree::makePictureOf(int level)
         if (!m_pictureEffect)
             m_pictureEffect = makePictureEffect(this);
         makePictureEntity(picture, m_meshes.cropOffset.value_or(QVector3D()), m_pictureEffect, m_levels[level]);
+        m_madeBytes += picture.pixels.size();
         picture.pixels.clear();
         return true;
     }
@@ -76,7 +79,7 @@ bool DrawingTree::makePictureOf(int level)
 
 int DrawingTree::levelFor(float unitsPerPixel) const
 {
-    const double coarsest = m_meshes.pictures.first().region.side / DrawingPicture::side;
+    const double coarsest = m_meshes.pictures.first().region.side / coarsestSide;
     for (int level = 0; level < pictureLevels; ++level) {
         if (coarsest / (1 << level) <= widestTexel * double(unitsPerPixel))
             return level;
@@ -99,7 +102,9 @@ void DrawingTree::timerEvent(QTimerEvent* event)
         QEntity::timerEvent(event);
         return;
     }
-    if (makeMoreOf(m_wanted)) {
+    for (m_madeBytes = 0; makeMoreOf(m_wanted);) {
+        if (m_madeBytes < bytesATime)
+            continue;
         m_timer.start(pauseMs, this);
         return;
     }

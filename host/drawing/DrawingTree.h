@@ -47,6 +47,7 @@ private:
     Qt3DCore::QEntity* m_levels[pictureLevels + 1] = {}; ///< the last one has the lines
     int m_madePictures[pictureLevels] = {};
     int m_nextMesh[2] = {}; ///< of those that are always drawn, and of the others
+    int m_madeBytes = 0;    ///< since the timer last came
     int m_shown = 0;
     int m_wanted = 0;
     QBasicTimer m_timer;

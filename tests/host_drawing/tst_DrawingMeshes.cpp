@@ -142,7 +142,7 @@ void tst_DrawingMeshes::aLargeDrawingIsFewMeshes()
     }
     QCOMPARE(vertices, 1200000);
     QVERIFY(result.meshes.size() <= 50);
-    QCOMPARE(result.pictures.size(), 21);
+    QCOMPARE(result.pictures.size(), 23);
 }
 
 void tst_DrawingMeshes::noDrawingIsNoMesh()

@@ -19,10 +19,10 @@ Drawing manyLines()
 
 DrawingColour pixelOf(const DrawingPicture& picture, double x, double y)
 {
-    const double pixels = DrawingPicture::side / picture.region.side;
+    const double pixels = picture.side / picture.region.side;
     const int column = int((x - picture.region.left) * pixels);
     const int row = int((picture.region.bottom + picture.region.side - y) * pixels);
-    return reinterpret_cast<const DrawingColour*>(picture.pixels.constData())[row * DrawingPicture::side + column];
+    return reinterpret_cast<const DrawingColour*>(picture.pixels.constData())[row * picture.side + column];
 }
 
 /** Entities below this one that are drawn. */
@@ -62,17 +62,19 @@ private slots:
     {
         const DrawingMeshes meshes = meshesOf(manyLines());
 
-        QCOMPARE(meshes.pictures.size(), 21);
+        QCOMPARE(meshes.pictures.size(), 23);
         for (const DrawingPicture& picture : meshes.pictures) {
-            QCOMPARE(picture.pixels.size(), DrawingPicture::side * DrawingPicture::side * 4);
+            QCOMPARE(picture.pixels.size(), picture.side * picture.side * 4);
             if (picture.region.contains(150.0, 155.0))
                 QCOMPARE(pixelOf(picture, 150.0, 155.0), colourOf(0, 0, 255));
             if (picture.region.contains(702.0, 500.0))
                 QCOMPARE(pixelOf(picture, 702.0, 500.0), colourOf(255, 0, 0));
         }
-        const DrawingPicture& whole = meshes.pictures.first();
-        QCOMPARE(whole.level, 0);
-        QCOMPARE(pixelOf(whole, 704.5, 505.0), 0U);
+        QCOMPARE(meshes.pictures.first().level, 0);
+        for (const DrawingPicture& picture : meshes.pictures) {
+            if (picture.level == pictureLevels - 1 && picture.region.contains(702.0, 505.0))
+                QCOMPARE(pixelOf(picture, 702.0, 505.0), 0U);
+        }
     }
 
     void fromAfarOnePictureStandsForAll()
@@ -88,11 +90,14 @@ private slots:
     {
         QTest::addColumn<float>("unitsPerPixel");
         QTest::addColumn<int>("level");
-        // The region is some 1,100 units wide: pixels of 1.1, 0.54 and 0.27 units, drawn one and a half wide at most.
+        // The region is some 1,100 units wide: pixels of 4.3 units in the coarsest picture and 0.27 in the
+        // finest, drawn one and a half wide at most.
         QTest::newRow("far away") << 100.0F << 0;
-        QTest::newRow("all of it") << 1.0F << 0;
-        QTest::newRow("half of it") << 0.6F << 1;
-        QTest::newRow("a quarter") << 0.3F << 2;
+        QTest::newRow("a corner of the screen") << 3.2F << 0;
+        QTest::newRow("half of the screen") << 1.6F << 1;
+        QTest::newRow("all of it") << 0.8F << 2;
+        QTest::newRow("half of it") << 0.4F << 3;
+        QTest::newRow("a quarter") << 0.2F << 4;
         QTest::newRow("near") << 0.1F << pictureLevels;
         QTest::newRow("very near") << 0.001F << pictureLevels;
     }
