@@ -44,6 +44,7 @@ void PlanLoader::setProblem(const QString& problem)
 
 bool PlanLoader::begin(const QString& path)
 {
+    m_path = path;
     m_plan = createNewPlan(path);
     if (!m_plan) {
         setProblem(tr("%1 is no kind of plan that can be laid").arg(path));

@@ -31,6 +31,9 @@ public:
     /** File and reason of the last failure that no signal of its own tells, for the user; empty without one. */
     Q_INVOKABLE QString problem() const { return m_problem; }
 
+    /** File of the present or last load; empty before the first. */
+    Q_INVOKABLE QString planPath() const { return m_path; }
+
     /** Moves a plan's file that has just been loaded into the active project, and lets the file of the present plan go.
      *  On failure both files are where they were, and problem() says why: the new plan must not become the scene's
      *  then, since it bears the old one's path. */
@@ -78,6 +81,7 @@ private:
 
     QPointer<IBackgroundPlan> m_plan;
     QString m_problem;
+    QString m_path;
 };
 
 } // namespace Torvik::View3d

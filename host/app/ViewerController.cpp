@@ -2,10 +2,12 @@
 
 #include "domain/boundary/AppState.h"
 #include "host/app/InspectionLookup.h"
+#include "host/app/PlanMessages.h"
 #include "host/app/ProjectLists.h"
 #include "host/app/SceneReader.h"
 #include "host/domain/ProjectStore.h"
 #include "host/domain/StoreTrouble.h"
+#include "plans/PlanLoader.h"
 #include "scene/GlobalNav.h"
 #include "scene/SceneRoot.h"
 
@@ -138,6 +140,25 @@ void ViewerController::onSceneFilled()
     setBusy(false);
     takeOpeningView();
     emit opened();
+    tellPlanTrouble();
+}
+
+void ViewerController::tellPlanTrouble()
+{
+    const View3d::PlanLoader* const loader = SceneRoot::instance()->planLoader();
+    if (!loader->problem().isEmpty())
+        setError(loader->problem());
+    if (m_planFollowed)
+        return;
+    m_planFollowed = true;
+    connect(loader, &View3d::PlanLoader::problemArisen, this, [this, loader] { setError(loader->problem()); });
+    connect(loader, &View3d::PlanLoader::corruptedPlanFile, this,
+            [this, loader] { setError(PlanMessages::unreadable(loader->planPath())); });
+    connect(loader, &View3d::PlanLoader::fileTooLarge, this, [this, loader](const View3d::SizeInfo& size) {
+        setError(PlanMessages::tooLarge(loader->planPath(), size));
+    });
+    connect(loader, &View3d::PlanLoader::pdfConverterProblem, this,
+            [this, loader] { setError(PlanMessages::converterFailed(loader->planPath())); });
 }
 
 void ViewerController::takeOpeningView()

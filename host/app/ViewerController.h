@@ -123,6 +123,8 @@ signals:
 private:
     void onRead(const Database::OpenedProject& opened);
     void onSceneFilled();
+    /** Of the plan that the project has. */
+    void tellPlanTrouble();
     void takeOpeningView();
     void followCamera();
     void adaptLens();
@@ -154,6 +156,7 @@ private:
     double m_progress = 0;
     bool m_busy = false;
     bool m_sceneOnly = false;
+    bool m_planFollowed = false;
     bool m_cameraFollowed = false;
 };
 

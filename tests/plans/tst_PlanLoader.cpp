@@ -184,6 +184,7 @@ private slots:
         QTRY_COMPARE(heard.lines.size(), 5);
 
         QCOMPARE(heard.lines, (QStringList {"loading", "corrupted 150201", "idle", "cancelled", "idle"}));
+        QCOMPARE(m_root->planLoader()->planPath(), m_folder->filePath("broken.png"));
         deleteWhatIsToBeDeleted();
         QCOMPARE(m_root->findChildren<BackgroundImage*>().size(), 0);
     }
