@@ -245,7 +245,7 @@ void tst_HandWork::aTapOnTheGroundTakesTheLeaveBack()
     QVERIFY(node("C")->isTouchControlAllowed());
     QTest::qWait(400);
 
-    m_screen->tap({20, 20});
+    m_screen->tap({20, 120});
 
     QTRY_COMPARE(m_screen->text("selectedName"), QString("Nothing selected"));
     QVERIFY(!node("C")->isTouchControlAllowed());

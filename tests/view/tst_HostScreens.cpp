@@ -189,6 +189,7 @@ void tst_HostScreens::aQuestionIsAnsweredOnce()
         m_screen->evaluate(
             QStringLiteral("MessageBox.%1('Caption', 'Text', function(yes) { viewer.objectName = 'said ' + yes })")
                 .arg(kind));
+        m_screen->waitFrames(2);
     };
     ask("question");
     QVERIFY(m_screen->visible("messageBox"));
@@ -213,6 +214,7 @@ void tst_HostScreens::boxesComeOneAfterTheOther()
 {
     m_screen->evaluate("MessageBox.info('', 'One')");
     m_screen->evaluate("MessageBox.info('', 'Two')");
+    m_screen->waitFrames(2);
     QCOMPARE(m_screen->text("messageText"), QString("One"));
     m_screen->click("yesButton");
     QCOMPARE(m_screen->text("messageText"), QString("Two"));
@@ -225,6 +227,7 @@ void tst_HostScreens::behindABoxNothingCanBeTouched()
 {
     const bool before = m_screen->checked("listsButton");
     m_screen->evaluate("MessageBox.info('One', '')");
+    m_screen->waitFrames(2);
     m_screen->click("listsButton");
     QCOMPARE(m_screen->checked("listsButton"), before);
     m_screen->click("yesButton");

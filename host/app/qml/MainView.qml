@@ -46,8 +46,8 @@ Rectangle {
         ObjectLists {
             objectName: "lists"
             Layout.fillHeight: true
-            Layout.preferredWidth: mainView.wide ? 300 : mainView.width * 0.6
-            visible: mainView.listsOpen
+            Layout.preferredWidth: sceneArea.splitViewMode ? mainView.width / 2 : mainView.wide ? 300 : mainView.width * 0.6
+            visible: mainView.listsOpen || sceneArea.splitViewMode
         }
 
         Rectangle {
@@ -94,7 +94,7 @@ Rectangle {
                     ToolButton {
                         objectName: modelData.id + "Button"
                         text: modelData.name
-                        on: sceneArea.scene.camera.viewType === modelData.view
+                        on: !!sceneArea.scene && sceneArea.scene.camera.viewType === modelData.view
                         onClicked: sceneArea.goToView(modelData.view)
                     }
                 }
@@ -151,7 +151,7 @@ Rectangle {
                     id: sceneArea
 
                     anchors.fill: parent
-                    zoomButtons: !mainView.sceneOnly
+                    controlsVisible: !mainView.sceneOnly
                 }
 
                 Rectangle {

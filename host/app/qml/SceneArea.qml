@@ -2,39 +2,17 @@ import QtQuick 2.12
 import com.torvik.view3d 1.0 as Torvik3d
 import view3d 1.0 as View3d
 
-import "."
+/** The view as this application embeds it. */
+View3d.Window3d {
+    id: sceneArea
 
-/** The scene with the flags that it and its surroundings share. */
-Item {
-    id: window3d
-
-    property alias scene: scene3d
-    property real cameraFOV: 3
-    property bool mode3d: true
-    property int mode3dType: Torvik3d.CameraController.Translate
-    property bool gridVisible: true
-    property bool gridDisabled: false
-    /** Farther away, in metres, the grid is not drawn. */
-    readonly property real gridVisibilityLimit: 3500
-    property bool gridIsFarAwayFromCamera: scene3d.camera.viewVectorLength > gridVisibilityLimit
-    property bool screenshotPending: false
-    property bool splitViewMode: false
-    property bool mapVisible: true
-    /** The street map under the scene, once it is loaded and if the host has tiles. */
-    readonly property var map: mapLoader.item
-    /** The scene is see-through over the map. */
-    property real sceneTransparency: map && map.shown ? 0 : 1.0
+    /** Whether the host has tiles for a map. */
     readonly property bool hasTiles: typeof mapEndpoints !== "undefined" && !!mapEndpoints && mapEndpoints.available
-    /** Buttons that zoom by being dragged, at the right-hand edge. */
-    property bool zoomButtons: false
-
-    signal beforeSplitViewModeChanged()
-
-    objectName: "window3d"
+    readonly property Item scene: scene3d || null
 
     /** Takes the camera to a pose; the view type is told when it is there. */
     function goToPose(position, center, up, viewType, animated) {
-        const camera = scene3d.camera
+        const camera = scene.camera
         camera.scheduleDelayedAnimation(function() {
             if (animated) {
                 poseAnimation.endViewType = viewType
@@ -51,66 +29,24 @@ Item {
 
     function goToView(viewType) {
         if (viewType === Torvik3d.CameraController.View2dTop) {
-            scene3d.switchTo2dTop()
+            scene.switchTo2dTop()
         } else if (viewType === Torvik3d.CameraController.View2dFront) {
-            scene3d.switchTo2dFront()
+            scene.switchTo2dFront()
         } else if (viewType === Torvik3d.CameraController.View3d) {
-            scene3d.switchTo3d()
+            scene.switchTo3d()
         }
     }
 
-    // Loaded beside the scene, which does not wait for it.
-    Loader {
-        id: mapLoader
-
-        anchors.fill: parent
-        active: window3d.hasTiles
-        asynchronous: true
-        sourceComponent: View3d.MapBackground {}
-    }
-
-    View3d.Scene {
-        id: scene3d
-
-        objectName: "scene"
-        anchors.fill: parent
-        hoverEnabled: false
-    }
-
-    View3d.GridScaleInfo {
-        objectName: "gridScaleInfo"
-        parentScene: scene3d
-        gridSeaLevel: scene3d.sceneRoot.gridSeaLevel
-        pixelScale: pixelScaleOfScene
-    }
-
-    View3d.PinchControl {
-        anchors.fill: scene3d
-        scene: scene3d
-    }
-
-    Loader {
-        active: window3d.zoomButtons
-        anchors { right: parent.right; top: parent.top; margins: Style.gap }
-        sourceComponent: View3d.DragZoom3dButton {
-            objectName: "zoomInButton"
-            zoomIn: true
-            screenPointer: null
-            iconActive: design.icons.button3DZoomPlusPipeViewscreen.active
-            iconInactive: design.icons.button3DZoomPlusPipeViewscreen.enabled
-        }
-    }
-
-    Loader {
-        active: window3d.zoomButtons
-        anchors { right: parent.right; bottom: parent.bottom; margins: Style.gap }
-        sourceComponent: View3d.DragZoom3dButton {
-            objectName: "zoomOutButton"
-            zoomIn: false
-            screenPointer: null
-            iconActive: design.icons.button3DZoomMinusPipeViewscreen.active
-            iconInactive: design.icons.button3DZoomMinusPipeViewscreen.enabled
-        }
+    objectName: "window3d"
+    // The window is not shown before its scene stands.
+    sceneLoader.asynchronous: false
+    mapWanted: hasTiles
+    controlsVisible: false
+    // A map says so too, when there is one.
+    gridIsFarAwayFromCamera: !!scene && scene.camera.viewVectorLength > gridVisibilityLimit
+    toggleSplitViewCallback: function() {
+        beforeSplitViewModeChanged()
+        splitViewMode = !splitViewMode
     }
 
     ParallelAnimation {
@@ -123,26 +59,26 @@ Item {
         property vector3d endUp
 
         onStopped: {
-            scene3d.camera.viewType = endViewType
-            scene3d.camera.animScheduler.onAnimationFinished(poseAnimation)
+            sceneArea.scene.camera.viewType = endViewType
+            sceneArea.scene.camera.animScheduler.onAnimationFinished(poseAnimation)
         }
 
         Vector3dAnimation {
-            target: scene3d.camera
+            target: sceneArea.scene ? sceneArea.scene.camera : null
             property: "position"
             to: poseAnimation.endPosition
             duration: 600
             easing.type: Easing.InOutQuad
         }
         Vector3dAnimation {
-            target: scene3d.camera
+            target: sceneArea.scene ? sceneArea.scene.camera : null
             property: "viewCenter"
             to: poseAnimation.endCenter
             duration: 600
             easing.type: Easing.InOutQuad
         }
         Vector3dAnimation {
-            target: scene3d.camera
+            target: sceneArea.scene ? sceneArea.scene.camera : null
             property: "upVector"
             to: poseAnimation.endUp
             duration: 600

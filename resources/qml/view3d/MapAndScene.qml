@@ -38,6 +38,11 @@ Item {
         }
     }
 
+    PinchControl {
+        anchors.fill: scene3d
+        scene: scene3d
+    }
+
     Shape {
         id: photoAreaDashedRectangle
 
@@ -78,7 +83,7 @@ Item {
             top: parent.top
             left: window3d.photoAreaDashedRectangleVisible ? photoAreaDashedRectangle.left : parent.left
         }
-        visible: window3d.pipeViewBiggerThan40Percentage()
+        visible: window3d.controlsVisible && window3d.pipeViewBiggerThan40Percentage()
         camera: scene3d.camera
         onHeld: debugButtonsRow.visible = !debugButtonsRow.visible
     }
@@ -118,6 +123,6 @@ Item {
     ControlRow {
         objectName: "controlRow"
         anchors { left: compassButton.right; leftMargin: 10; top: parent.top }
-        visible: !locationValidInfoPanel.visible
+        visible: window3d.controlsVisible && !locationValidInfoPanel.visible
     }
 }

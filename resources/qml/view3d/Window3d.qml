@@ -29,6 +29,8 @@ Item {
     property real cameraNorthRotation: compass ? compass.rotation : 0.0
     property bool photoAreaDashedRectangleVisible: false
     property bool mapVisible: true
+    /** The buttons and panels over the scene; without them it is the scene alone, as for a picture. */
+    property bool controlsVisible: true
     /** False for a host without a map; the scene is then to be tied to the earth by the host. */
     property bool mapWanted: true
     property bool obsVisible: true
@@ -168,9 +170,11 @@ Item {
         objectName: "view3dLeftPanel"
         anchors { top: parent.top; left: parent.left }
         z: 99999
+        visible: window3d.controlsVisible
         width: leftColumn.width
         height: leftColumn.height
-        color: Qt.rgba(0.7, 0.7, 0.7, 0.4)
+        // Nothing is seen of it while its buttons are out of service.
+        color: axisButtons.enabled ? Qt.rgba(0.7, 0.7, 0.7, 0.4) : "transparent"
 
         Column {
             id: leftColumn
@@ -180,7 +184,9 @@ Item {
             leftPadding: 6
             rightPadding: 6
 
-            AxisButtons {}
+            AxisButtons {
+                id: axisButtons
+            }
         }
     }
 
@@ -193,6 +199,7 @@ Item {
         anchors { top: parent.top; right: parent.right }
         zoomIn: true
         icons: design.icons.button3DZoomPlusPipeViewscreen
+        visible: window3d.controlsVisible
     }
 
     ZoomHandle {
@@ -200,6 +207,7 @@ Item {
         anchors { bottom: parent.bottom; right: parent.right }
         zoomIn: false
         icons: design.icons.button3DZoomMinusPipeViewscreen
+        visible: window3d.controlsVisible
     }
 
     View3dMenu {
@@ -207,5 +215,6 @@ Item {
 
         objectName: "view3dMenu"
         anchors { right: parent.right; verticalCenter: parent.verticalCenter }
+        visible: window3d.controlsVisible
     }
 }

@@ -378,9 +378,20 @@ Item {
             compare(child("zoomOutButton").y + child("zoomOutButton").height, view.height)
         }
 
+        function test_without_controls_it_is_the_scene_alone() {
+            view.controlsVisible = false
+            for (const name of ["compassButton", "controlRow", "zoomInButton", "zoomOutButton", "view3dMenu",
+                                "view3dLeftPanel"])
+                verify(!child(name).visible, name)
+            view.controlsVisible = true
+            verify(child("compassButton").visible)
+        }
+
         function test_the_left_panel() {
             const panel = child("view3dLeftPanel")
             compare(panel.z, 99999)
+            verify(Qt.colorEqual(panel.color, "transparent"))
+            find(panel, "axisLockXZ").parent.enabled = true
             verify(Qt.colorEqual(panel.color, Qt.rgba(0.7, 0.7, 0.7, 0.4)))
             compare(panel.height, 50)
         }
