@@ -40,7 +40,7 @@ Item {
 
     onNavigationModeChanged: {
         if (navigationMode) {
-            lastMapCenter = map.center
+            lastMapCenter = QtPositioning.coordinate(map.center.latitude, map.center.longitude)
         } else if (lastMapCenter) {
             map.center = lastMapCenter
             refresh()
@@ -345,7 +345,8 @@ Item {
 
         function onMapTranslation(trans) {
             if (initialCenter === undefined) {
-                initialCenter = map.center
+                // A copy: the map's own value would go along with the map.
+                initialCenter = QtPositioning.coordinate(map.center.latitude, map.center.longitude)
             }
             map.translateCenter(trans.z, -trans.x)
         }
