@@ -4,6 +4,7 @@ kx_build_packages=(
     cmake g++ ninja-build ccache lld
     qtbase5-dev qt3d5-dev qtdeclarative5-dev qtquickcontrols2-5-dev libgdal-dev
     qtlocation5-dev qtpositioning5-dev
+    qttools5-dev qttools5-dev-tools
 )
 
 kx_run_packages=(

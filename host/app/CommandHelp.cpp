@@ -66,6 +66,8 @@ record:
   --noise M            metres by which the sensor is at most off, in any direction; 0 if not given
   --seed N             the same seed gives the same noise; 1 if not given
 
+--language en|de       of the window; the one chosen last, or the machine's, if not given
+
 --inspect KEY          makes this inspection the active one
 --replay FILE          plays a recording; prints the counter, the inspection's stored points and the length of its
                        stored course at the end, and paints a picture then with --screenshot

@@ -38,7 +38,7 @@ const QStringList valueNames {
     QStringLiteral("--seed"),       QStringLiteral("--step"),     QStringLiteral("--speed"),
     QStringLiteral("--inspect"),    QStringLiteral("--replay"),   QStringLiteral("--listen"),
     QStringLiteral("--address"),    QStringLiteral("--tiles"),    QStringLiteral("--plan"),
-    QStringLiteral("--plan-scale"), QStringLiteral("--plan-at")};
+    QStringLiteral("--plan-scale"), QStringLiteral("--plan-at"),  QStringLiteral("--language")};
 const QStringList repeatable {QStringLiteral("--with"), QStringLiteral("--findings")};
 
 QString takeOption(const QStringList& arguments, int& index, Sorted& sorted)
@@ -136,10 +136,19 @@ QString readDistance(const QString& text, std::optional<double>& distance)
     return {};
 }
 
+QString readLanguage(const Sorted& sorted, Options& options)
+{
+    options.language = sorted.value(QStringLiteral("--language"));
+    const QStringList known {QString(), QStringLiteral("en"), QStringLiteral("de")};
+    return known.contains(options.language)
+               ? QString()
+               : QStringLiteral("--language is en or de, not \"%1\"").arg(options.language);
+}
+
 QString readViewOptions(const Sorted& sorted, Options& options)
 {
-    QString error;
-    if (sorted.has(QStringLiteral("--size")))
+    QString error = readLanguage(sorted, options);
+    if (error.isEmpty() && sorted.has(QStringLiteral("--size")))
         error = readSize(sorted.value(QStringLiteral("--size")), options.size);
     if (error.isEmpty() && sorted.has(QStringLiteral("--view")))
         error = readView(sorted.value(QStringLiteral("--view")), options.view);
@@ -358,7 +367,7 @@ QString readProject(const Sorted& sorted, Options& options)
                              QStringLiteral("--whole-window"), QStringLiteral("--inspect"), QStringLiteral("--replay"),
                              QStringLiteral("--real-time"),    QStringLiteral("--speed"),   QStringLiteral("--window"),
                              QStringLiteral("--listen"),       QStringLiteral("--address"), QStringLiteral("--tiles"),
-                             QStringLiteral("--no-map")};
+                             QStringLiteral("--no-map"),       QStringLiteral("--language")};
     const QString foreign = foreignOption(sorted, known, dump ? QStringLiteral("--dump") : QStringLiteral("a project"));
     if (!foreign.isEmpty())
         return foreign;

@@ -68,6 +68,9 @@ struct Options {
     bool fit = false;
 
     bool infoAsJson = false;
+
+    /** "en" or "de"; empty for the one chosen last. */
+    QString language;
 };
 
 /** Either the options or one line that says what is wrong with the arguments. */

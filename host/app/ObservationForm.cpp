@@ -23,10 +23,9 @@ const QString lateralColumn = QStringLiteral("OBS_LateralSection_REF");
 constexpr double lastHour = 12;
 constexpr double widestAngle = 180;
 
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("ObservationForm", text);
-}
+class Words {
+    Q_DECLARE_TR_FUNCTIONS(ObservationForm)
+};
 
 /** With a point or a comma, whatever the language of the machine. */
 std::optional<double> numberOf(QString text)
@@ -59,7 +58,7 @@ public:
             return {};
         const auto number = numberOf(text(field));
         if (!number)
-            refuse(field, tr("This is not a number"));
+            refuse(field, Words::tr("This is not a number"));
         return number ? QVariant(*number) : QVariant();
     }
 
@@ -73,9 +72,9 @@ void checkDistance(Reading& reading)
 {
     const QVariant distance = reading.number("distance");
     if (reading.text("distance").isEmpty())
-        reading.refuse("distance", tr("A distance is needed"));
+        reading.refuse("distance", Words::tr("A distance is needed"));
     else if (distance.toDouble() < 0)
-        reading.refuse("distance", tr("A distance is not negative"));
+        reading.refuse("distance", Words::tr("A distance is not negative"));
     reading.checked.values.insert(distanceColumn, distance);
 }
 
@@ -84,9 +83,9 @@ void checkClock(Reading& reading, bool bend)
     const QVariant clock = reading.number("clock");
     const double hour = clock.toDouble();
     if (!clock.isNull() && (hour < 0 || hour > lastHour || hour != std::floor(hour)))
-        reading.refuse("clock", tr("A whole hour from 0 to 12"));
+        reading.refuse("clock", Words::tr("A whole hour from 0 to 12"));
     else if (bend && reading.text("clock").isEmpty())
-        reading.refuse("clock", tr("A bend needs the hour towards which it turns"));
+        reading.refuse("clock", Words::tr("A bend needs the hour towards which it turns"));
     reading.checked.values.insert(bend ? bendClockColumn : clockColumn,
                                   clock.isNull() ? QVariant() : QVariant(int(hour)));
 }
@@ -95,9 +94,9 @@ void checkAngle(Reading& reading, bool bend)
 {
     const QVariant angle = reading.number("angle");
     if (std::abs(angle.toDouble()) > widestAngle)
-        reading.refuse("angle", tr("At most 180 degrees"));
+        reading.refuse("angle", Words::tr("At most 180 degrees"));
     else if (bend && reading.text("angle").isEmpty())
-        reading.refuse("angle", tr("A bend needs its angle"));
+        reading.refuse("angle", Words::tr("A bend needs its angle"));
     reading.checked.values.insert(angleColumn, angle);
 }
 
@@ -106,13 +105,13 @@ void checkLateral(Reading& reading, const QString& kind, const Surroundings& sur
     const QString lateral = reading.text("lateral");
     if (!lateral.isEmpty()) {
         if (kind != QLatin1String("connection"))
-            reading.refuse("lateral", tr("Only a connection carries a lateral; its code begins with BCA"));
+            reading.refuse("lateral", Words::tr("Only a connection carries a lateral; its code begins with BCA"));
         else if (lateral == surroundings.pipe)
-            reading.refuse("lateral", tr("A pipe cannot be its own lateral"));
+            reading.refuse("lateral", Words::tr("A pipe cannot be its own lateral"));
         else if (!surroundings.laterals.contains(lateral))
-            reading.refuse("lateral", tr("The project does not have this lateral"));
+            reading.refuse("lateral", Words::tr("The project does not have this lateral"));
         else if (surroundings.taken.contains(lateral))
-            reading.refuse("lateral", tr("Taken already by %1").arg(surroundings.taken.value(lateral)));
+            reading.refuse("lateral", Words::tr("Taken already by %1").arg(surroundings.taken.value(lateral)));
     }
     reading.checked.values.insert(lateralColumn, lateral.isEmpty() ? QVariant() : QVariant(lateral));
 }
@@ -135,7 +134,7 @@ Checked check(const QVariantMap& texts, const Surroundings& surroundings)
     const QString code = reading.text("code");
     const QString kind = kindOf(code);
     if (code.isEmpty())
-        reading.refuse("code", tr("A code is needed"));
+        reading.refuse("code", Words::tr("A code is needed"));
     reading.checked.values.insert(codeColumn, code);
     checkDistance(reading);
     checkClock(reading, kind == QLatin1String("bend"));

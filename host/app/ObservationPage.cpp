@@ -84,6 +84,11 @@ void ObservationPage::setInspection(const CDomainObjectPointer& inspection)
     emit inspectionChanged();
 }
 
+void ObservationPage::writeAnew()
+{
+    reload();
+}
+
 QString ObservationPage::pipeName() const
 {
     const auto inspected = inspection();

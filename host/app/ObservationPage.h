@@ -36,6 +36,8 @@ public:
     /** "m" or "ft". */
     QString distanceUnit() const;
 
+    /** Its texts, after a change of language. */
+    void writeAnew();
     /** Null or an object of another type: none. */
     void setInspection(const CDomainObjectPointer& inspection);
 

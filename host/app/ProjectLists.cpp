@@ -1,6 +1,7 @@
 #include "host/app/ProjectLists.h"
 
 #include "domain/boundary/ColumnNames.h"
+#include "host/domain/ShownUnit.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -11,10 +12,9 @@ using namespace Torvik::Database;
 
 namespace {
 
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("ProjectLists", text);
-}
+class Words {
+    Q_DECLARE_TR_FUNCTIONS(ProjectLists)
+};
 
 QString keyOf(const CDomainObjectPointer& object)
 {
@@ -26,13 +26,18 @@ QString number(const QVariant& value, int decimals)
     return QLocale().toString(value.toDouble(), 'f', decimals);
 }
 
+QString lengthOf(const QVariant& metres, int decimals)
+{
+    return Base::ShownUnit::instance().length(metres.toDouble(), decimals);
+}
+
 QString wordFor(const QString& nodeType)
 {
     if (nodeType == QLatin1String("CON"))
-        return tr("connection");
+        return Words::tr("connection");
     if (nodeType == QLatin1String("BLD"))
-        return tr("building");
-    return tr("manhole");
+        return Words::tr("building");
+    return Words::tr("manhole");
 }
 
 QString detailOfNode(const CDomainObject& node)
@@ -40,9 +45,9 @@ QString detailOfNode(const CDomainObject& node)
     QStringList parts {wordFor(node.readValue(QStringLiteral("OBJ_Type")).toString())};
     const QVariant depth = node.readValue(QStringLiteral("OBJ_DepthToInvert"));
     if (depth.isValid() && !depth.isNull())
-        parts << tr("%1 m deep").arg(number(depth, 2));
+        parts << Words::tr("%1 deep").arg(lengthOf(depth, 2));
     if (node.readValue(NODE_SHAPE_WKT_COLUMN).toString().isEmpty())
-        parts << tr("no position");
+        parts << Words::tr("no position");
     return parts.join(QStringLiteral(", "));
 }
 
@@ -50,13 +55,13 @@ QString detailOfPipe(const CProjectObject& project, const CDomainObject& pipe, c
 {
     QStringList parts;
     if (kind == QLatin1String("lateral"))
-        parts << tr("lateral");
+        parts << Words::tr("lateral");
     const QVariant size = pipe.readValue(QStringLiteral("OBJ_Size1"));
     if (size.toDouble() > 0)
-        parts << tr("DN %1").arg(number(size, 0));
+        parts << Words::tr("DN %1").arg(number(size, 0));
     const QVariant length = pipe.readValue(QStringLiteral("OBJ_Length"));
     if (length.toDouble() > 0)
-        parts << tr("%1 m").arg(number(length, 1));
+        parts << lengthOf(length, 1);
     const QString from = keyOf(project.lookupObject(pipe.readValue(SECTION_FROMNODE_REF_COLUMN).toString()));
     const QString to = keyOf(project.lookupObject(pipe.readValue(SECTION_TONODE_REF_COLUMN).toString()));
     if (!from.isEmpty() || !to.isEmpty())
@@ -70,13 +75,13 @@ QString detailOfInspection(const CPipeInspectionObject& inspection)
     QStringList parts;
     const QString from = keyOf(inspection.startNode());
     if (inspection.inspectionDirection() == 1)
-        parts << (from.isEmpty() ? tr("downstream") : tr("downstream from %1").arg(from));
+        parts << (from.isEmpty() ? Words::tr("downstream") : Words::tr("downstream from %1").arg(from));
     else if (inspection.inspectionDirection() == 2)
-        parts << (from.isEmpty() ? tr("upstream") : tr("upstream from %1").arg(from));
+        parts << (from.isEmpty() ? Words::tr("upstream") : Words::tr("upstream from %1").arg(from));
     else if (!from.isEmpty())
-        parts << tr("from %1").arg(from);
+        parts << Words::tr("from %1").arg(from);
     const int count = inspection.observationCount();
-    parts << (count == 1 ? tr("1 observation") : tr("%1 observations").arg(count));
+    parts << (count == 1 ? Words::tr("1 observation") : Words::tr("%1 observations").arg(count));
     return parts.join(QStringLiteral(", "));
 }
 

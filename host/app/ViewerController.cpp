@@ -6,7 +6,9 @@
 #include "host/app/ProjectLists.h"
 #include "host/app/SceneReader.h"
 #include "host/domain/ProjectStore.h"
+#include "host/domain/ShownUnit.h"
 #include "host/domain/StoreTrouble.h"
+#include "host/modules/Language.h"
 #include "plans/PlanLoader.h"
 #include "scene/GlobalNav.h"
 #include "scene/SceneRoot.h"
@@ -76,6 +78,8 @@ ViewerController::ViewerController(QObject* parent)
                 if (inspection)
                     m_observations.setInspection(inspection);
             });
+    connect(&Language::instance(), &Language::changed, this, &ViewerController::writeAnew);
+    connect(&Base::ShownUnit::instance(), &Base::ShownUnit::changed, this, &ViewerController::writeAnew);
     connect(this, &ViewerController::currentIdChanged, this, &ViewerController::currentIdsChanged);
     connect(&ProjectStore::instance(), &ProjectStore::writeFailed, this, &ViewerController::setError);
     auto& trouble = Database::StoreTrouble::instance();
@@ -203,6 +207,13 @@ void ViewerController::fillLists()
     m_nodes.setObjects(ProjectLists::nodes(*m_project));
     m_sections.setObjects(ProjectLists::pipes(*m_project));
     m_inspections.setObjects(ProjectLists::inspections(*m_project));
+}
+
+void ViewerController::writeAnew()
+{
+    if (m_project && !m_busy)
+        fillLists();
+    m_observations.writeAnew();
 }
 
 QString ViewerController::idOfKey(const QString& key) const

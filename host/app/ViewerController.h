@@ -130,6 +130,8 @@ private:
     void adaptLens();
     void bringIntoView(const Bounds& bounds, double closest);
     void fillLists();
+    /** All texts of the lists, after a change of language or unit. */
+    void writeAnew();
     void setBusy(bool busy);
     void setProgress(double progress, const QString& text);
     void setError(const QString& text);

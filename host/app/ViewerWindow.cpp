@@ -11,6 +11,7 @@
 #include "host/domain/WholeFile.h"
 #include "host/map/MapEndpoints.h"
 #include "host/modules/HostModules.h"
+#include "host/modules/Language.h"
 #include "labels/LabelBoard.h"
 
 #include <QBuffer>
@@ -68,6 +69,7 @@ QQuickWindow* loadWindow(QQmlApplicationEngine& engine, ViewerController& contro
 {
     registerHostModules(engine);
     engine.rootContext()->setContextProperty(QStringLiteral("mapEndpoints"), &endpoints);
+    Language::instance().restore(options.language);
     engine.rootContext()->setContextProperty(QStringLiteral("viewer"), &controller);
     engine.load(QUrl(QStringLiteral("qrc:/viewer/MainWindow.qml")));
     auto* window =

@@ -1,6 +1,7 @@
 #include "host/modules/Belmora.h"
 
 #include "domain/boundary/AppState.h"
+#include "host/modules/Language.h"
 
 #include <QCoreApplication>
 
@@ -40,6 +41,17 @@ CQmlDomainObject AppStateData::activeStructure() const
 bool AppStateData::project3dActive() const
 {
     return AppState::instance().is3dProjectActive();
+}
+
+TranslationHelper::TranslationHelper(QObject* parent)
+    : QObject(parent)
+{
+    connect(&Language::instance(), &Language::changed, this, &TranslationHelper::languageChanged);
+}
+
+QString TranslationHelper::languageCode() const
+{
+    return Language::instance().code();
 }
 
 QString TranslationHelper::translated(const QString& className, const QString& key, const QString& defaultText) const

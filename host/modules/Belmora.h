@@ -36,14 +36,21 @@ signals:
 /** Gives texts in the user's language. */
 class TranslationHelper : public QObject {
     Q_OBJECT
+    /** Whoever reads it beside a text has the text anew when the language changes. */
+    Q_PROPERTY(QString languageCode READ languageCode NOTIFY languageChanged)
 
 public:
-    using QObject::QObject;
+    explicit TranslationHelper(QObject* parent = nullptr);
+
+    QString languageCode() const;
 
     /** The translation of the key, or the default text where there is none. */
     Q_INVOKABLE QString translated(const QString& className, const QString& key, const QString& defaultText) const;
     /** What the user is told about an error. */
     Q_INVOKABLE QString errorMessageFromErrorCode(const Torvik::Base::CErrorCode& errorCode) const;
+
+signals:
+    void languageChanged();
 };
 
 /** The application, as QML knows it under the name "belmora". */

@@ -1,6 +1,6 @@
 #include "host/modules/FormatHelper.h"
 
-#include "domain/boundary/BaseServices.h"
+#include "host/domain/ShownUnit.h"
 
 #include <QLocale>
 #include <QtNumeric>
@@ -8,8 +8,6 @@
 namespace Torvik::Viewer {
 
 namespace {
-constexpr int kFeet = 2;
-
 double metresOf(const QString& unit)
 {
     return unit == QLatin1String("ft") ? 0.3048 : 1.0;
@@ -19,7 +17,7 @@ double metresOf(const QString& unit)
 
 QString FormatHelper::distanceUnitString() const
 {
-    return Base::CLocaleSupport::getDistanceUnit() == kFeet ? QStringLiteral("ft") : QStringLiteral("m");
+    return Base::ShownUnit::instance().name();
 }
 
 QString FormatHelper::currentLocaleName() const

@@ -2,8 +2,10 @@
 
 #include "geo/CApplicationSettingsLastAddress.h"
 #include "geo/GdalGeoProjector.h"
+#include "host/domain/ShownUnit.h"
 #include "host/modules/Belmora.h"
 #include "host/modules/FormatHelper.h"
+#include "host/modules/Language.h"
 #include "host/modules/ObjectContent.h"
 #include "host/modules/Ostel.h"
 #include "host/modules/Screens.h"
@@ -94,6 +96,9 @@ void registerHostModules(QQmlEngine& engine)
     context->setContextProperty(QStringLiteral("belmora"), new Belmora(&engine));
     context->setContextProperty(QStringLiteral("ostel"), new Ostel(&engine));
     context->setContextProperty(QStringLiteral("formatHelper"), new FormatHelper(&engine));
+    context->setContextProperty(QStringLiteral("language"), &Language::instance());
+    context->setContextProperty(QStringLiteral("units"), &Base::ShownUnit::instance());
+    QObject::connect(&Language::instance(), &Language::changed, &engine, &QQmlEngine::retranslate);
     auto* pages = new PageStack(&engine);
     context->setContextProperty(QStringLiteral("pageStack"), pages);
     context->setContextProperty(QStringLiteral("screenManager"), new ScreenManager(&engine));

@@ -31,6 +31,7 @@ class tst_CommandLine : public QObject {
 private slots:
     void nothingOpensTheSampleInAWindow();
     void aBareWordIsTheProject();
+    void theLanguageIsEnglishOrGerman();
     void aPictureTakesSizeViewDistanceAndObject();
     void aPictureOfTheSampleNeedsNoProject();
     void theValueMayStandBehindAnEqualsSign();
@@ -69,6 +70,14 @@ void tst_CommandLine::aBareWordIsTheProject()
 
     QCOMPARE(options.command, Command::Window);
     QCOMPARE(options.project, QStringLiteral("some/where"));
+}
+
+void tst_CommandLine::theLanguageIsEnglishOrGerman()
+{
+    QVERIFY(understood("town").language.isEmpty());
+    QCOMPARE(understood("town --language de").language, QStringLiteral("de"));
+    QCOMPARE(understood("--screenshot out.png --language=en").language, QStringLiteral("en"));
+    QVERIFY(parseArguments({"town", "--language", "fr"}).error.contains("--language is en or de"));
 }
 
 void tst_CommandLine::aPictureTakesSizeViewDistanceAndObject()
@@ -354,11 +363,12 @@ void tst_CommandLine::wrongArgumentsGiveOneLine()
 void tst_CommandLine::helpTellsEveryOption_data()
 {
     QTest::addColumn<QString>("option");
-    for (const char* option : {"import",         "findings",    "info",         "--findings", "--crs",  "--mapping",
-                               "--with",         "--report",    "--screenshot", "--size",     "--view", "top|3d|front",
-                               "--distance",     "--fit",       "--go-to",      "--json",     "--dump", "record",
-                               "--tiles",        "--no-map",    "--noise",      "--seed",     "--step", "--speed",
-                               "--whole-window", "--plan FILE", "--plan-scale", "--plan-at",  "--help"})
+    for (const char* option :
+         {"import",         "findings",    "info",         "--findings", "--crs",      "--mapping",
+          "--with",         "--report",    "--screenshot", "--size",     "--view",     "top|3d|front",
+          "--distance",     "--fit",       "--go-to",      "--json",     "--dump",     "record",
+          "--tiles",        "--no-map",    "--noise",      "--seed",     "--step",     "--speed",
+          "--whole-window", "--plan FILE", "--plan-scale", "--plan-at",  "--language", "--help"})
         QTest::newRow(option) << QString::fromLatin1(option);
 }
 

@@ -62,6 +62,14 @@ QtObject {
         }
     }
 
+    property QtObject languageConnections: Connections {
+        target: language
+
+        function onChanged() {
+            handWork.kind = handWork.selected ? handWork.kindOf(handWork.selected) : ""
+        }
+    }
+
     function kindOf(object) {
         if (object.type === "section") {
             return qsTr("Pipe")

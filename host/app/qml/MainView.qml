@@ -141,6 +141,11 @@ Rectangle {
                     on: GlobalNav.labelsVisible
                     onClicked: GlobalNav.labelsVisible = !GlobalNav.labelsVisible
                 }
+                ToolButton {
+                    objectName: "settingsButton"
+                    text: qsTr("Settings")
+                    onClicked: appCards.show("SettingsCard")
+                }
             }
 
             Item {
@@ -260,6 +265,13 @@ Rectangle {
             if (objectId !== "")
                 viewer.goTo(objectId)
         }
+    }
+
+    AppCards {
+        id: appCards
+
+        objectName: "appCards"
+        visible: !mainView.sceneOnly
     }
 
     Loader {

@@ -42,6 +42,14 @@ Item {
         }
     }
 
+    Connections {
+        target: language
+
+        function onChanged() {
+            readout.refresh()
+        }
+    }
+
     Timer {
         id: throttle
 

@@ -85,7 +85,8 @@ Rectangle {
 
         Text {
             objectName: "counterText"
-            text: bar.vehicle ? qsTr("%1 m").arg(Number(bar.vehicle.counter).toLocaleString(Qt.locale(), "f", 2)) : ""
+            // The code is read, so that the number is written anew in another language.
+            text: bar.vehicle && language.code && units.name ? units.length(bar.vehicle.counter, 2) : ""
             color: Style.ink
             font.pixelSize: Style.textSize
             horizontalAlignment: Text.AlignRight

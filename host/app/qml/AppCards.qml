@@ -1,0 +1,38 @@
+import QtQuick 2.12
+
+import "."
+
+/** The application's own cards over the window, one at a time. */
+Item {
+    id: cards
+
+    /** Name of the open card's file without its ending; empty for none. */
+    property string open
+
+    function show(name) {
+        open = name
+    }
+    function close() {
+        open = ""
+    }
+
+    anchors.fill: parent
+
+    Loader {
+        id: loader
+
+        anchors.fill: parent
+        active: cards.open !== ""
+        focus: active
+        source: active ? cards.open + ".qml" : ""
+        onLoaded: item.forceActiveFocus()
+    }
+
+    Connections {
+        target: loader.item
+
+        function onDismissed() {
+            cards.close()
+        }
+    }
+}
