@@ -69,8 +69,8 @@ record:
 --language en|de       of the window; the one chosen last, or the machine's, if not given
 
 --inspect KEY          makes this inspection the active one
---replay FILE          plays a recording; prints the counter, the inspection's stored points and the length of its
-                       stored course at the end, and paints a picture then with --screenshot
+--replay FILE          plays a recording; prints the counter, the points of the latest measurement and the length of
+                       the stored course at the end, and paints a picture then with --screenshot
   --real-time          the pipe is drawn and stored as the sensor measures it; without it only the counter runs
   --window             in a window, to play, pause and go back
   --speed N|max        times as fast as it was; if not given, as fast as possible, or 1 in a window

@@ -1,8 +1,10 @@
 #include "host/app/ReplayCommand.h"
 
 #include "host/app/Commands.h"
+#include "host/app/EndSignals.h"
 #include "host/app/HeadlessScene.h"
 #include "host/app/InspectionLookup.h"
+#include "host/app/TroubleReport.h"
 #include "host/domain/ProjectStore.h"
 #include "host/vehicle/Recording.h"
 
@@ -57,6 +59,7 @@ int report(const ReplayRun::Outcome& outcome)
 
 int Commands::replay(const Options& options)
 {
+    EndSignals endSignals;
     const QString folder = projectFolder(options);
     const auto wishes = folder.isEmpty() ? std::nullopt : readReplay(options);
     if (!wishes)
@@ -69,13 +72,20 @@ int Commands::replay(const Options& options)
         return failure(noSuchInspection(options));
     HeadlessScene::show(opened.project);
 
+    TroubleReport trouble;
     ReplayRun run;
     QEventLoop untilStored;
     QObject::connect(&run, &ReplayRun::finished, &untilStored, &QEventLoop::quit);
+    QObject::connect(&endSignals, &EndSignals::asked, &untilStored, &QEventLoop::quit);
     run.start(inspection, *wishes);
     untilStored.exec();
+    if (endSignals.came())
+        run.stop();
     ProjectStore::instance().close(opened.project);
-    return report(run.outcome());
+    const bool lost = trouble.somethingIsLost();
+    if (endSignals.came())
+        return endSignals.exitStatus();
+    return lost ? 1 : report(run.outcome());
 }
 
 } // namespace Torvik::Viewer

@@ -5,7 +5,7 @@
 #include "host/app/StoringTime.h"
 #include "host/domain/ProjectStore.h"
 #include "host/vehicle/Course.h"
-#include "measurement/MeasurementPointsHandler.h"
+#include "host/vehicle/MeasurementQueue.h"
 #include "measurement/SystemControlProxy.h"
 
 #include <QTimer>
@@ -13,6 +13,8 @@
 namespace Torvik::Viewer {
 
 namespace {
+
+constexpr int pollMs = 20;
 
 /** Lines of one column, with the id put in for %1. */
 QVariant stored(const Database::SqlConnection& connection, const char* statement, const QString& id,
@@ -36,10 +38,31 @@ void ReplayRun::start(const QSharedPointer<Database::CPipeInspectionObject>& ins
     m_inspection = inspection;
     AppState::instance().setActiveInspection(inspection);
     m_feed.setMeasuring(wishes.realTime);
-    // As fast as possible is faster than the database is asked what it holds of the inspection.
-    View3d::MeasurementPointsHandler::instance()->waitUntilStored();
     m_replay.load(wishes.readings);
     m_replay.setSpeed(wishes.speed);
+    // As fast as possible is faster than the database is asked what it holds of the inspection.
+    whenSettled(&ReplayRun::play);
+}
+
+void ReplayRun::stop()
+{
+    m_stopped = true;
+    m_replay.pause();
+    m_feed.setMeasuring(false);
+}
+
+void ReplayRun::whenSettled(void (ReplayRun::*next)())
+{
+    if (m_stopped)
+        return;
+    if (Vehicle::MeasurementQueue::isSettled())
+        (this->*next)();
+    else
+        QTimer::singleShot(pollMs, this, [this, next] { whenSettled(next); });
+}
+
+void ReplayRun::play()
+{
     m_replay.play();
 }
 
@@ -53,13 +76,16 @@ void ReplayRun::onPlayed()
 {
     m_feed.setMeasuring(false);
     // The shape is written on this thread and would have to fight with what is still to be stored.
-    View3d::MeasurementPointsHandler::instance()->waitUntilStored();
-    QTimer::singleShot(untilEverythingIsStoredMs, this, &ReplayRun::onStored);
+    whenSettled(&ReplayRun::waitForCourse);
 }
 
-void ReplayRun::onStored()
+void ReplayRun::waitForCourse()
 {
-    View3d::MeasurementPointsHandler::instance()->waitUntilStored();
+    QTimer::singleShot(untilEverythingIsStoredMs, this, [this] { whenSettled(&ReplayRun::lookAtStore); });
+}
+
+void ReplayRun::lookAtStore()
+{
     m_outcome.counter = double(View3d::SystemControlProxy::instance().sectionDistanceCounter());
 
     const auto project = Database::CDomainObject::projectFromObject(m_inspection);
@@ -70,8 +96,8 @@ void ReplayRun::onStored()
                 : nullptr;
     if (connection) {
         m_outcome.points = stored(*connection,
-                                  "SELECT COUNT(*) FROM SECMP JOIN SECMES ON MP_Measurement_FK = MES_PK "
-                                  "WHERE MES_Inspection_FK = '%1'",
+                                  "SELECT COUNT(*) FROM SECMP WHERE MP_Measurement_FK = (SELECT MES_PK FROM SECMES "
+                                  "WHERE MES_Inspection_FK = '%1' ORDER BY rowid DESC LIMIT 1)",
                                   m_inspection->id(), status)
                                .toLongLong();
     }

@@ -26,7 +26,7 @@ public:
     struct Outcome {
         /** Metres. */
         double counter = 0;
-        /** Of this inspection in the database. */
+        /** Of the inspection's latest measurement in the database. */
         qint64 points = 0;
         /** Of the inspection's stored shape, in metres. */
         double length = 0;
@@ -38,6 +38,8 @@ public:
 
     /** Makes the inspection the active one and starts. */
     void start(const QSharedPointer<Database::CPipeInspectionObject>& inspection, const Wishes& wishes);
+    /** Before its end; finished() does not come any more. */
+    void stop();
     /** Of the inspection. */
     QString pipeId() const;
     const Outcome& outcome() const { return m_outcome; }
@@ -47,13 +49,18 @@ signals:
     void finished();
 
 private:
+    /** Waits in the event loop until all that is measured is stored, since a trouble is told from there. */
+    void whenSettled(void (ReplayRun::*next)());
+    void play();
     void onPlayed();
-    void onStored();
+    void waitForCourse();
+    void lookAtStore();
 
     QSharedPointer<Database::CPipeInspectionObject> m_inspection;
     Vehicle::VehicleFeed m_feed;
     Vehicle::Replay m_replay;
     Outcome m_outcome;
+    bool m_stopped = false;
 };
 
 } // namespace Torvik::Viewer

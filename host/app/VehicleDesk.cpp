@@ -44,6 +44,13 @@ QString VehicleDesk::listen(const QHostAddress& address, quint16 port)
     return error;
 }
 
+void VehicleDesk::stop()
+{
+    m_replay.pause();
+    m_server.close();
+    setMeasuring(false);
+}
+
 QString VehicleDesk::connectionText() const
 {
     if (!m_server.isListening())

@@ -49,6 +49,9 @@ public:
     QString listen(const QHostAddress& address, quint16 port);
     const Vehicle::VehicleServer& server() const { return m_server; }
 
+    /** No reading reaches the view any more, and the measurement ends. */
+    void stop();
+
     Q_INVOKABLE void play() { m_replay.play(); }
     Q_INVOKABLE void pause() { m_replay.pause(); }
     Q_INVOKABLE void seek(double position) { m_replay.seek(position); }

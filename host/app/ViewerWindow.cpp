@@ -2,11 +2,13 @@
 
 #include "geo/GdalGeoProjector.h"
 #include "host/app/Commands.h"
+#include "host/app/EndSignals.h"
 #include "host/app/PictureTaker.h"
 #include "host/app/PlanDesk.h"
 #include "host/app/ReplayCommand.h"
 #include "host/app/ReplayRun.h"
 #include "host/app/StoringTime.h"
+#include "host/app/TroubleReport.h"
 #include "host/app/ViewerController.h"
 #include "host/domain/WholeFile.h"
 #include "host/map/MapEndpoints.h"
@@ -146,11 +148,15 @@ int showWindow(ViewerController& controller, bool hasMap, const QString& folder,
                 controller.showError(error);
         });
     });
+    const EndSignals endSignals;
+    QObject::connect(&endSignals, &EndSignals::asked, &QGuiApplication::quit);
     controller.openFolder(folder);
     const int status = QGuiApplication::exec();
-    controller.vehicle()->pause();
+    controller.vehicle()->stop();
+    // The window that has told of trouble is gone.
+    TroubleReport trouble;
     storeWhatIsPending(controller);
-    return status;
+    return trouble.somethingIsLost() ? 1 : status;
 }
 
 /** Plays the recording of the options into the active inspection; null, with a line on stderr, when it has none. */
@@ -164,8 +170,8 @@ ReplayRun* playBeforeThePicture(ViewerController& controller, const Options& opt
     return run;
 }
 
-int takePicture(ViewerController& controller, QQuickWindow* window, Map::MapEndpoints& endpoints, const QString& folder,
-                const Options& options)
+int paintPicture(ViewerController& controller, QQuickWindow* window, Map::MapEndpoints& endpoints,
+                 const QString& folder, const Options& options)
 {
     PictureTaker taker(window);
     taker.waitWhile([&endpoints] { return endpoints.busy() || View3d::LabelBoard::instance().isBusy(); });
@@ -203,6 +209,23 @@ int takePicture(ViewerController& controller, QQuickWindow* window, Map::MapEndp
     controller.openFolder(folder);
     QGuiApplication::exec();
     return status;
+}
+
+int takePicture(ViewerController& controller, QQuickWindow* window, Map::MapEndpoints& endpoints, const QString& folder,
+                const Options& options)
+{
+    TroubleReport trouble;
+    const EndSignals endSignals;
+    QObject::connect(&endSignals, &EndSignals::asked, &QGuiApplication::quit);
+    const int status = paintPicture(controller, window, endpoints, folder, options);
+    if (!options.replayFile.isEmpty()) {
+        controller.vehicle()->stop();
+        controller.closeProject();
+    }
+    const bool lost = trouble.somethingIsLost();
+    if (endSignals.came())
+        return endSignals.exitStatus();
+    return lost ? 1 : status;
 }
 
 } // namespace

@@ -92,11 +92,8 @@ std::unique_ptr<SqlConnection> SqlConnection::open(const QString& file, Access a
         status = connection->failure(connection->m_database.lastError());
         return nullptr;
     }
-    status = connection->execute(QStringLiteral("PRAGMA foreign_keys = ON"));
-    if (!status) {
-        return nullptr;
-    }
-    return connection;
+    status = connection->keepPromises(access);
+    return status ? std::move(connection) : nullptr;
 }
 
 std::unique_ptr<SqlConnection> SqlConnection::create(const QString& file, StoreStatus& status)
@@ -110,8 +107,15 @@ std::unique_ptr<SqlConnection> SqlConnection::create(const QString& file, StoreS
         status = connection->failure(connection->m_database.lastError());
         return nullptr;
     }
-    status = connection->execute(QStringLiteral("PRAGMA foreign_keys = ON"));
+    status = connection->keepPromises(ReadWrite);
     return status ? std::move(connection) : nullptr;
+}
+
+StoreStatus SqlConnection::keepPromises(Access access) const
+{
+    const StoreStatus keyed = execute(QStringLiteral("PRAGMA foreign_keys = ON"));
+    // A library built with another default would lose what was told as stored when the power goes.
+    return keyed && access == ReadWrite ? execute(QStringLiteral("PRAGMA synchronous = FULL")) : keyed;
 }
 
 StoreStatus SqlConnection::execute(const QString& statement) const

@@ -53,6 +53,8 @@ public:
 
 private:
     SqlConnection(const QString& file, Access access, int timeoutMs);
+    /** What the format promises of every write. */
+    StoreStatus keepPromises(Access access) const;
 
     QString m_name;
     QString m_file;

@@ -91,10 +91,6 @@ template <typename Run>
 StoreStatus patiently(const Run& run)
 {
     StoreTrouble& trouble = StoreTrouble::instance();
-    if (trouble.givenUp()) {
-        trouble.noteLost();
-        return {QStringLiteral("given up with those before it")};
-    }
     StoreStatus status = run();
     if (!status && !StoreTrouble::mayPass(status)) {
         trouble.refuse(status.error);
@@ -143,6 +139,11 @@ void SqlUserTask::fill(SqlResult& result)
 {
     if (m_databaseFile.isEmpty()) {
         logFailure(m_statement, QStringLiteral("There is no active project"));
+        return;
+    }
+    if (!callerWaits && StoreTrouble::instance().givenUp()) {
+        // Thousands may wait behind the one that is told; how many, is told at the end.
+        StoreTrouble::instance().noteLost();
         return;
     }
     const auto run = [&] { return attempt(m_databaseFile, m_statement, m_bindings, result); };

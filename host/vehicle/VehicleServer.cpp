@@ -36,6 +36,15 @@ QString VehicleServer::listen(const QHostAddress& address, quint16 port)
         .arg(m_server.errorString());
 }
 
+void VehicleServer::close()
+{
+    m_server.close();
+    if (QTcpSocket* socket = m_socket) {
+        onClosed(socket);
+        socket->abort();
+    }
+}
+
 void VehicleServer::takeOver()
 {
     while (QTcpSocket* socket = m_server.nextPendingConnection()) {

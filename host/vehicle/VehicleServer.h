@@ -25,6 +25,8 @@ public:
 
     /** Listens from now on; port 0 takes a free one. Gives an error for the user, or nothing. */
     QString listen(const QHostAddress& address, quint16 port);
+    /** No reading comes any more. */
+    void close();
     bool isListening() const { return m_server.isListening(); }
     quint16 port() const { return m_server.serverPort(); }
     bool isConnected() const { return !m_socket.isNull(); }

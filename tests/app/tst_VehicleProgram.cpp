@@ -11,7 +11,11 @@
 #include <QVector3D>
 #include <QtTest>
 
+#include <csignal>
+#include <memory>
+
 using Kx::Test::TestProject;
+using namespace Torvik::Database;
 using namespace Torvik::Vehicle;
 
 namespace {
@@ -56,6 +60,37 @@ QVector<SensorPlace> placesOf(const Recording& recording)
     return places;
 }
 
+/** Columns of a picture that show a pipe. */
+int widthOfPipe(const QImage& picture)
+{
+    int columns = 0;
+    for (int x = 0; x < picture.width(); ++x) {
+        bool green = false;
+        for (int y = 0; y < picture.height() && !green; ++y) {
+            const QColor colour = picture.pixelColor(x, y);
+            green = colour.green() > 60 && colour.green() > 2 * colour.red() && colour.green() > 2 * colour.blue();
+        }
+        columns += green ? 1 : 0;
+    }
+    return columns;
+}
+
+/** Another program that writes, until it goes. */
+class OtherProgram {
+public:
+    explicit OtherProgram(const QString& folder)
+        : m_connection(SqlConnection::open(ProjectStore::databaseFile(folder), SqlConnection::ReadWrite, m_status))
+        , m_transaction(*m_connection)
+    {
+    }
+    bool writes() const { return m_transaction.begun().ok(); }
+
+private:
+    StoreStatus m_status;
+    std::unique_ptr<SqlConnection> m_connection;
+    SqlTransaction m_transaction;
+};
+
 struct Outcome {
     int status = -1;
     QString out;
@@ -80,11 +115,27 @@ private slots:
     void aBentPipeIsMeasuredPointByPoint();
     void aReplayGoesAtTheSpeedAskedFor();
     void aPictureIsTakenAtTheEndOfAReplay();
+    void aPictureShowsTheCourseThatWasMeasured();
     void whatCannotBeReplayedGivesOneLineAndStatus1();
+    void pointsAreThoseOfTheLatestMeasurement();
+    void aWindowThatIsEndedWhileItMeasuresStoresAll_data();
+    void aWindowThatIsEndedWhileItMeasuresStoresAll();
+    void aReplayThatIsEndedStoresWhatWasMeasured();
+    void aLockIsToldOnceAndWaitedFor();
+    void whatIsLostByALockIsTold();
     void readingsOfAnotherProcessAreMeasuredAndStored();
     void aPortInUseGivesOneLineAndStatus1();
 
 private:
+    /** A port of the program that shows H2, once it listens. */
+    quint16 startListening(QProcess& process);
+    static void send(quint16 port, const QByteArray& lines);
+    /** run.csv: a minute straight on, ten readings a second. */
+    void writeLongRun();
+    int pointsStored() const
+    {
+        return m_project->stored("SECMP JOIN SECMES ON MP_Measurement_FK = MES_PK", "'1'", "1", "COUNT(*)").toInt();
+    }
     void start(QProcess& process, const QStringList& arguments);
     Outcome run(const QStringList& arguments);
     Recording recordingIn(const QString& file);
@@ -339,6 +390,158 @@ void tst_VehicleProgram::aPictureIsTakenAtTheEndOfAReplay()
     QCOMPARE(QImage(inFolder("picture.png")).size(), QSize(320, 240));
 }
 
+void tst_VehicleProgram::aPictureShowsTheCourseThatWasMeasured()
+{
+    // Where no other pipe lies: ten metres to the north, five to the west.
+    QByteArray recording = "time,counter,x,y,z\n";
+    for (int i = 1; i <= 30; ++i)
+        recording += QStringLiteral("%1,%2,%3,%4,0\n")
+                         .arg(i)
+                         .arg(0.5 * i)
+                         .arg(-std::max(0.0, 0.5 * i - 10))
+                         .arg(std::min(10.0, 0.5 * i))
+                         .toUtf8();
+    write("run.csv", recording);
+    const auto picture = [&](const QStringList& more) {
+        const QStringList common {m_project->path(), "--inspect",   "B2",     "--replay", "run.csv",
+                                  "--screenshot",    "picture.png", "--size", "320x240"};
+        const Outcome outcome = run(common + more);
+        return outcome.status == 0 ? qMakePair(pointsIn(outcome), QImage(inFolder("picture.png")))
+                                   : qMakePair(-1, QImage());
+    };
+
+    const auto [noPoints, straight] = picture({});
+    const auto [points, bent] = picture({"--real-time"});
+
+    QCOMPARE(noPoints, 0);
+    QVERIFY2(points >= 30, qPrintable(QString::number(points)));
+    // Straight to the north by the counter alone, and with the turn to the west by the sensor.
+    const int before = widthOfPipe(straight.copy(0, 0, 320, 60));
+    const int after = widthOfPipe(bent.copy(0, 0, 320, 60));
+    QVERIFY(before > 0);
+    QVERIFY2(after > 5 * before, qPrintable(QStringLiteral("%1, then %2").arg(before).arg(after)));
+}
+
+void tst_VehicleProgram::pointsAreThoseOfTheLatestMeasurement()
+{
+    QCOMPARE(run({"record", m_project->path(), "H1", "run.csv", "--step", "0.5"}).status, 0);
+    const QStringList again {m_project->path(), "--inspect", "B2", "--replay", "run.csv", "--real-time"};
+    const int first = pointsIn(run(again));
+
+    const int second = pointsIn(run(again));
+
+    QVERIFY(first >= 32);
+    QVERIFY(second > 0);
+    QCOMPARE(pointsStored(), first + second);
+}
+
+void tst_VehicleProgram::aWindowThatIsEndedWhileItMeasuresStoresAll_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::newRow("shutting down") << SIGTERM;
+    QTest::newRow("Ctrl+C") << SIGINT;
+    QTest::newRow("terminal gone") << SIGHUP;
+}
+
+void tst_VehicleProgram::aWindowThatIsEndedWhileItMeasuresStoresAll()
+{
+    QFETCH(const int, signal);
+    QProcess process;
+    const quint16 port = startListening(process);
+    QVERIFY(port > 0);
+    QTcpSocket socket;
+    socket.connectToHost(QHostAddress::LocalHost, port);
+    QVERIFY(socket.waitForConnected());
+
+    for (int i = 1; i <= 20; ++i) {
+        socket.write(QStringLiteral("%1,%2,0,%2,0\n").arg(i).arg(0.5 * i).toUtf8());
+        QVERIFY(socket.waitForBytesWritten());
+        QTest::qWait(20);
+    }
+    // All have come, and the course has not rested yet.
+    QTRY_VERIFY(pointsStored() >= 20);
+    ::kill(pid_t(process.processId()), signal);
+
+    QVERIFY(process.waitForFinished(30000));
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 0);
+    QCOMPARE(pointsStored(), 21);
+    QVERIFY(std::abs(lengthOf(storedCourse("H2")) - 10.0) < 0.05);
+}
+
+void tst_VehicleProgram::writeLongRun()
+{
+    QByteArray recording = "time,counter,x,y,z\n";
+    for (int i = 1; i <= 600; ++i)
+        recording += QStringLiteral("%1,%2,0,%2,0\n").arg(0.1 * i).arg(0.05 * i).toUtf8();
+    write("run.csv", recording);
+}
+
+void tst_VehicleProgram::aReplayThatIsEndedStoresWhatWasMeasured()
+{
+    writeLongRun();
+    QProcess process;
+    start(process, {m_project->path(), "--inspect", "B2", "--replay", "run.csv", "--real-time", "--speed", "1"});
+    QTRY_VERIFY_WITH_TIMEOUT(pointsStored() > 20, 30000);
+
+    process.terminate();
+
+    QVERIFY(process.waitForFinished(30000));
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 128 + SIGTERM);
+    QVERIFY(pointsStored() < 600);
+    QVERIFY(farthest(storedPoints("B2"), storedCourse("B2")) < 0.01);
+}
+
+void tst_VehicleProgram::aLockIsToldOnceAndWaitedFor()
+{
+    writeLongRun();
+    QProcess process;
+    start(process, {m_project->path(), "--inspect", "B2", "--replay", "run.csv", "--real-time", "--speed", "20"});
+    QTRY_VERIFY_WITH_TIMEOUT(pointsStored() > 5, 30000);
+    QByteArray errors;
+    {
+        const OtherProgram other(m_project->path());
+        QVERIFY(other.writes());
+        QTRY_VERIFY_WITH_TIMEOUT((errors += process.readAllStandardError()).contains("locked by another program"),
+                                 30000);
+        // Longer than the rest of the recording.
+        QTest::qWait(4000);
+        QVERIFY2(process.state() == QProcess::Running, (errors + process.readAllStandardError()).constData());
+        QVERIFY(pointsStored() < 600);
+    }
+
+    QVERIFY(process.waitForFinished(60000));
+    errors += process.readAllStandardError();
+    QVERIFY2(process.exitCode() == 0, errors.constData());
+    QVERIFY2(errors.count("kxviewer: ") == 1, errors.constData());
+    QVERIFY2(pointsStored() >= 600, qPrintable(QString::number(pointsStored())));
+    QVERIFY(farthest(storedPoints("B2"), storedCourse("B2")) < 0.01);
+}
+
+void tst_VehicleProgram::whatIsLostByALockIsTold()
+{
+    writeLongRun();
+    QProcess process;
+    start(process, {m_project->path(), "--inspect", "B2", "--replay", "run.csv", "--real-time", "--speed", "20"});
+    QTRY_VERIFY_WITH_TIMEOUT(pointsStored() > 5, 30000);
+    const OtherProgram other(m_project->path());
+    QVERIFY(other.writes());
+    QByteArray errors;
+    QTRY_VERIFY_WITH_TIMEOUT((errors += process.readAllStandardError()).contains("locked by another program"), 30000);
+    QTest::qWait(1000);
+
+    process.terminate();
+
+    const bool finished = process.waitForFinished(30000);
+    errors += process.readAllStandardError();
+    QVERIFY2(finished, errors.constData());
+    QCOMPARE(process.exitCode(), 128 + SIGTERM);
+    QVERIFY2(errors.contains("are lost"), errors.constData());
+    // A line a statement would hide it.
+    QVERIFY2(errors.count('\n') < 10, errors.constData());
+}
+
 void tst_VehicleProgram::whatCannotBeReplayedGivesOneLineAndStatus1()
 {
     write("run.csv", "time,counter\n0,0\n1,10\n");
@@ -363,28 +566,37 @@ void tst_VehicleProgram::whatCannotBeReplayedGivesOneLineAndStatus1()
     QVERIFY(noInspection.errors.first().contains("H3"));
 }
 
+quint16 tst_VehicleProgram::startListening(QProcess& process)
+{
+    start(process, {m_project->path(), "--inspect", "H2", "--listen", "0", "--real-time", "--size", "400x300"});
+    QByteArray out;
+    while (!out.contains('\n') && process.waitForReadyRead(60000))
+        out += process.readAllStandardOutput();
+    const auto said = QRegularExpression("^listening on 127\\.0\\.0\\.1 port (\\d+)\n").match(QString::fromUtf8(out));
+    return quint16(said.captured(1).toUInt());
+}
+
+void tst_VehicleProgram::send(quint16 port, const QByteArray& lines)
+{
+    QTcpSocket socket;
+    socket.connectToHost(QHostAddress::LocalHost, port);
+    QVERIFY(socket.waitForConnected());
+    socket.write(lines);
+    socket.disconnectFromHost();
+    QVERIFY(socket.state() == QAbstractSocket::UnconnectedState || socket.waitForDisconnected());
+}
+
 void tst_VehicleProgram::readingsOfAnotherProcessAreMeasuredAndStored()
 {
     QProcess process;
-    start(process, {m_project->path(), "--inspect", "H2", "--listen", "0", "--real-time", "--size", "400x300"});
-    QByteArray out;
-    QTRY_VERIFY_WITH_TIMEOUT((out += process.readAllStandardOutput()).contains('\n'), 60000);
-    const auto said = QRegularExpression("^listening on 127\\.0\\.0\\.1 port (\\d+)\n").match(QString::fromUtf8(out));
-    QVERIFY2(said.hasMatch(), out.constData());
-    const auto port = quint16(said.captured(1).toUInt());
+    const quint16 port = startListening(process);
+    QVERIFY(port > 0);
 
-    for (const char* lines : {"0,0.5,0,0.5,0\n1,1,0,1,0\nbroken\n2,1.5,0,1.5,0\n", "3,2,0,2,0\n4,2.5,0,2.5,0\n"}) {
-        QTcpSocket socket;
-        socket.connectToHost(QHostAddress::LocalHost, port);
-        QVERIFY(socket.waitForConnected());
-        socket.write(lines);
-        socket.disconnectFromHost();
-        QVERIFY(socket.state() == QAbstractSocket::UnconnectedState || socket.waitForDisconnected());
-    }
+    send(port, "0,0.5,0,0.5,0\n1,1,0,1,0\nbroken\n2,1.5,0,1.5,0\n");
+    send(port, "3,2,0,2,0\n4,2.5,0,2.5,0\n");
 
     // The begin of the pipe and the five readings.
-    QTRY_COMPARE_WITH_TIMEOUT(
-        m_project->stored("SECMP JOIN SECMES ON MP_Measurement_FK = MES_PK", "'1'", "1", "COUNT(*)").toInt(), 6, 30000);
+    QTRY_COMPARE_WITH_TIMEOUT(pointsStored(), 6, 30000);
     process.kill();
     process.waitForFinished();
     const QString errors = QString::fromUtf8(process.readAllStandardError());

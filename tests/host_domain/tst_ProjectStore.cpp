@@ -71,6 +71,19 @@ private slots:
         QVERIFY(status.ok());
     }
 
+    void aWriteOfAnyConnectionIsOnTheDisk()
+    {
+        constexpr int full = 2;
+        QTemporaryDir dir;
+        StoreStatus status;
+        const auto made = SqlConnection::create(dir.filePath("made.db"), status);
+        const auto opened = SqlConnection::open(dir.filePath("made.db"), SqlConnection::ReadWrite, status);
+
+        QVERIFY(made && opened);
+        QCOMPARE(made->value("PRAGMA synchronous", status).toInt(), full);
+        QCOMPARE(opened->value("PRAGMA synchronous", status).toInt(), full);
+    }
+
     void aClosedProjectLeavesNoFilesOfItsConnections()
     {
         TestProject p;
