@@ -3,6 +3,7 @@
 #include "domain/NodeAdapter.h"
 #include "domain/NotificationMapper.h"
 #include "domain/SectionAdapterBase.h"
+#include "domain/boundary/AppState.h"
 #include "domain/boundary/CDatabaseLibrary.h"
 #include "domain/boundary/CLogger.h"
 #include "domain/boundary/ColumnNames.h"
@@ -79,6 +80,9 @@ void EntitiesManager::init()
         m_reader.resumeLoad();
     });
     connect(&m_removals, &RemovalQueue::finished, this, &EntitiesManager::removalFinished);
+    // A project that is older than the scene must not come to lie where a map has tied the empty scene.
+    if (AppState::instance().getActiveProject())
+        GdalGeoProjector::instance()->deinit();
     m_reader.init();
 }
 

@@ -17,6 +17,22 @@ step("configuring the consumer" ${CMAKE_COMMAND} -S ${CONSUMER} -B ${SCRATCH}/bu
 step("building the consumer" ${CMAKE_COMMAND} --build ${SCRATCH}/build)
 step("running the consumer" ${SCRATCH}/build/consumer)
 
+step("configuring the minimal host" ${CMAKE_COMMAND} -S ${EXAMPLE} -B ${SCRATCH}/example -G ${GENERATOR}
+    -DCMAKE_BUILD_TYPE=${BUILD_TYPE} -DCMAKE_PREFIX_PATH=${SCRATCH}/prefix "-DCMAKE_CXX_FLAGS=${flags}")
+step("building the minimal host" ${CMAKE_COMMAND} --build ${SCRATCH}/example)
+find_program(xvfb xvfb-run)
+if(xvfb)
+    # A project of its own, so that nothing else is looked at or locked.
+    step("importing a project" ${BUILD}/bin/kxviewer import ${SAMPLE} ${SCRATCH}/project)
+    step("running the minimal host" ${CMAKE_COMMAND} -E env QT_QPA_PLATFORM=xcb LIBGL_ALWAYS_SOFTWARE=1
+        ${xvfb} -a -s "-screen 0 1280x1024x24" ${SCRATCH}/example/minimal-host ${SCRATCH}/project ${SCRATCH}/picture.png)
+    if(NOT EXISTS ${SCRATCH}/picture.png)
+        message(FATAL_ERROR "The minimal host has painted no picture")
+    endif()
+else()
+    message("The minimal host was built and not run, since there is no xvfb-run")
+endif()
+
 file(GLOB_RECURSE strangers ${SCRATCH}/prefix/include/*.cpp)
 if(strangers)
     message(FATAL_ERROR "These do not belong among the installed headers: ${strangers}")
