@@ -13,6 +13,7 @@ int main(int argc, char** argv)
             {QStringLiteral("readings"), QStringLiteral("10,000 readings of the sensor"), measureReadings, true, true},
             {QStringLiteral("stream"), QStringLiteral("100 readings a second for 10 minutes"), measureStream, false,
              true},
+            {QStringLiteral("flood"), QStringLiteral("The same, every reading handed on"), measureFlood, false, true},
             {QStringLiteral("counter"), QStringLiteral("10,000 steps of the counter"), measureCounter, true, true},
         });
 }

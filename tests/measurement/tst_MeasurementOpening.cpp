@@ -63,6 +63,8 @@ private slots:
     void aMeasurementOfAnEarlierRunIsContinuedWhenItWasAskedFor();
     void aMeasurementOfAnotherKindIsNotContinued();
     void aShapeTakesTheMeasurementsPlace();
+    void comingBackToAnInspectionItsPointsAreAtHandAgain();
+    void aShapeIsStoredBesideARunningMeasurement();
 
 private:
     std::unique_ptr<MeasuredProject> m_project;
@@ -189,6 +191,41 @@ void tst_MeasurementOpening::aShapeTakesTheMeasurementsPlace()
     handler().waitUntilStored();
     QCOMPARE(m_project->line(id), lineOf({0, 1, 2, 3, 4}));
     QCOMPARE(m_project->points(key), QString("1:1 0 0, 2:2 0 0, 5:4 0 0"));
+}
+
+void tst_MeasurementOpening::comingBackToAnInspectionItsPointsAreAtHandAgain()
+{
+    const QString id = m_project->openedWith(2);
+    const QString between = m_project->openedWith(3);
+
+    handler().switchToInspection(id);
+    handler().waitUntilStored();
+    handler().createNewSecMes(id);
+    handler().addRowToSECMP(id, measured(9), 2, false);
+    handler().waitUntilStored();
+
+    QCOMPARE(m_project->measurements(id), 1);
+    QCOMPARE(m_project->line(id), lineOf({0, 1, 9}));
+    QCOMPARE(m_project->points(m_project->key(id)), QString("1:0 0 0, 2:1 0 0, 3:9 0 0"));
+    QCOMPARE(m_project->line(between), lineOf({0, 1, 2}));
+}
+
+void tst_MeasurementOpening::aShapeIsStoredBesideARunningMeasurement()
+{
+    constexpr int readings = 300;
+    const QString id = m_project->openedWith(1);
+    const QString other = m_project->newInspection();
+    const Kx::Test::LogCapture log;
+
+    for (int i = 1; i <= readings; ++i)
+        handler().addRowToSECMP(id, measured(i), i, false);
+    MeasurementPointsAccess(other).writePoints("LINESTRING ZM(1 0 0 0,2 0 0 0)");
+    QVERIFY2(handler().waitingStatements() > 0, "the measurement was over before");
+    handler().waitUntilStored();
+
+    QCOMPARE(m_project->pointCount(m_project->key(id)), readings + 1);
+    QCOMPARE(m_project->points(m_project->key(other)), QString("1:1 0 0, 2:2 0 0"));
+    QVERIFY(log.lines().isEmpty());
 }
 
 QTEST_GUILESS_MAIN(tst_MeasurementOpening)
