@@ -37,7 +37,7 @@ picture=
 for argument in "$@"; do
     case $argument in
     --help | -h | --version | --dump | --dump=*) window=no ;;
-    --screenshot | --screenshot=*) picture=given ;;
+    --screenshot | --screenshot=* | --print | --print=*) picture=given ;;
     esac
 done
 case ${1:-} in import | info | findings | record) window=no ;; esac

@@ -2,6 +2,17 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE" sourcelanguage="en">
     <context>
+        <name>AppCards</name>
+        <message>
+            <source>Written</source>
+            <translation>Geschrieben</translation>
+        </message>
+        <message>
+            <source>Not written</source>
+            <translation>Nicht geschrieben</translation>
+        </message>
+    </context>
+    <context>
         <name>HandWork</name>
         <message>
             <source>Pipe</source>
@@ -75,6 +86,68 @@
         </message>
     </context>
     <context>
+        <name>KeyCommands</name>
+        <message>
+            <source>Delete</source>
+            <translation>Löschen</translation>
+        </message>
+    </context>
+    <context>
+        <name>KeysCard</name>
+        <message>
+            <source>Keys</source>
+            <translation>Tasten</translation>
+        </message>
+        <message>
+            <source>open a project</source>
+            <translation>ein Projekt öffnen</translation>
+        </message>
+        <message>
+            <source>look from the top, in 3D, from the front</source>
+            <translation>von oben, in 3D, von vorn sehen</translation>
+        </message>
+        <message>
+            <source>the whole project in view</source>
+            <translation>das ganze Projekt zeigen</translation>
+        </message>
+        <message>
+            <source>nearer, farther</source>
+            <translation>näher, weiter</translation>
+        </message>
+        <message>
+            <source>cancel, let go what is selected</source>
+            <translation>abbrechen, Auswahl loslassen</translation>
+        </message>
+        <message>
+            <source>Del</source>
+            <translation>Entf</translation>
+        </message>
+        <message>
+            <source>delete what is selected, after a question</source>
+            <translation>Ausgewähltes löschen, nach einer Frage</translation>
+        </message>
+        <message>
+            <source>a picture of the view as PNG</source>
+            <translation>ein Bild der Ansicht als PNG</translation>
+        </message>
+        <message>
+            <source>Ctrl+P</source>
+            <translation>Strg+P</translation>
+        </message>
+        <message>
+            <source>a page with the view as PDF</source>
+            <translation>eine Seite mit der Ansicht als PDF</translation>
+        </message>
+        <message>
+            <source>this card</source>
+            <translation>diese Karte</translation>
+        </message>
+        <message>
+            <source>Close</source>
+            <translation>Schließen</translation>
+        </message>
+    </context>
+    <context>
         <name>MainView</name>
         <message>
             <source>Lists</source>
@@ -139,6 +212,18 @@
         <message>
             <source>Labels</source>
             <translation>Namen</translation>
+        </message>
+        <message>
+            <source>Picture</source>
+            <translation>Bild</translation>
+        </message>
+        <message>
+            <source>Print</source>
+            <translation>Drucken</translation>
+        </message>
+        <message>
+            <source>Keys</source>
+            <translation>Tasten</translation>
         </message>
     </context>
     <context>
@@ -396,6 +481,14 @@
         </message>
     </context>
     <context>
+        <name>PrintedPage</name>
+        <message>
+            <source>N</source>
+            <comment>north</comment>
+            <translation>N</translation>
+        </message>
+    </context>
+    <context>
         <name>ProjectLists</name>
         <message>
             <source>connection</source>
@@ -538,6 +631,25 @@
         </message>
     </context>
     <context>
+        <name>Torvik::Viewer::AppDesk</name>
+        <message>
+            <source>Delete the node %1 from the project? Pipes keep their place but lose this end.</source>
+            <translation>Den Knoten %1 aus dem Projekt löschen? Rohre behalten ihre Lage, verlieren aber dieses Ende.</translation>
+        </message>
+        <message>
+            <source>Delete the pipe %1 from the project, with all its inspections and observations?</source>
+            <translation>Das Rohr %1 mit allen Inspektionen und Befunden aus dem Projekt löschen?</translation>
+        </message>
+        <message>
+            <source>Delete this inspection of the pipe %1 from the project, with all its observations?</source>
+            <translation>Diese Inspektion des Rohrs %1 mit allen Befunden aus dem Projekt löschen?</translation>
+        </message>
+        <message>
+            <source>It is not in the project any more.</source>
+            <translation>Es ist nicht mehr im Projekt.</translation>
+        </message>
+    </context>
+    <context>
         <name>Torvik::Viewer::GpsSimulation</name>
         <message>
             <source>%1: neither off, none nor LATITUDE,LONGITUDE, and no track that can be read: %2</source>
@@ -600,6 +712,61 @@
         <message>
             <source>It is not in the project any more</source>
             <translation>Er ist nicht mehr im Projekt</translation>
+        </message>
+    </context>
+    <context>
+        <name>Torvik::Viewer::PhotoDesk</name>
+        <message>
+            <source>from the top</source>
+            <translation>von oben</translation>
+        </message>
+        <message>
+            <source>from the front</source>
+            <translation>von vorn</translation>
+        </message>
+        <message>
+            <source>3D, scale at the middle</source>
+            <translation>3D, Maßstab in der Mitte</translation>
+        </message>
+        <message>
+            <source>Project</source>
+            <translation>Projekt</translation>
+        </message>
+        <message>
+            <source>Client</source>
+            <translation>Auftraggeber</translation>
+        </message>
+        <message>
+            <source>Coordinate system</source>
+            <translation>Koordinatensystem</translation>
+        </message>
+        <message>
+            <source>Manholes and nodes</source>
+            <translation>Schächte und Knoten</translation>
+        </message>
+        <message>
+            <source>Sections</source>
+            <translation>Haltungen</translation>
+        </message>
+        <message>
+            <source>Laterals</source>
+            <translation>Anschlussleitungen</translation>
+        </message>
+        <message>
+            <source>Inspections</source>
+            <translation>Inspektionen</translation>
+        </message>
+        <message>
+            <source>Observations</source>
+            <translation>Befunde</translation>
+        </message>
+        <message>
+            <source>View</source>
+            <translation>Ansicht</translation>
+        </message>
+        <message>
+            <source>The picture does not come to rest.</source>
+            <translation>Das Bild kommt nicht zur Ruhe.</translation>
         </message>
     </context>
     <context>

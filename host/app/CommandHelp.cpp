@@ -9,6 +9,7 @@ QString helpText()
 
   kxviewer [PROJECT] [VIEW]                   opens a project in a window; without one, the sample
   kxviewer [PROJECT] --screenshot FILE [VIEW] paints a project into a picture and ends
+  kxviewer [PROJECT] --print FILE.pdf [VIEW]  prints a project on a page and ends
   kxviewer [PROJECT] --inspect KEY --replay FILE [...]
                                               plays a recording of a vehicle into an inspection and ends
   kxviewer [PROJECT] --inspect KEY --listen PORT [...]
@@ -40,6 +41,7 @@ VIEW, for a window or a picture:
 
 --screenshot FILE      the ending names the format (png, jpg, bmp, ppm); the picture is taken once the project is
                        read and painted
+--print FILE           the view on a page of A4 as PDF, true to scale, with scale bar, north arrow and the project's data
 --whole-window         with lists and buttons in the picture, not only the scene
 
 import:

@@ -12,6 +12,8 @@ namespace {
 
 constexpr int smallestPicture = 16;
 constexpr int largestPicture = 16384;
+/** What a page shows of a view; a larger one is cut off. */
+const QSize picturesRoomOnThePage(613, 637);
 /** Metres, or metres a second. */
 constexpr double smallestStep = 0.001;
 
@@ -38,7 +40,8 @@ const QStringList valueNames {
     QStringLiteral("--seed"),       QStringLiteral("--step"),     QStringLiteral("--speed"),
     QStringLiteral("--inspect"),    QStringLiteral("--replay"),   QStringLiteral("--listen"),
     QStringLiteral("--address"),    QStringLiteral("--tiles"),    QStringLiteral("--plan"),
-    QStringLiteral("--plan-scale"), QStringLiteral("--plan-at"),  QStringLiteral("--language")};
+    QStringLiteral("--plan-scale"), QStringLiteral("--plan-at"),  QStringLiteral("--language"),
+    QStringLiteral("--print")};
 const QStringList repeatable {QStringLiteral("--with"), QStringLiteral("--findings")};
 
 QString takeOption(const QStringList& arguments, int& index, Sorted& sorted)
@@ -362,12 +365,12 @@ QString readProject(const Sorted& sorted, Options& options)
                        QStringLiteral("--plan-at")};
     if (!dump)
         known = known.mid(1) +
-                QStringList {QStringLiteral("--screenshot"),   QStringLiteral("--size"),    QStringLiteral("--view"),
-                             QStringLiteral("--distance"),     QStringLiteral("--fit"),     QStringLiteral("--go-to"),
-                             QStringLiteral("--whole-window"), QStringLiteral("--inspect"), QStringLiteral("--replay"),
-                             QStringLiteral("--real-time"),    QStringLiteral("--speed"),   QStringLiteral("--window"),
-                             QStringLiteral("--listen"),       QStringLiteral("--address"), QStringLiteral("--tiles"),
-                             QStringLiteral("--no-map"),       QStringLiteral("--language")};
+                QStringList {QStringLiteral("--screenshot"),   QStringLiteral("--size"),     QStringLiteral("--view"),
+                             QStringLiteral("--distance"),     QStringLiteral("--fit"),      QStringLiteral("--go-to"),
+                             QStringLiteral("--whole-window"), QStringLiteral("--inspect"),  QStringLiteral("--replay"),
+                             QStringLiteral("--real-time"),    QStringLiteral("--speed"),    QStringLiteral("--window"),
+                             QStringLiteral("--listen"),       QStringLiteral("--address"),  QStringLiteral("--tiles"),
+                             QStringLiteral("--no-map"),       QStringLiteral("--language"), QStringLiteral("--print")};
     const QString foreign = foreignOption(sorted, known, dump ? QStringLiteral("--dump") : QStringLiteral("a project"));
     if (!foreign.isEmpty())
         return foreign;
@@ -379,10 +382,18 @@ QString readProject(const Sorted& sorted, Options& options)
         options.outputFile = sorted.value(QStringLiteral("--dump"));
         return {};
     }
+    if (sorted.has(QStringLiteral("--print")) && sorted.has(QStringLiteral("--screenshot")))
+        return QStringLiteral("--print and --screenshot exclude each other");
     if (sorted.has(QStringLiteral("--screenshot"))) {
         options.command = Command::Screenshot;
         options.outputFile = sorted.value(QStringLiteral("--screenshot"));
-    } else if (sorted.has(QStringLiteral("--whole-window")))
+    } else if (sorted.has(QStringLiteral("--print"))) {
+        options.command = Command::Screenshot;
+        options.print = true;
+        options.size = picturesRoomOnThePage;
+        options.outputFile = sorted.value(QStringLiteral("--print"));
+    }
+    if (sorted.has(QStringLiteral("--whole-window")) && !sorted.has(QStringLiteral("--screenshot")))
         return QStringLiteral("--whole-window goes with --screenshot");
     const QString error = readVehicle(sorted, options);
     return error.isEmpty() ? readViewOptions(sorted, options) : error;

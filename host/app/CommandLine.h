@@ -54,6 +54,8 @@ struct Options {
     std::optional<double> distance;
     /** Key of the object to look at; empty means the whole project. */
     QString goToKey;
+    /** The output is a page to print, as PDF, with the picture on it. */
+    bool print = false;
     /** The picture shows lists and buttons too. */
     bool wholeWindow = false;
     /** Folder or address of the map's tiles; empty for what the settings say. */

@@ -79,6 +79,10 @@ ViewerController::ViewerController(QObject* parent)
                     m_observations.setInspection(inspection);
             });
     connect(&Language::instance(), &Language::changed, this, &ViewerController::writeAnew);
+    connect(&m_desk, &AppDesk::deleted, this, [this] {
+        setCurrentId({});
+        writeAnew();
+    });
     connect(&Base::ShownUnit::instance(), &Base::ShownUnit::changed, this, &ViewerController::writeAnew);
     connect(this, &ViewerController::currentIdChanged, this, &ViewerController::currentIdsChanged);
     connect(&ProjectStore::instance(), &ProjectStore::writeFailed, this, &ViewerController::setError);

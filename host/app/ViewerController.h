@@ -1,6 +1,7 @@
 #pragma once
 
 #include "domain/boundary/CProjectObject.h"
+#include "host/app/AppDesk.h"
 #include "host/app/CameraPose.h"
 #include "host/app/ObjectListModel.h"
 #include "host/app/ObservationPage.h"
@@ -38,6 +39,7 @@ class ViewerController : public QObject {
     Q_PROPERTY(QObject* inspectionsModel READ inspectionsModel CONSTANT)
     Q_PROPERTY(QObject* observations READ observations CONSTANT)
     Q_PROPERTY(QObject* vehicle READ vehicle CONSTANT)
+    Q_PROPERTY(QObject* desk READ desk CONSTANT)
 
 public:
     /** From where a project is seen when it has opened. */
@@ -80,6 +82,7 @@ public:
     ObservationPage* observations() { return &m_observations; }
     /** In the pipe of the active inspection. */
     VehicleDesk* vehicle() { return &m_vehicle; }
+    AppDesk* desk() { return &m_desk; }
 
     /** Opens the project in a folder; the one before is closed first. Ends in opened() or in an errorText. */
     void openFolder(const QString& folder);
@@ -148,6 +151,7 @@ private:
     ObjectListModel m_inspections;
     ObservationPage m_observations;
     VehicleDesk m_vehicle;
+    AppDesk m_desk;
     OpeningView m_openingView;
     Bounds m_bounds;
     QString m_projectName;

@@ -3,6 +3,7 @@
 #include "geo/GdalGeoProjector.h"
 #include "host/app/Commands.h"
 #include "host/app/EndSignals.h"
+#include "host/app/PhotoDesk.h"
 #include "host/app/PictureTaker.h"
 #include "host/app/PlanDesk.h"
 #include "host/app/ReplayCommand.h"
@@ -23,6 +24,7 @@
 #include <QImageWriter>
 #include <QQmlApplicationEngine>
 #include <QQmlContext>
+#include <QQuickItem>
 #include <QQuickWindow>
 #include <QTextStream>
 #include <QTimer>
@@ -170,10 +172,30 @@ ReplayRun* playBeforeThePicture(ViewerController& controller, const Options& opt
     return run;
 }
 
+QQuickItem* viewOf(QQuickWindow* window)
+{
+    return window->property("window3d").value<QQuickItem*>();
+}
+
+/** The picture or the page; the error, empty when it is there. */
+QString writeWhatWasPainted(const QImage& painted, QQuickWindow* window, const Options& options)
+{
+    QImage picture = painted;
+    picture.setDevicePixelRatio(1.0);
+    if (options.print) {
+        const double ratio = double(painted.width()) / options.size.width();
+        return Database::WholeFile::write(options.outputFile, PhotoDesk::pageOf(picture, ratio, viewOf(window)));
+    }
+    picture = picture.scaled(options.size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    return writePicture(PhotoDesk::labelled(picture, viewOf(window)), options.outputFile);
+}
+
 int paintPicture(ViewerController& controller, QQuickWindow* window, Map::MapEndpoints& endpoints,
                  const QString& folder, const Options& options)
 {
     PictureTaker taker(window);
+    if (options.print)
+        viewOf(window)->setProperty("screenshotPending", true);
     taker.waitWhile([&endpoints] { return endpoints.busy() || View3d::LabelBoard::instance().isBusy(); });
     int status = 1;
     const auto giveUp = [](const QString& message) { Commands::failure(message), QGuiApplication::quit(); };
@@ -196,9 +218,7 @@ int paintPicture(ViewerController& controller, QQuickWindow* window, Map::MapEnd
         }
     });
     QObject::connect(&taker, &PictureTaker::taken, [&](const QImage& painted) {
-        QImage picture = painted.scaled(options.size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-        picture.setDevicePixelRatio(1.0);
-        const QString error = writePicture(picture, options.outputFile);
+        const QString error = writeWhatWasPainted(painted, window, options);
         status = error.isEmpty() ? 0 : Commands::failure(error);
         QGuiApplication::quit();
     });

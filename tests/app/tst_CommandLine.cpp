@@ -31,6 +31,7 @@ class tst_CommandLine : public QObject {
 private slots:
     void nothingOpensTheSampleInAWindow();
     void aBareWordIsTheProject();
+    void aPageIsPrinted();
     void theLanguageIsEnglishOrGerman();
     void aPictureTakesSizeViewDistanceAndObject();
     void aPictureOfTheSampleNeedsNoProject();
@@ -70,6 +71,21 @@ void tst_CommandLine::aBareWordIsTheProject()
 
     QCOMPARE(options.command, Command::Window);
     QCOMPARE(options.project, QStringLiteral("some/where"));
+}
+
+void tst_CommandLine::aPageIsPrinted()
+{
+    const Options options = understood("town --print page.pdf --view 3d --go-to S1 --language de");
+
+    QCOMPARE(options.command, Command::Screenshot);
+    QVERIFY(options.print);
+    QCOMPARE(options.outputFile, QStringLiteral("page.pdf"));
+    QCOMPARE(options.view, StandardView::Perspective);
+    QCOMPARE(options.size, QSize(613, 637));
+    QCOMPARE(understood("town --print page.pdf --size 800x600").size, QSize(800, 600));
+    QVERIFY(!understood("town --screenshot out.png").print);
+    QVERIFY(parseArguments({"town", "--print", "a.pdf", "--screenshot", "a.png"}).error.contains("exclude"));
+    QVERIFY(parseArguments({"town", "--print", "a.pdf", "--whole-window"}).error.contains("--screenshot"));
 }
 
 void tst_CommandLine::theLanguageIsEnglishOrGerman()
@@ -364,11 +380,11 @@ void tst_CommandLine::helpTellsEveryOption_data()
 {
     QTest::addColumn<QString>("option");
     for (const char* option :
-         {"import",         "findings",    "info",         "--findings", "--crs",      "--mapping",
-          "--with",         "--report",    "--screenshot", "--size",     "--view",     "top|3d|front",
-          "--distance",     "--fit",       "--go-to",      "--json",     "--dump",     "record",
-          "--tiles",        "--no-map",    "--noise",      "--seed",     "--step",     "--speed",
-          "--whole-window", "--plan FILE", "--plan-scale", "--plan-at",  "--language", "--help"})
+         {"import",     "findings",     "info",    "--findings",     "--crs",        "--mapping",    "--with",
+          "--report",   "--screenshot", "--size",  "--view",         "top|3d|front", "--distance",   "--fit",
+          "--go-to",    "--json",       "--dump",  "record",         "--tiles",      "--no-map",     "--noise",
+          "--seed",     "--step",       "--speed", "--whole-window", "--plan FILE",  "--plan-scale", "--plan-at",
+          "--language", "--print",      "--help"})
         QTest::newRow(option) << QString::fromLatin1(option);
 }
 

@@ -1,4 +1,5 @@
 import QtQuick 2.12
+import ostel.controls 1.0
 
 import "."
 
@@ -26,6 +27,17 @@ Item {
         focus: active
         source: active ? cards.open + ".qml" : ""
         onLoaded: item.forceActiveFocus()
+    }
+
+    Connections {
+        target: viewer.desk ? viewer.desk.photos : null
+
+        function onWritten(path) {
+            MessageBox.info(qsTr("Written"), path)
+        }
+        function onFailed(reason) {
+            MessageBox.error(qsTr("Not written"), reason)
+        }
     }
 
     Connections {

@@ -142,6 +142,23 @@ Rectangle {
                     onClicked: GlobalNav.labelsVisible = !GlobalNav.labelsVisible
                 }
                 ToolButton {
+                    objectName: "pictureButton"
+                    text: qsTr("Picture")
+                    enabled: viewer.projectOpen
+                    onClicked: viewer.desk.photos.takePicture(sceneArea)
+                }
+                ToolButton {
+                    objectName: "printButton"
+                    text: qsTr("Print")
+                    enabled: viewer.projectOpen
+                    onClicked: viewer.desk.photos.printPage(sceneArea)
+                }
+                ToolButton {
+                    objectName: "keysButton"
+                    text: qsTr("Keys")
+                    onClicked: appCards.show("KeysCard")
+                }
+                ToolButton {
                     objectName: "settingsButton"
                     text: qsTr("Settings")
                     onClicked: appCards.show("SettingsCard")
@@ -156,7 +173,7 @@ Rectangle {
                     id: sceneArea
 
                     anchors.fill: parent
-                    controlsVisible: !mainView.sceneOnly
+                    controlsVisible: !mainView.sceneOnly && !screenshotPending
                 }
 
                 Rectangle {
@@ -258,6 +275,8 @@ Rectangle {
     }
 
     HostScreens {
+        id: hostScreens
+
         objectName: "hostScreens"
         visible: !mainView.sceneOnly
         onOverviewRequested: {
@@ -265,6 +284,13 @@ Rectangle {
             if (objectId !== "")
                 viewer.goTo(objectId)
         }
+    }
+
+    KeyCommands {
+        window3d: sceneArea
+        cardOpen: appCards.open !== "" || hostScreens.open.length > 0
+        onOpenWanted: folderDialog.active = true
+        onHelpWanted: appCards.show("KeysCard")
     }
 
     AppCards {

@@ -1,0 +1,64 @@
+#include "host/app/AppDesk.h"
+
+#include "domain/boundary/AppState.h"
+#include "domain/boundary/CPipeObjects.h"
+#include "domain/boundary/CProjectObject.h"
+#include "domain/boundary/ColumnNames.h"
+#include "host/domain/ProjectStore.h"
+
+namespace Torvik::Viewer {
+
+using namespace Torvik::Database;
+
+namespace {
+
+CDomainObjectPointer objectOf(const QString& id)
+{
+    const auto project = CDomainObject::projectFromObject(AppState::instance().getActiveProject());
+    return project && !id.isEmpty() ? project->lookupObject(id) : nullptr;
+}
+
+QString nameOf(const CDomainObjectPointer& object)
+{
+    return object ? object->readValue(NODE_KEY_COLUMN).toString() : QString();
+}
+
+} // namespace
+
+AppDesk::AppDesk(QObject* parent)
+    : QObject(parent)
+{
+}
+
+QString AppDesk::questionBeforeDeleting(const QString& id) const
+{
+    const auto object = objectOf(id);
+    if (!object)
+        return {};
+    switch (object->objectType()) {
+    case NodeObjectType:
+        return tr("Delete the node %1 from the project? Pipes keep their place but lose this end.").arg(nameOf(object));
+    case SectionObjectType:
+    case LateralObjectType:
+        return tr("Delete the pipe %1 from the project, with all its inspections and observations?")
+            .arg(nameOf(object));
+    case PipeInspectionObjectType:
+        return tr("Delete this inspection of the pipe %1 from the project, with all its observations?")
+            .arg(nameOf(object->parentObject().toStrongRef()));
+    default:
+        return {};
+    }
+}
+
+QString AppDesk::deleteObject(const QString& id)
+{
+    const auto object = objectOf(id);
+    if (!object)
+        return tr("It is not in the project any more.");
+    const QString error = ProjectStore::instance().deleteObject(object).error;
+    if (error.isEmpty())
+        emit deleted();
+    return error;
+}
+
+} // namespace Torvik::Viewer

@@ -1,0 +1,229 @@
+#include "common/TestProject.h"
+#include "host/app/ViewerController.h"
+#include "host/domain/HostSettings.h"
+#include "scene/GlobalNav.h"
+#include "view/ViewerScreen.h"
+
+#include <QImageReader>
+
+#include <memory>
+
+using Kx::Test::QmlWarnings;
+using Kx::Test::TestProject;
+using Kx::Test::ViewerScreen;
+using Torvik::View3d::CameraController;
+using Torvik::View3d::GlobalNav;
+using Torvik::Viewer::AppDesk;
+using Torvik::Viewer::PhotoDesk;
+using Torvik::Viewer::ViewerController;
+
+/** What the window offers around the view: keys, pictures, pages. */
+class tst_AppDesk : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanup();
+    void cleanupTestCase();
+    void keysChooseTheView();
+    void keysZoomAndFit();
+    void escapeLetsGoWhatIsSelected();
+    void keysRestWhileACardIsOpen();
+    void lettersGoIntoTheSearch();
+    void aPictureCarriesItsScale();
+    void aPageIsAPdf();
+    void deletingAsksAndDeletes();
+    void nothingWarned() { QCOMPARE(QmlWarnings::list(), QStringList()); }
+
+private:
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
+    {
+        QTest::keyClick(m_screen->window(), key, modifiers);
+        QCoreApplication::processEvents();
+    }
+    double distance() const { return double(m_screen->camera()->viewVector().length()); }
+    QString writtenBy(const QString& button);
+
+    QTemporaryDir m_folder;
+    std::unique_ptr<TestProject> m_project;
+    std::unique_ptr<QmlWarnings> m_warnings;
+    ViewerController* m_controller = nullptr;
+    ViewerScreen* m_screen = nullptr;
+};
+
+void tst_AppDesk::initTestCase()
+{
+    Torvik::Base::HostSettings::setSettingsFile(m_folder.filePath("settings.ini"));
+    m_warnings = std::make_unique<QmlWarnings>();
+    m_project = std::make_unique<TestProject>();
+    const auto a = m_project->addNode("S1", "POINT ZM(400000 5600000 100 16)", {{"OBJ_DepthToInvert", 3.0}});
+    const auto b = m_project->addNode("S2", "POINT ZM(400040 5600000 100 16)", {{"OBJ_DepthToInvert", 3.0}});
+    const auto pipe = m_project->addSection("H1", a, b, {{"OBJ_Size1", 1000}});
+    m_project->addInspection(pipe, "LINESTRING ZM(400040 5600000 97 320,400000 5600000 97 0)");
+    const QString folder = m_project->path();
+    m_project->close();
+    m_controller = new ViewerController(this);
+    m_controller->desk()->photos()->setFolder(m_folder.filePath("pictures"));
+    m_screen = new ViewerScreen(*m_controller);
+    QSignalSpy opened(m_controller, &ViewerController::opened);
+    m_controller->openFolder(folder);
+    QVERIFY(opened.wait(20000));
+    m_screen->settle();
+    m_screen->window()->requestActivate();
+    QVERIFY(QTest::qWaitForWindowActive(m_screen->window()));
+}
+
+void tst_AppDesk::cleanup()
+{
+    m_screen->evaluate("MessageBox.answer(false)");
+    QMetaObject::invokeMethod(m_screen->item("appCards"), "close");
+    m_screen->item("search")->setProperty("text", "");
+    m_screen->item("search")->setProperty("focus", false);
+    m_screen->settle();
+}
+
+void tst_AppDesk::cleanupTestCase()
+{
+    m_controller->closeProject();
+    delete m_screen;
+}
+
+void tst_AppDesk::keysChooseTheView()
+{
+    press(Qt::Key_2);
+    QTRY_COMPARE(GlobalNav::instance()->viewType(), CameraController::View3d);
+    m_screen->settle();
+    press(Qt::Key_3);
+    QTRY_COMPARE(GlobalNav::instance()->viewType(), CameraController::View2dFront);
+    m_screen->settle();
+    press(Qt::Key_1);
+    QTRY_COMPARE(GlobalNav::instance()->viewType(), CameraController::View2dTop);
+}
+
+void tst_AppDesk::keysZoomAndFit()
+{
+    const double before = distance();
+    const QVector3D center = m_screen->camera()->viewCenter();
+
+    press(Qt::Key_Plus);
+    QVERIFY(qAbs(distance() / before - 0.8) < 0.001);
+    QVERIFY((m_screen->camera()->viewCenter() - center).length() < 0.001F);
+    press(Qt::Key_Minus);
+    QVERIFY(qAbs(distance() / before - 1.0) < 0.001);
+    press(Qt::Key_Minus);
+    press(Qt::Key_F);
+    m_screen->settle();
+    QTRY_VERIFY(qAbs(distance() / before - 1.0) < 0.05);
+}
+
+void tst_AppDesk::escapeLetsGoWhatIsSelected()
+{
+    m_controller->goTo(m_controller->idOfKey("S1"));
+    m_screen->settle();
+    QCOMPARE(m_screen->text("selectedName"), QStringLiteral("S1"));
+
+    press(Qt::Key_Escape);
+
+    QTRY_COMPARE(m_screen->text("selectedName"), QStringLiteral("Nothing selected"));
+}
+
+void tst_AppDesk::keysRestWhileACardIsOpen()
+{
+    const double before = distance();
+    press(Qt::Key_F1);
+    m_screen->waitFrames(2);
+    QVERIFY(m_screen->visible("closeKeysButton"));
+    m_screen->keep("keys");
+
+    press(Qt::Key_Plus);
+    QCOMPARE(distance(), before);
+    press(Qt::Key_Escape);
+    QTRY_VERIFY(!m_screen->visible("closeKeysButton"));
+    press(Qt::Key_Plus);
+    QVERIFY(distance() < before);
+    press(Qt::Key_Minus);
+}
+
+void tst_AppDesk::lettersGoIntoTheSearch()
+{
+    const double before = distance();
+    m_screen->click("search");
+
+    press(Qt::Key_1);
+    press(Qt::Key_F);
+
+    QCOMPARE(m_screen->text("search").toLower(), QStringLiteral("1f"));
+    QCOMPARE(distance(), before);
+}
+
+QString tst_AppDesk::writtenBy(const QString& button)
+{
+    QSignalSpy written(m_controller->desk()->photos(), &PhotoDesk::written);
+    m_screen->click(button);
+    if (written.isEmpty() && !written.wait(30000))
+        return {};
+    return written.first().first().toString();
+}
+
+void tst_AppDesk::aPictureCarriesItsScale()
+{
+    m_controller->fit();
+    m_screen->settle();
+    const QString path = writtenBy("pictureButton");
+
+    QVariant proportion;
+    QMetaObject::invokeMethod(m_screen->scene(), "getScaleProportion", Q_RETURN_ARG(QVariant, proportion));
+    const QString scale = QString::number(proportion.toInt());
+    QImageReader reader(path);
+    QCOMPARE(reader.text("Scale"), QString("1 : " + scale));
+    QVERIFY2(path.endsWith("_1-" + scale + ".png"), qPrintable(path));
+    const QImage picture = reader.read();
+    QCOMPARE(picture.size(), QSizeF(m_screen->scene()->width(), m_screen->scene()->height()).toSize());
+    // White around the network, without grid and buttons.
+    QCOMPARE(picture.pixelColor(2, 2), QColor(Qt::white));
+    QCOMPARE(picture.pixelColor(picture.width() - 40, 40), QColor(Qt::white));
+    const QVector3D middle =
+        Torvik::View3d::GdalGeoProjector::instance()->worldPosForWktString("POINT ZM(400020 5600000 97 16)");
+    QVERIFY(picture.pixelColor(m_screen->pixelOf(middle).toPoint()) != QColor(Qt::white));
+    QCOMPARE(m_screen->window()->property("window3d").value<QObject*>()->property("screenshotPending").toBool(), false);
+    QTRY_VERIFY(m_screen->visible("messageBox"));
+    QCOMPARE(m_screen->text("messageText"), path);
+}
+
+void tst_AppDesk::aPageIsAPdf()
+{
+    const QString path = writtenBy("printButton");
+
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QVERIFY(file.read(5) == "%PDF-");
+    const QString kept = qEnvironmentVariable("KX_KEEP_PICTURES");
+    if (!kept.isEmpty())
+        QFile::copy(path, kept + "/page.pdf");
+}
+
+void tst_AppDesk::deletingAsksAndDeletes()
+{
+    const QString id = m_controller->idOfKey("S2");
+    m_controller->goTo(id);
+    m_screen->settle();
+    auto* nodes = m_controller->nodesModel();
+    QCOMPARE(nodes->total(), 2);
+
+    press(Qt::Key_Delete);
+    m_screen->waitFrames(2);
+    QVERIFY(m_screen->text("messageText").contains("S2"));
+    m_screen->keep("delete");
+    m_screen->click("noButton");
+    QCOMPARE(nodes->total(), 2);
+
+    press(Qt::Key_Delete);
+    m_screen->waitFrames(2);
+    m_screen->click("yesButton");
+    QCOMPARE(nodes->total(), 1);
+    QVERIFY(m_controller->idOfKey("S2").isEmpty());
+    QTRY_COMPARE(m_screen->text("selectedName"), QStringLiteral("Nothing selected"));
+}
+
+QTEST_MAIN(tst_AppDesk)
+#include "tst_AppDesk.moc"
