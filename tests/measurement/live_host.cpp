@@ -1,4 +1,5 @@
-// A program that measures an inspection as a host does, and tells each step when it is stored: FOLDER INSPECTION SEED.
+// A program that measures an inspection as a host does, and tells each step when it is stored: FOLDER INSPECTION SEED
+// BEGIN, the metre from which on it measures.
 // It does not end by itself. Lines of its output: "ready", "fed N" before readings up to N come, "stored N" when those
 // up to N are in the database, "flushed SHAPE" when the inspection's shape is.
 #include "LiveRun.h"
@@ -51,13 +52,13 @@ void turnEventLoop(int ms)
     while (passed.elapsed() < ms);
 }
 
-void feed(int reading)
+void feed(int reading, float begin)
 {
-    const QVector3D place = LiveRun::place(reading);
+    const QVector3D place = LiveRun::place(reading, begin);
     SystemControlProxy& vehicle = SystemControlProxy::instance();
-    vehicle.setSectionDistanceCounter(LiveRun::counter(reading));
+    vehicle.setSectionDistanceCounter(LiveRun::counter(reading, begin));
     emit vehicle.latestCameraSensorPositionChanged({double(place.x()), -double(place.z()), double(place.y())},
-                                                   LiveRun::counter(reading));
+                                                   LiveRun::counter(reading, begin));
 }
 
 /** Tells a shape that has been written since it was told last. */
@@ -84,7 +85,7 @@ private:
     QString m_told;
 };
 
-[[noreturn]] void measureForever(const CDomainObjectPointer& inspection, quint32 seed)
+[[noreturn]] void measureForever(const CDomainObjectPointer& inspection, quint32 seed, float begin)
 {
     constexpr int longerThanAFlush = 780;
     QRandomGenerator random(seed);
@@ -94,7 +95,7 @@ private:
         const int last = reading + random.bounded(1, 6);
         tell(QStringLiteral("fed %1").arg(last));
         while (reading < last)
-            feed(++reading);
+            feed(++reading, begin);
         if (random.bounded(4) != 0) {
             MeasurementPointsHandler::instance()->waitUntilStored();
             tell(QStringLiteral("stored %1").arg(reading));
@@ -117,6 +118,7 @@ int main(int argc, char** argv)
     if (!inspection)
         return fail(QStringLiteral("no such inspection"));
 
+    const float begin = arguments.value(4).toFloat();
     SceneRoot root;
     root.qmlOnCompleted();
     QString system = QStringLiteral("LOCAL_CS[\"site\"]");
@@ -125,8 +127,8 @@ int main(int argc, char** argv)
     AppState::instance().setActiveInspection(inspection);
     if (!SceneEntities::instance().getActiveSectionEntity())
         return fail(QStringLiteral("the inspection is not in the scene"));
-    SystemControlProxy::instance().setSectionDistanceCounter(LiveRun::pipeLength);
+    SystemControlProxy::instance().setSectionDistanceCounter(begin);
     GlobalNav::instance()->setRealTimeEnabled(true);
     tell(QStringLiteral("ready"));
-    measureForever(inspection, arguments.value(3).toUInt());
+    measureForever(inspection, arguments.value(3).toUInt(), begin);
 }
