@@ -13,6 +13,24 @@
         </message>
     </context>
     <context>
+        <name>DetailsPage</name>
+        <message>
+            <source>Select an object, here or in the scene</source>
+            <translation>Ein Objekt auswählen, hier oder in der Szene</translation>
+        </message>
+    </context>
+    <context>
+        <name>EmptyStart</name>
+        <message>
+            <source>No project is open</source>
+            <translation>Kein Projekt ist offen</translation>
+        </message>
+        <message>
+            <source>Open a folder ...</source>
+            <translation>Einen Ordner öffnen ...</translation>
+        </message>
+    </context>
+    <context>
         <name>HandWork</name>
         <message>
             <source>Pipe</source>
@@ -246,6 +264,57 @@
         </message>
     </context>
     <context>
+        <name>ObjectContent</name>
+        <message>
+            <source>Street</source>
+            <translation>Straße</translation>
+        </message>
+        <message>
+            <source>District</source>
+            <translation>Ortsteil</translation>
+        </message>
+        <message>
+            <source>City</source>
+            <translation>Ort</translation>
+        </message>
+        <message>
+            <source>Name</source>
+            <translation>Name</translation>
+        </message>
+        <message>
+            <source>Diameter</source>
+            <translation>Durchmesser</translation>
+        </message>
+        <message>
+            <source>Length</source>
+            <translation>Länge</translation>
+        </message>
+        <message>
+            <source>Depth at the start</source>
+            <translation>Tiefe am Anfang</translation>
+        </message>
+        <message>
+            <source>Depth at the end</source>
+            <translation>Tiefe am Ende</translation>
+        </message>
+        <message>
+            <source>Material</source>
+            <translation>Werkstoff</translation>
+        </message>
+        <message>
+            <source>Year</source>
+            <translation>Baujahr</translation>
+        </message>
+        <message>
+            <source>Kind</source>
+            <translation>Art</translation>
+        </message>
+        <message>
+            <source>Depth to invert</source>
+            <translation>Tiefe bis zur Sohle</translation>
+        </message>
+    </context>
+    <context>
         <name>ObjectLists</name>
         <message>
             <source>Nodes</source>
@@ -278,6 +347,14 @@
         <message>
             <source>Nothing here</source>
             <translation>Nichts vorhanden</translation>
+        </message>
+        <message>
+            <source>Project</source>
+            <translation>Projekt</translation>
+        </message>
+        <message>
+            <source>Details</source>
+            <translation>Einzelheiten</translation>
         </message>
     </context>
     <context>
@@ -481,6 +558,25 @@
         </message>
     </context>
     <context>
+        <name>OpenCard</name>
+        <message>
+            <source>Open a project</source>
+            <translation>Ein Projekt öffnen</translation>
+        </message>
+        <message>
+            <source>Choose a folder ...</source>
+            <translation>Einen Ordner wählen ...</translation>
+        </message>
+        <message>
+            <source>Close this project</source>
+            <translation>Dieses Projekt schließen</translation>
+        </message>
+        <message>
+            <source>Cancel</source>
+            <translation>Abbrechen</translation>
+        </message>
+    </context>
+    <context>
         <name>PrintedPage</name>
         <message>
             <source>N</source>
@@ -556,6 +652,21 @@
         <message>
             <source>E %1   N %2</source>
             <translation>O %1   N %2</translation>
+        </message>
+    </context>
+    <context>
+        <name>RecentList</name>
+        <message>
+            <source>Opened last</source>
+            <translation>Zuletzt geöffnet</translation>
+        </message>
+        <message>
+            <source>%1 (missing)</source>
+            <translation>%1 (fehlt)</translation>
+        </message>
+        <message>
+            <source>Remove</source>
+            <translation>Entfernen</translation>
         </message>
     </context>
     <context>
@@ -665,6 +776,49 @@
                 <numerusform>%1: %n Zeile ist nicht lesbar, nämlich Zeile %2</numerusform>
                 <numerusform>%1: %n Zeilen sind nicht lesbar, die erste davon ist Zeile %2</numerusform>
             </translation>
+        </message>
+    </context>
+    <context>
+        <name>Torvik::Viewer::ObjectDetails</name>
+        <message>
+            <source>From</source>
+            <translation>Von</translation>
+        </message>
+        <message>
+            <source>To</source>
+            <translation>Nach</translation>
+        </message>
+        <message>
+            <source>Inspections</source>
+            <translation>Inspektionen</translation>
+        </message>
+        <message>
+            <source>Observations of all</source>
+            <translation>Befunde insgesamt</translation>
+        </message>
+        <message>
+            <source>Inspection</source>
+            <translation>Inspektion</translation>
+        </message>
+        <message>
+            <source>Begins at</source>
+            <translation>Beginnt bei</translation>
+        </message>
+        <message>
+            <source>Direction</source>
+            <translation>Richtung</translation>
+        </message>
+        <message>
+            <source>downstream</source>
+            <translation>in Fließrichtung</translation>
+        </message>
+        <message>
+            <source>upstream</source>
+            <translation>gegen die Fließrichtung</translation>
+        </message>
+        <message>
+            <source>Observations</source>
+            <translation>Befunde</translation>
         </message>
     </context>
     <context>
@@ -794,6 +948,29 @@
         <message>
             <source>%1: no picture can be made of this PDF. Is the package poppler-utils installed, and is there room on the disk?</source>
             <translation>%1: aus diesem PDF lässt sich kein Bild machen. Ist das Paket poppler-utils installiert, und ist Platz auf dem Datenträger?</translation>
+        </message>
+    </context>
+    <context>
+        <name>Torvik::Viewer::ProjectTree</name>
+        <message>
+            <source>without a name</source>
+            <translation>ohne Namen</translation>
+        </message>
+        <message>
+            <source>Inspection %1</source>
+            <translation>Inspektion %1</translation>
+        </message>
+        <message>
+            <source>Nodes (%1)</source>
+            <translation>Knoten (%1)</translation>
+        </message>
+        <message>
+            <source>Sections (%1)</source>
+            <translation>Haltungen (%1)</translation>
+        </message>
+        <message>
+            <source>Laterals (%1)</source>
+            <translation>Anschlussleitungen (%1)</translation>
         </message>
     </context>
     <context>

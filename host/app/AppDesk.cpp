@@ -5,6 +5,8 @@
 #include "domain/boundary/CProjectObject.h"
 #include "domain/boundary/ColumnNames.h"
 #include "host/domain/ProjectStore.h"
+#include "host/domain/ShownUnit.h"
+#include "host/modules/Language.h"
 
 namespace Torvik::Viewer {
 
@@ -28,6 +30,33 @@ QString nameOf(const CDomainObjectPointer& object)
 AppDesk::AppDesk(QObject* parent)
     : QObject(parent)
 {
+    connect(&AppState::instance(), &AppState::activeProjectChanged, this, [this](const CDomainObjectPointer& project) {
+        m_details.setObject({});
+        m_tree.setProject(CDomainObject::projectFromObject(project));
+    });
+    connect(&Language::instance(), &Language::changed, this, &AppDesk::writeAnew);
+    connect(&Base::ShownUnit::instance(), &Base::ShownUnit::changed, this, &AppDesk::writeAnew);
+    connect(this, &AppDesk::deleted, this, &AppDesk::writeAnew);
+}
+
+void AppDesk::setCurrentId(const QString& id)
+{
+    m_details.setObject(objectOf(id));
+}
+
+void AppDesk::goTo(const QString& id)
+{
+    const auto object = objectOf(id);
+    const bool isObservation = object && object->objectType() == PipeObservationObjectType;
+    const auto place = isObservation ? object->parentObject().toStrongRef() : object;
+    if (place)
+        emit goToWanted(place->id());
+}
+
+void AppDesk::writeAnew()
+{
+    m_tree.refresh();
+    m_details.refresh();
 }
 
 QString AppDesk::questionBeforeDeleting(const QString& id) const

@@ -1,7 +1,10 @@
 #pragma once
 
 #include "domain/boundary/CDomainObject.h"
+#include "host/app/ObjectDetails.h"
 #include "host/app/PhotoDesk.h"
+#include "host/app/ProjectTree.h"
+#include "host/app/RecentProjects.h"
 
 #include <QObject>
 
@@ -11,11 +14,22 @@ namespace Torvik::Viewer {
 class AppDesk : public QObject {
     Q_OBJECT
     Q_PROPERTY(QObject* photos READ photos CONSTANT)
+    Q_PROPERTY(QObject* recent READ recent CONSTANT)
+    Q_PROPERTY(QObject* tree READ tree CONSTANT)
+    Q_PROPERTY(QObject* details READ details CONSTANT)
 
 public:
     explicit AppDesk(QObject* parent = nullptr);
 
     PhotoDesk* photos() { return &m_photos; }
+    RecentProjects* recent() { return &m_recent; }
+    ProjectTree* tree() { return &m_tree; }
+    ObjectDetails* details() { return &m_details; }
+
+    /** Of the open project; the details are this object's. */
+    void setCurrentId(const QString& id);
+    /** Of an observation its inspection is what can be gone to. */
+    Q_INVOKABLE void goTo(const QString& id);
 
     /** What the user is asked before an object of the project is deleted; empty for one that cannot be. */
     Q_INVOKABLE QString questionBeforeDeleting(const QString& id) const;
@@ -25,9 +39,16 @@ public:
 signals:
     /** The project has fewer objects than before. */
     void deleted();
+    /** The object should come into view. */
+    void goToWanted(const QString& id);
 
 private:
+    void writeAnew();
+
     PhotoDesk m_photos;
+    RecentProjects m_recent;
+    ProjectTree m_tree;
+    ObjectDetails m_details;
 };
 
 } // namespace Torvik::Viewer

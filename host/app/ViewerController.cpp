@@ -79,6 +79,8 @@ ViewerController::ViewerController(QObject* parent)
                     m_observations.setInspection(inspection);
             });
     connect(&Language::instance(), &Language::changed, this, &ViewerController::writeAnew);
+    connect(this, &ViewerController::currentIdChanged, this, [this] { m_desk.setCurrentId(m_currentId); });
+    connect(&m_desk, &AppDesk::goToWanted, this, &ViewerController::goTo);
     connect(&m_desk, &AppDesk::deleted, this, [this] {
         setCurrentId({});
         writeAnew();

@@ -56,6 +56,8 @@ public:
     ~ViewerController() override;
 
     QString projectName() const { return m_projectName; }
+    /** Of the open project; empty without one. */
+    QString projectFolder() const { return m_project ? m_project->projectPath() : QString(); }
     bool projectOpen() const { return !m_project.isNull(); }
     /** A project is being opened. */
     bool busy() const { return m_busy; }
@@ -85,7 +87,7 @@ public:
     AppDesk* desk() { return &m_desk; }
 
     /** Opens the project in a folder; the one before is closed first. Ends in opened() or in an errorText. */
-    void openFolder(const QString& folder);
+    Q_INVOKABLE void openFolder(const QString& folder);
     /** Looks from one of the standard directions at the object with this id (all of the project if empty). */
     void lookAt(const QString& id, StandardView view, std::optional<double> distance, bool animated);
     /** Id of the object with this key: a node, else a pipe; empty if there is none. */

@@ -152,6 +152,8 @@ int showWindow(ViewerController& controller, bool hasMap, const QString& folder,
     });
     const EndSignals endSignals;
     QObject::connect(&endSignals, &EndSignals::asked, &QGuiApplication::quit);
+    QObject::connect(&controller, &ViewerController::opened,
+                     [&controller] { controller.desk()->recent()->add(controller.projectFolder()); });
     controller.openFolder(folder);
     const int status = QGuiApplication::exec();
     controller.vehicle()->stop();

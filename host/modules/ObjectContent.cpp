@@ -8,30 +8,36 @@ namespace {
 
 const QVector<TemplateField>& addressFields()
 {
-    static const QVector<TemplateField> fields {{QStringLiteral("OBJ_Street"), QStringLiteral("Street")},
-                                                {QStringLiteral("OBJ_District"), QStringLiteral("District")},
-                                                {QStringLiteral("OBJ_City"), QStringLiteral("City")}};
+    static const QVector<TemplateField> fields {
+        {QStringLiteral("OBJ_Street"), QStringLiteral(QT_TRANSLATE_NOOP("ObjectContent", "Street"))},
+        {QStringLiteral("OBJ_District"), QStringLiteral(QT_TRANSLATE_NOOP("ObjectContent", "District"))},
+        {QStringLiteral("OBJ_City"), QStringLiteral(QT_TRANSLATE_NOOP("ObjectContent", "City"))}};
     return fields;
 }
 
 QVector<TemplateField> pipeFields()
 {
-    return QVector<TemplateField> {{QStringLiteral("OBJ_Key"), QStringLiteral("Name")},
-                                   {QStringLiteral("OBJ_Size1"), QStringLiteral("Diameter")},
-                                   {QStringLiteral("OBJ_Length"), QStringLiteral("Length")},
-                                   {QStringLiteral("OBJ_FromNodeDepth"), QStringLiteral("Depth at the start")},
-                                   {QStringLiteral("OBJ_ToNodeDepth"), QStringLiteral("Depth at the end")},
-                                   {QStringLiteral("OBJ_Material"), QStringLiteral("Material")},
-                                   {QStringLiteral("OBJ_Year"), QStringLiteral("Year")}} +
+    return QVector<TemplateField> {
+               {QStringLiteral("OBJ_Key"), QStringLiteral(QT_TRANSLATE_NOOP("ObjectContent", "Name"))},
+               {QStringLiteral("OBJ_Size1"), QStringLiteral(QT_TRANSLATE_NOOP("ObjectContent", "Diameter"))},
+               {QStringLiteral("OBJ_Length"), QStringLiteral(QT_TRANSLATE_NOOP("ObjectContent", "Length"))},
+               {QStringLiteral("OBJ_FromNodeDepth"),
+                QStringLiteral(QT_TRANSLATE_NOOP("ObjectContent", "Depth at the start"))},
+               {QStringLiteral("OBJ_ToNodeDepth"),
+                QStringLiteral(QT_TRANSLATE_NOOP("ObjectContent", "Depth at the end"))},
+               {QStringLiteral("OBJ_Material"), QStringLiteral(QT_TRANSLATE_NOOP("ObjectContent", "Material"))},
+               {QStringLiteral("OBJ_Year"), QStringLiteral(QT_TRANSLATE_NOOP("ObjectContent", "Year"))}} +
            addressFields();
 }
 
 QVector<TemplateField> nodeFields()
 {
-    return QVector<TemplateField> {{QStringLiteral("OBJ_Key"), QStringLiteral("Name")},
-                                   {QStringLiteral("OBJ_Type"), QStringLiteral("Kind")},
-                                   {QStringLiteral("OBJ_DepthToInvert"), QStringLiteral("Depth to invert")},
-                                   {QStringLiteral("OBJ_Size1"), QStringLiteral("Diameter")}} +
+    return QVector<TemplateField> {
+               {QStringLiteral("OBJ_Key"), QStringLiteral(QT_TRANSLATE_NOOP("ObjectContent", "Name"))},
+               {QStringLiteral("OBJ_Type"), QStringLiteral(QT_TRANSLATE_NOOP("ObjectContent", "Kind"))},
+               {QStringLiteral("OBJ_DepthToInvert"),
+                QStringLiteral(QT_TRANSLATE_NOOP("ObjectContent", "Depth to invert"))},
+               {QStringLiteral("OBJ_Size1"), QStringLiteral(QT_TRANSLATE_NOOP("ObjectContent", "Diameter"))}} +
            addressFields();
 }
 

@@ -1,6 +1,7 @@
 #include "common/TestProject.h"
 #include "host/app/ViewerController.h"
 #include "host/domain/HostSettings.h"
+#include "host/domain/ShownUnit.h"
 #include "scene/GlobalNav.h"
 #include "view/ViewerScreen.h"
 
@@ -14,6 +15,7 @@ using Kx::Test::ViewerScreen;
 using Torvik::View3d::CameraController;
 using Torvik::View3d::GlobalNav;
 using Torvik::Viewer::AppDesk;
+using Torvik::Viewer::ObjectDetails;
 using Torvik::Viewer::PhotoDesk;
 using Torvik::Viewer::ViewerController;
 
@@ -32,6 +34,10 @@ private slots:
     void lettersGoIntoTheSearch();
     void aPictureCarriesItsScale();
     void aPageIsAPdf();
+    void theDetailsAreThoseOfTheSelectedObject();
+    void theTreeLeadsToAnObject();
+    void aRecentProjectOpensFromTheCard();
+    void withoutAProjectTheStartOffersThem();
     void deletingAsksAndDeletes();
     void nothingWarned() { QCOMPARE(QmlWarnings::list(), QStringList()); }
 
@@ -43,6 +49,8 @@ private:
     }
     double distance() const { return double(m_screen->camera()->viewVector().length()); }
     QString writtenBy(const QString& button);
+    /** Value of the field with this label. */
+    QString detail(const QString& label) const;
 
     QTemporaryDir m_folder;
     std::unique_ptr<TestProject> m_project;
@@ -59,7 +67,8 @@ void tst_AppDesk::initTestCase()
     const auto a = m_project->addNode("S1", "POINT ZM(400000 5600000 100 16)", {{"OBJ_DepthToInvert", 3.0}});
     const auto b = m_project->addNode("S2", "POINT ZM(400040 5600000 100 16)", {{"OBJ_DepthToInvert", 3.0}});
     const auto pipe = m_project->addSection("H1", a, b, {{"OBJ_Size1", 1000}});
-    m_project->addInspection(pipe, "LINESTRING ZM(400040 5600000 97 320,400000 5600000 97 0)");
+    const auto inspection = m_project->addInspection(pipe, "LINESTRING ZM(400040 5600000 97 320,400000 5600000 97 0)");
+    m_project->addObservation(inspection, "BAF", 10.0);
     const QString folder = m_project->path();
     m_project->close();
     m_controller = new ViewerController(this);
@@ -200,6 +209,110 @@ void tst_AppDesk::aPageIsAPdf()
     const QString kept = qEnvironmentVariable("KX_KEEP_PICTURES");
     if (!kept.isEmpty())
         QFile::copy(path, kept + "/page.pdf");
+}
+
+QString tst_AppDesk::detail(const QString& label) const
+{
+    const auto* details = m_controller->desk()->details();
+    for (int i = 0; i < details->rowCount(); ++i) {
+        if (details->index(i).data(ObjectDetails::LabelRole).toString() == label)
+            return details->index(i).data(ObjectDetails::ValueRole).toString();
+    }
+    return QStringLiteral("(no such field)");
+}
+
+void tst_AppDesk::theDetailsAreThoseOfTheSelectedObject()
+{
+    m_screen->click("tab5");
+    QVERIFY(m_screen->visible("details"));
+    m_controller->goTo(m_controller->idOfKey("S1"));
+    m_screen->settle();
+    QCOMPARE(detail("Name"), QStringLiteral("S1"));
+    QCOMPARE(detail("Depth to invert"), QStringLiteral("3.00 m"));
+    Torvik::Base::ShownUnit::instance().setImperial(true);
+    QCOMPARE(detail("Depth to invert"), QStringLiteral("9.84 ft"));
+    Torvik::Base::ShownUnit::instance().setImperial(false);
+
+    m_controller->goTo(m_controller->idOfKey("H1"));
+    m_screen->settle();
+    QCOMPARE(detail("From"), QStringLiteral("S1"));
+    QCOMPARE(detail("To"), QStringLiteral("S2"));
+    QCOMPARE(detail("Observations of all"), QStringLiteral("1"));
+    QCOMPARE(m_screen->text("detailsTitle"), QStringLiteral("H1"));
+    m_screen->keep("details");
+
+    press(Qt::Key_Escape);
+    QTRY_COMPARE(m_controller->desk()->details()->rowCount(), 0);
+    m_screen->click("tab0");
+}
+
+void tst_AppDesk::theTreeLeadsToAnObject()
+{
+    auto* tree = m_controller->desk()->tree();
+    m_screen->click("tab4");
+    m_screen->waitFrames(3);
+    const auto tapLine = [this](int row, double x) {
+        const QQuickItem* list = m_screen->item("tree");
+        const double height = list->property("contentHeight").toDouble() / list->property("count").toInt();
+        m_screen->tapWindow(list->mapToScene({x, (row + 0.5) * height}).toPoint());
+        m_screen->waitFrames(2);
+    };
+    QCOMPARE(tree->rowCount(), 4);
+
+    tapLine(2, 100);
+    QCOMPARE(tree->rowCount(), 5);
+    tapLine(3, 40);
+    tapLine(4, 60);
+    QCOMPARE(tree->rowCount(), 7);
+    m_screen->keep("tree");
+    tapLine(5, 120);
+
+    m_screen->settle();
+    QTRY_COMPARE(m_screen->text("selectedName"), QStringLiteral("H1"));
+    m_screen->click("tab0");
+    press(Qt::Key_Escape);
+}
+
+void tst_AppDesk::aRecentProjectOpensFromTheCard()
+{
+    auto* recent = m_controller->desk()->recent();
+    recent->add("/nowhere/gone");
+    recent->add(m_controller->projectFolder());
+    press(Qt::Key_O, Qt::ControlModifier);
+    m_screen->waitFrames(2);
+    QVERIFY(m_screen->visible("chooseFolderButton"));
+    QVERIFY(m_screen->visible("removeRecent1"));
+    QVERIFY(!m_screen->item("removeRecent0")->isVisible());
+    m_screen->keep("open");
+
+    m_screen->click("removeRecent1");
+    QCOMPARE(recent->count(), 1);
+    QSignalSpy opened(m_controller, &ViewerController::opened);
+    m_screen->waitFrames(2);
+    m_screen->click("recent0");
+
+    QVERIFY(opened.wait(20000));
+    QVERIFY(!m_screen->visible("chooseFolderButton"));
+    m_screen->settle();
+}
+
+void tst_AppDesk::withoutAProjectTheStartOffersThem()
+{
+    QVERIFY(!m_screen->item("emptyStart")->isVisible());
+    m_screen->click("openButton");
+    m_screen->waitFrames(2);
+    m_screen->click("closeProjectButton");
+    m_screen->waitFrames(2);
+    QVERIFY(m_screen->item("emptyStart")->isVisible());
+    QCOMPARE(m_controller->desk()->tree()->rowCount(), 0);
+    m_screen->keep("start");
+
+    QSignalSpy opened(m_controller, &ViewerController::opened);
+    m_screen->click("recent0");
+
+    QVERIFY(opened.wait(20000));
+    QVERIFY(!m_screen->item("emptyStart")->isVisible());
+    m_screen->settle();
 }
 
 void tst_AppDesk::deletingAsksAndDeletes()

@@ -10,6 +10,9 @@ Item {
     /** Name of the open card's file without its ending; empty for none. */
     property string open
 
+    /** The user wants to choose a project's folder. */
+    signal folderWanted()
+
     function show(name) {
         open = name
     }
@@ -45,6 +48,16 @@ Item {
 
         function onDismissed() {
             cards.close()
+        }
+    }
+
+    Connections {
+        target: loader.item
+        ignoreUnknownSignals: true
+
+        function onFolderWanted() {
+            cards.close()
+            cards.folderWanted()
         }
     }
 }

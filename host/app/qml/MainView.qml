@@ -79,7 +79,7 @@ Rectangle {
                 ToolButton {
                     objectName: "openButton"
                     text: qsTr("Open")
-                    onClicked: folderDialog.active = true
+                    onClicked: appCards.show("OpenCard")
                 }
 
                 Item { width: Style.gap; height: 1 }
@@ -174,6 +174,13 @@ Rectangle {
 
                     anchors.fill: parent
                     controlsVisible: !mainView.sceneOnly && !screenshotPending
+                }
+
+                EmptyStart {
+                    objectName: "emptyStart"
+                    anchors.centerIn: parent
+                    visible: !viewer.projectOpen && !viewer.busy && !mainView.sceneOnly
+                    onFolderWanted: folderDialog.active = true
                 }
 
                 Rectangle {
@@ -289,7 +296,7 @@ Rectangle {
     KeyCommands {
         window3d: sceneArea
         cardOpen: appCards.open !== "" || hostScreens.open.length > 0
-        onOpenWanted: folderDialog.active = true
+        onOpenWanted: appCards.show("OpenCard")
         onHelpWanted: appCards.show("KeysCard")
     }
 
@@ -297,6 +304,7 @@ Rectangle {
         id: appCards
 
         objectName: "appCards"
+        onFolderWanted: folderDialog.active = true
         visible: !mainView.sceneOnly
     }
 

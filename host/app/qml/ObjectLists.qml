@@ -10,8 +10,10 @@ Rectangle {
     id: objectLists
 
     readonly property var models: [viewer.nodesModel, viewer.sectionsModel, viewer.inspectionsModel]
-    readonly property var names: [qsTr("Nodes"), qsTr("Pipes"), qsTr("Inspections"), qsTr("Observations")]
+    readonly property var names: [qsTr("Nodes"), qsTr("Pipes"), qsTr("Inspections"), qsTr("Observations"), qsTr("Project"), qsTr("Details")]
     readonly property int observationsTab: 3
+    readonly property int treeTab: 4
+    readonly property int detailsTab: 5
 
     color: Style.panel
 
@@ -76,7 +78,7 @@ Rectangle {
             property int kind: 0
 
             objectName: "objects"
-            visible: kind !== objectLists.observationsTab
+            visible: kind < objectLists.observationsTab
             Layout.fillWidth: true
             Layout.fillHeight: true
             clip: true
@@ -169,7 +171,19 @@ Rectangle {
         ObservationsPage {
             Layout.fillWidth: true
             Layout.fillHeight: true
-            visible: !list.visible
+            visible: list.kind === objectLists.observationsTab
+        }
+
+        TreePage {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            visible: list.kind === objectLists.treeTab
+        }
+
+        DetailsPage {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            visible: list.kind === objectLists.detailsTab
         }
     }
 }
