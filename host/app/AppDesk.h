@@ -26,6 +26,8 @@ public:
     ProjectTree* tree() { return &m_tree; }
     ObjectDetails* details() { return &m_details; }
 
+    /** Tree and details, after a change of the project, the language or the unit. */
+    void writeAnew();
     /** Of the open project; the details are this object's. */
     void setCurrentId(const QString& id);
     /** Of an observation its inspection is what can be gone to. */
@@ -43,8 +45,6 @@ signals:
     void goToWanted(const QString& id);
 
 private:
-    void writeAnew();
-
     PhotoDesk m_photos;
     RecentProjects m_recent;
     ProjectTree m_tree;

@@ -72,6 +72,7 @@ ViewerController::ViewerController(QObject* parent)
     connect(&m_observations, &ObservationPage::numberChanged, this, [this] {
         if (m_project && !m_busy)
             m_inspections.setObjects(ProjectLists::inspections(*m_project));
+        m_desk.writeAnew();
     });
     connect(&AppState::instance(), &AppState::activeInspectionChanged, this,
             [this](const CDomainObjectPointer& inspection) {

@@ -241,6 +241,10 @@ void tst_AppDesk::theDetailsAreThoseOfTheSelectedObject()
     QCOMPARE(m_screen->text("detailsTitle"), QStringLiteral("H1"));
     m_screen->keep("details");
 
+    const auto errors = m_controller->observations()->save({}, {{"code", "BAB"}, {"distance", "5"}});
+    QVERIFY(errors.isEmpty());
+    QTRY_COMPARE(detail("Observations of all"), QStringLiteral("2"));
+
     press(Qt::Key_Escape);
     QTRY_COMPARE(m_controller->desk()->details()->rowCount(), 0);
     m_screen->click("tab0");
@@ -263,7 +267,7 @@ void tst_AppDesk::theTreeLeadsToAnObject()
     QCOMPARE(tree->rowCount(), 5);
     tapLine(3, 40);
     tapLine(4, 60);
-    QCOMPARE(tree->rowCount(), 7);
+    QCOMPARE(tree->rowCount(), 8);
     m_screen->keep("tree");
     tapLine(5, 120);
 
