@@ -1,1037 +1,1037 @@
 <?xml version="1.0" encoding="utf-8"?>
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE" sourcelanguage="en">
-    <context>
-        <name>AppCards</name>
-        <message>
-            <source>Written</source>
-            <translation>Geschrieben</translation>
-        </message>
-        <message>
-            <source>Not written</source>
-            <translation>Nicht geschrieben</translation>
-        </message>
-    </context>
-    <context>
-        <name>DetailsPage</name>
-        <message>
-            <source>Select an object, here or in the scene</source>
-            <translation>Ein Objekt auswählen, hier oder in der Szene</translation>
-        </message>
-    </context>
-    <context>
-        <name>EmptyStart</name>
-        <message>
-            <source>No project is open</source>
-            <translation>Kein Projekt ist offen</translation>
-        </message>
-        <message>
-            <source>Open a folder ...</source>
-            <translation>Einen Ordner öffnen ...</translation>
-        </message>
-    </context>
-    <context>
-        <name>HandWork</name>
-        <message>
-            <source>Pipe</source>
-            <translation>Rohr</translation>
-        </message>
-        <message>
-            <source>Joint of a lateral</source>
-            <translation>Anschlussstelle</translation>
-        </message>
-        <message>
-            <source>Building</source>
-            <translation>Gebäude</translation>
-        </message>
-        <message>
-            <source>Connection</source>
-            <translation>Anschlusspunkt</translation>
-        </message>
-        <message>
-            <source>Manhole</source>
-            <translation>Schacht</translation>
-        </message>
-    </context>
-    <context>
-        <name>InputForm</name>
-        <message>
-            <source>OK</source>
-            <translation>OK</translation>
-        </message>
-        <message>
-            <source>Cancel</source>
-            <translation>Abbrechen</translation>
-        </message>
-    </context>
-    <context>
-        <name>InputScreens</name>
-        <message>
-            <source>This is not a number.</source>
-            <translation>Das ist keine Zahl.</translation>
-        </message>
-        <message>
-            <source>Between %1 and %2.</source>
-            <translation>Zwischen %1 und %2.</translation>
-        </message>
-        <message>
-            <source>At least %1.</source>
-            <translation>Mindestens %1.</translation>
-        </message>
-        <message>
-            <source>Latitude (degrees, north is positive)</source>
-            <translation>Breite (Grad, Norden positiv)</translation>
-        </message>
-        <message>
-            <source>Longitude (degrees, east is positive)</source>
-            <translation>Länge (Grad, Osten positiv)</translation>
-        </message>
-        <message>
-            <source>Where I am now</source>
-            <translation>Mein Standort</translation>
-        </message>
-        <message>
-            <source>A street, a city or a country is needed.</source>
-            <translation>Eine Straße, ein Ort oder ein Land wird gebraucht.</translation>
-        </message>
-        <message>
-            <source>Heights of the floors</source>
-            <translation>Höhen der Stockwerke</translation>
-        </message>
-        <message>
-            <source>%1: height above the floor below, in m</source>
-            <translation>%1: Höhe über dem Stockwerk darunter, in m</translation>
-        </message>
-    </context>
-    <context>
-        <name>KeyCommands</name>
-        <message>
-            <source>Delete</source>
-            <translation>Löschen</translation>
-        </message>
-    </context>
-    <context>
-        <name>KeysCard</name>
-        <message>
-            <source>Keys</source>
-            <translation>Tasten</translation>
-        </message>
-        <message>
-            <source>open a project</source>
-            <translation>ein Projekt öffnen</translation>
-        </message>
-        <message>
-            <source>look from the top, in 3D, from the front</source>
-            <translation>von oben, in 3D, von vorn sehen</translation>
-        </message>
-        <message>
-            <source>the whole project in view</source>
-            <translation>das ganze Projekt zeigen</translation>
-        </message>
-        <message>
-            <source>nearer, farther</source>
-            <translation>näher, weiter</translation>
-        </message>
-        <message>
-            <source>cancel, let go what is selected</source>
-            <translation>abbrechen, Auswahl loslassen</translation>
-        </message>
-        <message>
-            <source>Del</source>
-            <translation>Entf</translation>
-        </message>
-        <message>
-            <source>delete what is selected, after a question</source>
-            <translation>Ausgewähltes löschen, nach einer Frage</translation>
-        </message>
-        <message>
-            <source>a picture of the view as PNG</source>
-            <translation>ein Bild der Ansicht als PNG</translation>
-        </message>
-        <message>
-            <source>Ctrl+P</source>
-            <translation>Strg+P</translation>
-        </message>
-        <message>
-            <source>a page with the view as PDF</source>
-            <translation>eine Seite mit der Ansicht als PDF</translation>
-        </message>
-        <message>
-            <source>this card</source>
-            <translation>diese Karte</translation>
-        </message>
-        <message>
-            <source>Close</source>
-            <translation>Schließen</translation>
-        </message>
-    </context>
-    <context>
-        <name>MainView</name>
-        <message>
-            <source>Lists</source>
-            <translation>Listen</translation>
-        </message>
-        <message>
-            <source>Open</source>
-            <translation>Öffnen</translation>
-        </message>
-        <message>
-            <source>Top</source>
-            <translation>Oben</translation>
-        </message>
-        <message>
-            <source>3D</source>
-            <translation>3D</translation>
-        </message>
-        <message>
-            <source>Front</source>
-            <translation>Vorn</translation>
-        </message>
-        <message>
-            <source>Move</source>
-            <translation>Schieben</translation>
-        </message>
-        <message>
-            <source>Rotate</source>
-            <translation>Drehen</translation>
-        </message>
-        <message>
-            <source>Tilt</source>
-            <translation>Neigen</translation>
-        </message>
-        <message>
-            <source>Zoom</source>
-            <translation>Zoom</translation>
-        </message>
-        <message>
-            <source>Fit</source>
-            <translation>Alles</translation>
-        </message>
-        <message>
-            <source>Grid</source>
-            <translation>Raster</translation>
-        </message>
-        <message>
-            <source>Dismiss</source>
-            <translation>Schließen</translation>
-        </message>
-        <message>
-            <source>Open a project's folder</source>
-            <translation>Ordner eines Projekts öffnen</translation>
-        </message>
-        <message>
-            <source>Settings</source>
-            <translation>Einstellungen</translation>
-        </message>
-        <message>
-            <source>Map</source>
-            <translation>Karte</translation>
-        </message>
-        <message>
-            <source>Labels</source>
-            <translation>Namen</translation>
-        </message>
-        <message>
-            <source>Picture</source>
-            <translation>Bild</translation>
-        </message>
-        <message>
-            <source>Print</source>
-            <translation>Drucken</translation>
-        </message>
-        <message>
-            <source>Keys</source>
-            <translation>Tasten</translation>
-        </message>
-    </context>
-    <context>
-        <name>MessageBoxes</name>
-        <message>
-            <source>Please wait</source>
-            <translation>Bitte warten</translation>
-        </message>
-        <message>
-            <source>Yes</source>
-            <translation>Ja</translation>
-        </message>
-        <message>
-            <source>OK</source>
-            <translation>OK</translation>
-        </message>
-        <message>
-            <source>No</source>
-            <translation>Nein</translation>
-        </message>
-    </context>
-    <context>
-        <name>ObjectContent</name>
-        <message>
-            <source>Street</source>
-            <translation>Straße</translation>
-        </message>
-        <message>
-            <source>District</source>
-            <translation>Ortsteil</translation>
-        </message>
-        <message>
-            <source>City</source>
-            <translation>Ort</translation>
-        </message>
-        <message>
-            <source>Name</source>
-            <translation>Name</translation>
-        </message>
-        <message>
-            <source>Diameter</source>
-            <translation>Durchmesser</translation>
-        </message>
-        <message>
-            <source>Length</source>
-            <translation>Länge</translation>
-        </message>
-        <message>
-            <source>Depth at the start</source>
-            <translation>Tiefe am Anfang</translation>
-        </message>
-        <message>
-            <source>Depth at the end</source>
-            <translation>Tiefe am Ende</translation>
-        </message>
-        <message>
-            <source>Material</source>
-            <translation>Werkstoff</translation>
-        </message>
-        <message>
-            <source>Year</source>
-            <translation>Baujahr</translation>
-        </message>
-        <message>
-            <source>Kind</source>
-            <translation>Art</translation>
-        </message>
-        <message>
-            <source>Depth to invert</source>
-            <translation>Tiefe bis zur Sohle</translation>
-        </message>
-    </context>
-    <context>
-        <name>ObjectLists</name>
-        <message>
-            <source>Nodes</source>
-            <translation>Schächte</translation>
-        </message>
-        <message>
-            <source>Pipes</source>
-            <translation>Rohre</translation>
-        </message>
-        <message>
-            <source>Inspections</source>
-            <translation>Inspektionen</translation>
-        </message>
-        <message>
-            <source>Observations</source>
-            <translation>Befunde</translation>
-        </message>
-        <message>
-            <source>No project</source>
-            <translation>Kein Projekt</translation>
-        </message>
-        <message>
-            <source>Search by name</source>
-            <translation>Nach Namen suchen</translation>
-        </message>
-        <message>
-            <source>Nothing found</source>
-            <translation>Nichts gefunden</translation>
-        </message>
-        <message>
-            <source>Nothing here</source>
-            <translation>Nichts vorhanden</translation>
-        </message>
-        <message>
-            <source>Project</source>
-            <translation>Projekt</translation>
-        </message>
-        <message>
-            <source>Details</source>
-            <translation>Einzelheiten</translation>
-        </message>
-    </context>
-    <context>
-        <name>ObjectTools</name>
-        <message>
-            <source>Connect it like this?</source>
-            <translation>So verbinden?</translation>
-        </message>
-        <message>
-            <source>%1 → %2</source>
-            <translation>%1 → %2</translation>
-        </message>
-        <message>
-            <source>Nothing selected</source>
-            <translation>Nichts ausgewählt</translation>
-        </message>
-        <message>
-            <source>Apply stores it, Cancel takes it back</source>
-            <translation>Übernehmen speichert, Abbrechen nimmt zurück</translation>
-        </message>
-        <message>
-            <source>Tap the pipe that is to be connected</source>
-            <translation>Das anzuschließende Rohr antippen</translation>
-        </message>
-        <message>
-            <source>A pipe must come first; cancel and begin anew</source>
-            <translation>Ein Rohr muss zuerst kommen; abbrechen und neu beginnen</translation>
-        </message>
-        <message>
-            <source>Tap what it leads to</source>
-            <translation>Antippen, wohin es führt</translation>
-        </message>
-        <message>
-            <source>Connect shows how it will be</source>
-            <translation>Verbinden zeigt, wie es wird</translation>
-        </message>
-        <message>
-            <source>Tap a manhole or a pipe</source>
-            <translation>Schacht oder Rohr antippen</translation>
-        </message>
-        <message>
-            <source>Connect</source>
-            <translation>Verbinden</translation>
-        </message>
-        <message>
-            <source>Cancel</source>
-            <translation>Abbrechen</translation>
-        </message>
-        <message>
-            <source>Apply</source>
-            <translation>Übernehmen</translation>
-        </message>
-        <message>
-            <source>Height free</source>
-            <translation>Höhe frei</translation>
-        </message>
-        <message>
-            <source>Height locked</source>
-            <translation>Höhe fest</translation>
-        </message>
-        <message>
-            <source>Arrows</source>
-            <translation>Pfeile</translation>
-        </message>
-        <message>
-            <source>Turn</source>
-            <translation>Drehen</translation>
-        </message>
-        <message>
-            <source>Move</source>
-            <translation>Schieben</translation>
-        </message>
-    </context>
-    <context>
-        <name>ObservationEditor</name>
-        <message>
-            <source>New observation</source>
-            <translation>Neuer Befund</translation>
-        </message>
-        <message>
-            <source>Change the observation</source>
-            <translation>Befund ändern</translation>
-        </message>
-        <message>
-            <source>Code</source>
-            <translation>Kürzel</translation>
-        </message>
-        <message>
-            <source>Distance along the pipe (%1)</source>
-            <translation>Entfernung im Rohr (%1)</translation>
-        </message>
-        <message>
-            <source>Clock (0 to 12)</source>
-            <translation>Uhr (0 bis 12)</translation>
-        </message>
-        <message>
-            <source>Angle (degrees)</source>
-            <translation>Winkel (Grad)</translation>
-        </message>
-        <message>
-            <source>Quantity</source>
-            <translation>Menge</translation>
-        </message>
-        <message>
-            <source>Lateral</source>
-            <translation>Anschlussleitung</translation>
-        </message>
-        <message>
-            <source>Save</source>
-            <translation>Speichern</translation>
-        </message>
-        <message>
-            <source>Cancel</source>
-            <translation>Abbrechen</translation>
-        </message>
-    </context>
-    <context>
-        <name>ObservationForm</name>
-        <message>
-            <source>This is not a number</source>
-            <translation>Das ist keine Zahl</translation>
-        </message>
-        <message>
-            <source>A distance is needed</source>
-            <translation>Eine Entfernung wird gebraucht</translation>
-        </message>
-        <message>
-            <source>A distance is not negative</source>
-            <translation>Eine Entfernung ist nicht negativ</translation>
-        </message>
-        <message>
-            <source>A whole hour from 0 to 12</source>
-            <translation>Eine volle Stunde von 0 bis 12</translation>
-        </message>
-        <message>
-            <source>A bend needs the hour towards which it turns</source>
-            <translation>Ein Bogen braucht die Stunde, zu der er abbiegt</translation>
-        </message>
-        <message>
-            <source>At most 180 degrees</source>
-            <translation>Höchstens 180 Grad</translation>
-        </message>
-        <message>
-            <source>A bend needs its angle</source>
-            <translation>Ein Bogen braucht seinen Winkel</translation>
-        </message>
-        <message>
-            <source>Only a connection carries a lateral; its code begins with BCA</source>
-            <translation>Nur ein Anschluss trägt eine Anschlussleitung; sein Kürzel beginnt mit BCA</translation>
-        </message>
-        <message>
-            <source>A pipe cannot be its own lateral</source>
-            <translation>Ein Rohr kann nicht sein eigener Anschluss sein</translation>
-        </message>
-        <message>
-            <source>The project does not have this lateral</source>
-            <translation>Das Projekt hat diese Anschlussleitung nicht</translation>
-        </message>
-        <message>
-            <source>Taken already by %1</source>
-            <translation>Schon vergeben an %1</translation>
-        </message>
-        <message>
-            <source>A code is needed</source>
-            <translation>Ein Kürzel wird gebraucht</translation>
-        </message>
-    </context>
-    <context>
-        <name>ObservationsPage</name>
-        <message>
-            <source>Pipe without a name</source>
-            <translation>Rohr ohne Namen</translation>
-        </message>
-        <message>
-            <source>Select a pipe with an inspection, here or in the scene</source>
-            <translation>Ein Rohr mit Inspektion auswählen, hier oder in der Szene</translation>
-        </message>
-        <message>
-            <source>%1  %2</source>
-            <translation>%1  %2</translation>
-        </message>
-        <message>
-            <source>No observations</source>
-            <translation>Keine Befunde</translation>
-        </message>
-        <message>
-            <source>Add</source>
-            <translation>Hinzufügen</translation>
-        </message>
-        <message>
-            <source>Change</source>
-            <translation>Ändern</translation>
-        </message>
-        <message>
-            <source>Really?</source>
-            <translation>Wirklich?</translation>
-        </message>
-        <message>
-            <source>Delete</source>
-            <translation>Löschen</translation>
-        </message>
-    </context>
-    <context>
-        <name>OpenCard</name>
-        <message>
-            <source>Open a project</source>
-            <translation>Ein Projekt öffnen</translation>
-        </message>
-        <message>
-            <source>Choose a folder ...</source>
-            <translation>Einen Ordner wählen ...</translation>
-        </message>
-        <message>
-            <source>Close this project</source>
-            <translation>Dieses Projekt schließen</translation>
-        </message>
-        <message>
-            <source>Cancel</source>
-            <translation>Abbrechen</translation>
-        </message>
-    </context>
-    <context>
-        <name>PrintedPage</name>
-        <message>
-            <source>N</source>
-            <comment>north</comment>
-            <translation>N</translation>
-        </message>
-    </context>
-    <context>
-        <name>ProjectLists</name>
-        <message>
-            <source>connection</source>
-            <translation>Anschluss</translation>
-        </message>
-        <message>
-            <source>building</source>
-            <translation>Gebäude</translation>
-        </message>
-        <message>
-            <source>manhole</source>
-            <translation>Schacht</translation>
-        </message>
-        <message>
-            <source>no position</source>
-            <translation>ohne Lage</translation>
-        </message>
-        <message>
-            <source>lateral</source>
-            <translation>Anschlussleitung</translation>
-        </message>
-        <message>
-            <source>DN %1</source>
-            <translation>DN %1</translation>
-        </message>
-        <message>
-            <source>downstream</source>
-            <translation>in Fließrichtung</translation>
-        </message>
-        <message>
-            <source>downstream from %1</source>
-            <translation>in Fließrichtung ab %1</translation>
-        </message>
-        <message>
-            <source>upstream</source>
-            <translation>gegen die Fließrichtung</translation>
-        </message>
-        <message>
-            <source>upstream from %1</source>
-            <translation>gegen die Fließrichtung ab %1</translation>
-        </message>
-        <message>
-            <source>from %1</source>
-            <translation>ab %1</translation>
-        </message>
-        <message>
-            <source>1 observation</source>
-            <translation>1 Befund</translation>
-        </message>
-        <message>
-            <source>%1 observations</source>
-            <translation>%1 Befunde</translation>
-        </message>
-        <message>
-            <source>%1 deep</source>
-            <translation>%1 tief</translation>
-        </message>
-    </context>
-    <context>
-        <name>Readout</name>
-        <message>
-            <source>1 : %1</source>
-            <translation>1 : %1</translation>
-        </message>
-        <message>
-            <source>E %1   N %2</source>
-            <translation>O %1   N %2</translation>
-        </message>
-    </context>
-    <context>
-        <name>RecentList</name>
-        <message>
-            <source>Opened last</source>
-            <translation>Zuletzt geöffnet</translation>
-        </message>
-        <message>
-            <source>%1 (missing)</source>
-            <translation>%1 (fehlt)</translation>
-        </message>
-        <message>
-            <source>Remove</source>
-            <translation>Entfernen</translation>
-        </message>
-    </context>
-    <context>
-        <name>SettingsCard</name>
-        <message>
-            <source>Settings</source>
-            <translation>Einstellungen</translation>
-        </message>
-        <message>
-            <source>Language</source>
-            <translation>Sprache</translation>
-        </message>
-        <message>
-            <source>Lengths, until a project that says its own is opened</source>
-            <translation>Längen, bis ein Projekt mit eigener Einheit geöffnet wird</translation>
-        </message>
-        <message>
-            <source>Metric (m)</source>
-            <translation>Metrisch (m)</translation>
-        </message>
-        <message>
-            <source>Imperial (ft)</source>
-            <translation>Imperial (ft)</translation>
-        </message>
-        <message>
-            <source>Close</source>
-            <translation>Schließen</translation>
-        </message>
-    </context>
-    <context>
-        <name>Torvik::Database::StoreTrouble</name>
-        <message>
-            <source>Close the other program, or wait until it is done.</source>
-            <translation>Schließen Sie das andere Programm, oder warten Sie, bis es fertig ist.</translation>
-        </message>
-        <message>
-            <source>Make the file and its folder writable again.</source>
-            <translation>Geben Sie Datei und Ordner wieder zum Schreiben frei.</translation>
-        </message>
-        <message>
-            <source>Make room on the disk.</source>
-            <translation>Schaffen Sie Platz auf dem Datenträger.</translation>
-        </message>
-        <message>
-            <source>Check that the disk is connected and that you may write to it.</source>
-            <translation>Prüfen Sie, ob der Datenträger verbunden ist und Sie darauf schreiben dürfen.</translation>
-        </message>
-        <message>
-            <source>%1. %2 What is measured and changed meanwhile is kept and stored as soon as that is possible; leave the program open.</source>
-            <translation>%1. %2 Was inzwischen gemessen und geändert wird, bleibt erhalten und wird gespeichert, sobald es geht; lassen Sie das Programm offen.</translation>
-        </message>
-        <message>
-            <source>Something that was measured could not be stored and is lost. %1</source>
-            <translation>Etwas Gemessenes konnte nicht gespeichert werden und ist verloren. %1</translation>
-        </message>
-        <message numerus="yes">
-            <source>%n change(s) could not be stored and are lost.</source>
-            <translation>
-                <numerusform>%n Änderung konnte nicht gespeichert werden und ist verloren.</numerusform>
-                <numerusform>%n Änderungen konnten nicht gespeichert werden und sind verloren.</numerusform>
-            </translation>
-        </message>
-    </context>
-    <context>
-        <name>Torvik::View3d::PlanLoader</name>
-        <message>
-            <source>%1 is no kind of plan that can be laid</source>
-            <translation>%1 ist keine Art von Plan, die sich auflegen lässt</translation>
-        </message>
-        <message>
-            <source>The plan of the project cannot be laid: %1 is missing or too large</source>
-            <translation>Der Plan des Projekts lässt sich nicht auflegen: %1 fehlt oder ist zu groß</translation>
-        </message>
-    </context>
-    <context>
-        <name>Torvik::Viewer::AppDesk</name>
-        <message>
-            <source>Delete the node %1 from the project? Pipes keep their place but lose this end.</source>
-            <translation>Den Knoten %1 aus dem Projekt löschen? Rohre behalten ihre Lage, verlieren aber dieses Ende.</translation>
-        </message>
-        <message>
-            <source>Delete the pipe %1 from the project, with all its inspections and observations?</source>
-            <translation>Das Rohr %1 mit allen Inspektionen und Befunden aus dem Projekt löschen?</translation>
-        </message>
-        <message>
-            <source>Delete this inspection of the pipe %1 from the project, with all its observations?</source>
-            <translation>Diese Inspektion des Rohrs %1 mit allen Befunden aus dem Projekt löschen?</translation>
-        </message>
-        <message>
-            <source>It is not in the project any more.</source>
-            <translation>Es ist nicht mehr im Projekt.</translation>
-        </message>
-    </context>
-    <context>
-        <name>Torvik::Viewer::GpsSimulation</name>
-        <message>
-            <source>%1: neither off, none nor LATITUDE,LONGITUDE, and no track that can be read: %2</source>
-            <translation>%1: weder off, none noch BREITE,LÄNGE, und kein lesbarer Track: %2</translation>
-        </message>
-        <message>
-            <source>%1: holds no line "time,latitude,longitude"</source>
-            <translation>%1: enthält keine Zeile „Zeit,Breite,Länge“</translation>
-        </message>
-        <message numerus="yes">
-            <source>%1: %n line(s) could not be read, the first of them line %2</source>
-            <translation>
-                <numerusform>%1: %n Zeile ist nicht lesbar, nämlich Zeile %2</numerusform>
-                <numerusform>%1: %n Zeilen sind nicht lesbar, die erste davon ist Zeile %2</numerusform>
-            </translation>
-        </message>
-    </context>
-    <context>
-        <name>Torvik::Viewer::ObjectDetails</name>
-        <message>
-            <source>From</source>
-            <translation>Von</translation>
-        </message>
-        <message>
-            <source>To</source>
-            <translation>Nach</translation>
-        </message>
-        <message>
-            <source>Inspections</source>
-            <translation>Inspektionen</translation>
-        </message>
-        <message>
-            <source>Observations of all</source>
-            <translation>Befunde insgesamt</translation>
-        </message>
-        <message>
-            <source>Inspection</source>
-            <translation>Inspektion</translation>
-        </message>
-        <message>
-            <source>Begins at</source>
-            <translation>Beginnt bei</translation>
-        </message>
-        <message>
-            <source>Direction</source>
-            <translation>Richtung</translation>
-        </message>
-        <message>
-            <source>downstream</source>
-            <translation>in Fließrichtung</translation>
-        </message>
-        <message>
-            <source>upstream</source>
-            <translation>gegen die Fließrichtung</translation>
-        </message>
-        <message>
-            <source>Observations</source>
-            <translation>Befunde</translation>
-        </message>
-    </context>
-    <context>
-        <name>Torvik::Viewer::ObservationPage</name>
-        <message>
-            <source>bend</source>
-            <translation>Bogen</translation>
-        </message>
-        <message>
-            <source>connection</source>
-            <translation>Anschluss</translation>
-        </message>
-        <message>
-            <source>end of inspection</source>
-            <translation>Ende der Inspektion</translation>
-        </message>
-        <message>
-            <source>%1 o'clock</source>
-            <translation>%1 Uhr</translation>
-        </message>
-        <message>
-            <source>%1°</source>
-            <translation>%1°</translation>
-        </message>
-        <message>
-            <source>quantity %1</source>
-            <translation>Menge %1</translation>
-        </message>
-        <message>
-            <source>lateral %1</source>
-            <translation>Anschlussleitung %1</translation>
-        </message>
-        <message>
-            <source>%1 %2</source>
-            <translation>%1 %2</translation>
-        </message>
-        <message>
-            <source>None</source>
-            <translation>Keine</translation>
-        </message>
-        <message>
-            <source>%1 at %2 in %3</source>
-            <translation>%1 bei %2 in %3</translation>
-        </message>
-        <message>
-            <source>It is not in the project any more</source>
-            <translation>Er ist nicht mehr im Projekt</translation>
-        </message>
-    </context>
-    <context>
-        <name>Torvik::Viewer::PhotoDesk</name>
-        <message>
-            <source>from the top</source>
-            <translation>von oben</translation>
-        </message>
-        <message>
-            <source>from the front</source>
-            <translation>von vorn</translation>
-        </message>
-        <message>
-            <source>3D, scale at the middle</source>
-            <translation>3D, Maßstab in der Mitte</translation>
-        </message>
-        <message>
-            <source>Project</source>
-            <translation>Projekt</translation>
-        </message>
-        <message>
-            <source>Client</source>
-            <translation>Auftraggeber</translation>
-        </message>
-        <message>
-            <source>Coordinate system</source>
-            <translation>Koordinatensystem</translation>
-        </message>
-        <message>
-            <source>Manholes and nodes</source>
-            <translation>Schächte und Knoten</translation>
-        </message>
-        <message>
-            <source>Sections</source>
-            <translation>Haltungen</translation>
-        </message>
-        <message>
-            <source>Laterals</source>
-            <translation>Anschlussleitungen</translation>
-        </message>
-        <message>
-            <source>Inspections</source>
-            <translation>Inspektionen</translation>
-        </message>
-        <message>
-            <source>Observations</source>
-            <translation>Befunde</translation>
-        </message>
-        <message>
-            <source>View</source>
-            <translation>Ansicht</translation>
-        </message>
-        <message>
-            <source>The picture does not come to rest.</source>
-            <translation>Das Bild kommt nicht zur Ruhe.</translation>
-        </message>
-    </context>
-    <context>
-        <name>Torvik::Viewer::PlanMessages</name>
-        <message>
-            <source>%1: there is no such file.</source>
-            <translation>%1: diese Datei gibt es nicht.</translation>
-        </message>
-        <message>
-            <source>%1: this drawing cannot be read. Save it as an ASCII DXF and try again.</source>
-            <translation>%1: diese Zeichnung ist nicht lesbar. Speichern Sie sie als ASCII-DXF und versuchen Sie es erneut.</translation>
-        </message>
-        <message>
-            <source>%1: this cannot be read; it is damaged, or no picture of its kind. Open it in a picture program, save it as PNG or JPEG, and try again.</source>
-            <translation>%1: das ist nicht lesbar; es ist beschädigt oder kein Bild seiner Art. Öffnen Sie es in einem Bildprogramm, speichern Sie es als PNG oder JPEG und versuchen Sie es erneut.</translation>
-        </message>
-        <message>
-            <source>%1: %2 x %3 pixels are too many; a plan has at most %4 x %5. Make it smaller and try again.</source>
-            <translation>%1: %2 x %3 Pixel sind zu viele; ein Plan hat höchstens %4 x %5. Verkleinern Sie ihn und versuchen Sie es erneut.</translation>
-        </message>
-        <message>
-            <source>%1: the file is too large; a drawing of its kind has at most %2 MB. Leave out what is not needed of it.</source>
-            <translation>%1: die Datei ist zu groß; eine Zeichnung dieser Art hat höchstens %2 MB. Lassen Sie weg, was nicht gebraucht wird.</translation>
-        </message>
-        <message>
-            <source>%1: no picture can be made of this PDF. Is the package poppler-utils installed, and is there room on the disk?</source>
-            <translation>%1: aus diesem PDF lässt sich kein Bild machen. Ist das Paket poppler-utils installiert, und ist Platz auf dem Datenträger?</translation>
-        </message>
-    </context>
-    <context>
-        <name>Torvik::Viewer::ProjectTree</name>
-        <message>
-            <source>without a name</source>
-            <translation>ohne Namen</translation>
-        </message>
-        <message>
-            <source>Inspection %1</source>
-            <translation>Inspektion %1</translation>
-        </message>
-        <message>
-            <source>Nodes (%1)</source>
-            <translation>Knoten (%1)</translation>
-        </message>
-        <message>
-            <source>Sections (%1)</source>
-            <translation>Haltungen (%1)</translation>
-        </message>
-        <message>
-            <source>Laterals (%1)</source>
-            <translation>Anschlussleitungen (%1)</translation>
-        </message>
-    </context>
-    <context>
-        <name>Torvik::Viewer::VehicleDesk</name>
-        <message>
-            <source>connected</source>
-            <translation>verbunden</translation>
-        </message>
-        <message>
-            <source>nobody there</source>
-            <translation>niemand da</translation>
-        </message>
-        <message>
-            <source>Port %1: %2, %3 readings</source>
-            <translation>Port %1: %2, %3 Messwerte</translation>
-        </message>
-        <message>
-            <source>, %1 malformed</source>
-            <translation>, %1 fehlerhaft</translation>
-        </message>
-    </context>
-    <context>
-        <name>Torvik::Viewer::ViewerController</name>
-        <message>
-            <source>Building the scene: %1 of %2</source>
-            <translation>Die Szene entsteht: %1 von %2</translation>
-        </message>
-        <message>
-            <source>Reading %1</source>
-            <translation>%1 wird gelesen</translation>
-        </message>
-        <message>
-            <source>%1 has no object with the key "%2"</source>
-            <translation>%1 hat kein Objekt mit dem Schlüssel „%2“</translation>
-        </message>
-        <message>
-            <source>%1 has no inspection "%2"</source>
-            <translation>%1 hat keine Inspektion „%2“</translation>
-        </message>
-        <message>
-            <source>This object has no place in the scene.</source>
-            <translation>Dieses Objekt hat keinen Platz in der Szene.</translation>
-        </message>
-    </context>
-    <context>
-        <name>VehicleBar</name>
-        <message>
-            <source>Pause</source>
-            <translation>Pause</translation>
-        </message>
-        <message>
-            <source>Play</source>
-            <translation>Abspielen</translation>
-        </message>
-        <message>
-            <source>Max</source>
-            <translation>Max</translation>
-        </message>
-        <message>
-            <source>Measure</source>
-            <translation>Messen</translation>
-        </message>
-    </context>
+<context>
+    <name>AppCards</name>
+    <message>
+        <source>Written</source>
+        <translation>Geschrieben</translation>
+    </message>
+    <message>
+        <source>Not written</source>
+        <translation>Nicht geschrieben</translation>
+    </message>
+</context>
+<context>
+    <name>DetailsPage</name>
+    <message>
+        <source>Select an object, here or in the scene</source>
+        <translation>Ein Objekt auswählen, hier oder in der Szene</translation>
+    </message>
+</context>
+<context>
+    <name>EmptyStart</name>
+    <message>
+        <source>No project is open</source>
+        <translation>Kein Projekt ist offen</translation>
+    </message>
+    <message>
+        <source>Open a folder ...</source>
+        <translation>Einen Ordner öffnen ...</translation>
+    </message>
+</context>
+<context>
+    <name>HandWork</name>
+    <message>
+        <source>Pipe</source>
+        <translation>Rohr</translation>
+    </message>
+    <message>
+        <source>Joint of a lateral</source>
+        <translation>Anschlussstelle</translation>
+    </message>
+    <message>
+        <source>Building</source>
+        <translation>Gebäude</translation>
+    </message>
+    <message>
+        <source>Connection</source>
+        <translation>Anschlusspunkt</translation>
+    </message>
+    <message>
+        <source>Manhole</source>
+        <translation>Schacht</translation>
+    </message>
+</context>
+<context>
+    <name>InputForm</name>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>InputScreens</name>
+    <message>
+        <source>This is not a number.</source>
+        <translation>Das ist keine Zahl.</translation>
+    </message>
+    <message>
+        <source>Between %1 and %2.</source>
+        <translation>Zwischen %1 und %2.</translation>
+    </message>
+    <message>
+        <source>At least %1.</source>
+        <translation>Mindestens %1.</translation>
+    </message>
+    <message>
+        <source>Latitude (degrees, north is positive)</source>
+        <translation>Breite (Grad, Norden positiv)</translation>
+    </message>
+    <message>
+        <source>Longitude (degrees, east is positive)</source>
+        <translation>Länge (Grad, Osten positiv)</translation>
+    </message>
+    <message>
+        <source>Where I am now</source>
+        <translation>Mein Standort</translation>
+    </message>
+    <message>
+        <source>A street, a city or a country is needed.</source>
+        <translation>Eine Straße, ein Ort oder ein Land wird gebraucht.</translation>
+    </message>
+    <message>
+        <source>Heights of the floors</source>
+        <translation>Höhen der Stockwerke</translation>
+    </message>
+    <message>
+        <source>%1: height above the floor below, in m</source>
+        <translation>%1: Höhe über dem Stockwerk darunter, in m</translation>
+    </message>
+</context>
+<context>
+    <name>KeyCommands</name>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+</context>
+<context>
+    <name>KeysCard</name>
+    <message>
+        <source>Keys</source>
+        <translation>Tasten</translation>
+    </message>
+    <message>
+        <source>open a project</source>
+        <translation>ein Projekt öffnen</translation>
+    </message>
+    <message>
+        <source>look from the top, in 3D, from the front</source>
+        <translation>von oben, in 3D, von vorn sehen</translation>
+    </message>
+    <message>
+        <source>the whole project in view</source>
+        <translation>das ganze Projekt zeigen</translation>
+    </message>
+    <message>
+        <source>nearer, farther</source>
+        <translation>näher, weiter</translation>
+    </message>
+    <message>
+        <source>cancel, let go what is selected</source>
+        <translation>abbrechen, Auswahl loslassen</translation>
+    </message>
+    <message>
+        <source>Del</source>
+        <translation>Entf</translation>
+    </message>
+    <message>
+        <source>delete what is selected, after a question</source>
+        <translation>Ausgewähltes löschen, nach einer Frage</translation>
+    </message>
+    <message>
+        <source>a picture of the view as PNG</source>
+        <translation>ein Bild der Ansicht als PNG</translation>
+    </message>
+    <message>
+        <source>Ctrl+P</source>
+        <translation>Strg+P</translation>
+    </message>
+    <message>
+        <source>a page with the view as PDF</source>
+        <translation>eine Seite mit der Ansicht als PDF</translation>
+    </message>
+    <message>
+        <source>this card</source>
+        <translation>diese Karte</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+</context>
+<context>
+    <name>MainView</name>
+    <message>
+        <source>Lists</source>
+        <translation>Listen</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>Top</source>
+        <translation>Oben</translation>
+    </message>
+    <message>
+        <source>3D</source>
+        <translation>3D</translation>
+    </message>
+    <message>
+        <source>Front</source>
+        <translation>Vorn</translation>
+    </message>
+    <message>
+        <source>Move</source>
+        <translation>Schieben</translation>
+    </message>
+    <message>
+        <source>Rotate</source>
+        <translation>Drehen</translation>
+    </message>
+    <message>
+        <source>Tilt</source>
+        <translation>Neigen</translation>
+    </message>
+    <message>
+        <source>Zoom</source>
+        <translation>Zoom</translation>
+    </message>
+    <message>
+        <source>Fit</source>
+        <translation>Alles</translation>
+    </message>
+    <message>
+        <source>Grid</source>
+        <translation>Raster</translation>
+    </message>
+    <message>
+        <source>Dismiss</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Open a project&apos;s folder</source>
+        <translation>Ordner eines Projekts öffnen</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Map</source>
+        <translation>Karte</translation>
+    </message>
+    <message>
+        <source>Labels</source>
+        <translation>Namen</translation>
+    </message>
+    <message>
+        <source>Picture</source>
+        <translation>Bild</translation>
+    </message>
+    <message>
+        <source>Print</source>
+        <translation>Drucken</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Tasten</translation>
+    </message>
+</context>
+<context>
+    <name>MessageBoxes</name>
+    <message>
+        <source>Please wait</source>
+        <translation>Bitte warten</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>Ja</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>Nein</translation>
+    </message>
+</context>
+<context>
+    <name>ObjectContent</name>
+    <message>
+        <source>Street</source>
+        <translation>Straße</translation>
+    </message>
+    <message>
+        <source>District</source>
+        <translation>Ortsteil</translation>
+    </message>
+    <message>
+        <source>City</source>
+        <translation>Ort</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Diameter</source>
+        <translation>Durchmesser</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>Länge</translation>
+    </message>
+    <message>
+        <source>Depth at the start</source>
+        <translation>Tiefe am Anfang</translation>
+    </message>
+    <message>
+        <source>Depth at the end</source>
+        <translation>Tiefe am Ende</translation>
+    </message>
+    <message>
+        <source>Material</source>
+        <translation>Werkstoff</translation>
+    </message>
+    <message>
+        <source>Year</source>
+        <translation>Baujahr</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>Art</translation>
+    </message>
+    <message>
+        <source>Depth to invert</source>
+        <translation>Tiefe bis zur Sohle</translation>
+    </message>
+</context>
+<context>
+    <name>ObjectLists</name>
+    <message>
+        <source>Nodes</source>
+        <translation>Schächte</translation>
+    </message>
+    <message>
+        <source>Pipes</source>
+        <translation>Rohre</translation>
+    </message>
+    <message>
+        <source>Inspections</source>
+        <translation>Inspektionen</translation>
+    </message>
+    <message>
+        <source>Observations</source>
+        <translation>Befunde</translation>
+    </message>
+    <message>
+        <source>No project</source>
+        <translation>Kein Projekt</translation>
+    </message>
+    <message>
+        <source>Search by name</source>
+        <translation>Nach Namen suchen</translation>
+    </message>
+    <message>
+        <source>Nothing found</source>
+        <translation>Nichts gefunden</translation>
+    </message>
+    <message>
+        <source>Nothing here</source>
+        <translation>Nichts vorhanden</translation>
+    </message>
+    <message>
+        <source>Project</source>
+        <translation>Projekt</translation>
+    </message>
+    <message>
+        <source>Details</source>
+        <translation>Einzelheiten</translation>
+    </message>
+</context>
+<context>
+    <name>ObjectTools</name>
+    <message>
+        <source>Connect it like this?</source>
+        <translation>So verbinden?</translation>
+    </message>
+    <message>
+        <source>%1 → %2</source>
+        <translation>%1 → %2</translation>
+    </message>
+    <message>
+        <source>Nothing selected</source>
+        <translation>Nichts ausgewählt</translation>
+    </message>
+    <message>
+        <source>Apply stores it, Cancel takes it back</source>
+        <translation>Übernehmen speichert, Abbrechen nimmt zurück</translation>
+    </message>
+    <message>
+        <source>Tap the pipe that is to be connected</source>
+        <translation>Das anzuschließende Rohr antippen</translation>
+    </message>
+    <message>
+        <source>A pipe must come first; cancel and begin anew</source>
+        <translation>Ein Rohr muss zuerst kommen; abbrechen und neu beginnen</translation>
+    </message>
+    <message>
+        <source>Tap what it leads to</source>
+        <translation>Antippen, wohin es führt</translation>
+    </message>
+    <message>
+        <source>Connect shows how it will be</source>
+        <translation>Verbinden zeigt, wie es wird</translation>
+    </message>
+    <message>
+        <source>Tap a manhole or a pipe</source>
+        <translation>Schacht oder Rohr antippen</translation>
+    </message>
+    <message>
+        <source>Connect</source>
+        <translation>Verbinden</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Apply</source>
+        <translation>Übernehmen</translation>
+    </message>
+    <message>
+        <source>Height free</source>
+        <translation>Höhe frei</translation>
+    </message>
+    <message>
+        <source>Height locked</source>
+        <translation>Höhe fest</translation>
+    </message>
+    <message>
+        <source>Arrows</source>
+        <translation>Pfeile</translation>
+    </message>
+    <message>
+        <source>Turn</source>
+        <translation>Drehen</translation>
+    </message>
+    <message>
+        <source>Move</source>
+        <translation>Schieben</translation>
+    </message>
+</context>
+<context>
+    <name>ObservationEditor</name>
+    <message>
+        <source>New observation</source>
+        <translation>Neuer Befund</translation>
+    </message>
+    <message>
+        <source>Change the observation</source>
+        <translation>Befund ändern</translation>
+    </message>
+    <message>
+        <source>Code</source>
+        <translation>Kürzel</translation>
+    </message>
+    <message>
+        <source>Distance along the pipe (%1)</source>
+        <translation>Entfernung im Rohr (%1)</translation>
+    </message>
+    <message>
+        <source>Clock (0 to 12)</source>
+        <translation>Uhr (0 bis 12)</translation>
+    </message>
+    <message>
+        <source>Angle (degrees)</source>
+        <translation>Winkel (Grad)</translation>
+    </message>
+    <message>
+        <source>Quantity</source>
+        <translation>Menge</translation>
+    </message>
+    <message>
+        <source>Lateral</source>
+        <translation>Anschlussleitung</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Speichern</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>ObservationForm</name>
+    <message>
+        <source>This is not a number</source>
+        <translation>Das ist keine Zahl</translation>
+    </message>
+    <message>
+        <source>A distance is needed</source>
+        <translation>Eine Entfernung wird gebraucht</translation>
+    </message>
+    <message>
+        <source>A distance is not negative</source>
+        <translation>Eine Entfernung ist nicht negativ</translation>
+    </message>
+    <message>
+        <source>A whole hour from 0 to 12</source>
+        <translation>Eine volle Stunde von 0 bis 12</translation>
+    </message>
+    <message>
+        <source>A bend needs the hour towards which it turns</source>
+        <translation>Ein Bogen braucht die Stunde, zu der er abbiegt</translation>
+    </message>
+    <message>
+        <source>At most 180 degrees</source>
+        <translation>Höchstens 180 Grad</translation>
+    </message>
+    <message>
+        <source>A bend needs its angle</source>
+        <translation>Ein Bogen braucht seinen Winkel</translation>
+    </message>
+    <message>
+        <source>Only a connection carries a lateral; its code begins with BCA</source>
+        <translation>Nur ein Anschluss trägt eine Anschlussleitung; sein Kürzel beginnt mit BCA</translation>
+    </message>
+    <message>
+        <source>A pipe cannot be its own lateral</source>
+        <translation>Ein Rohr kann nicht sein eigener Anschluss sein</translation>
+    </message>
+    <message>
+        <source>The project does not have this lateral</source>
+        <translation>Das Projekt hat diese Anschlussleitung nicht</translation>
+    </message>
+    <message>
+        <source>Taken already by %1</source>
+        <translation>Schon vergeben an %1</translation>
+    </message>
+    <message>
+        <source>A code is needed</source>
+        <translation>Ein Kürzel wird gebraucht</translation>
+    </message>
+</context>
+<context>
+    <name>ObservationsPage</name>
+    <message>
+        <source>Pipe without a name</source>
+        <translation>Rohr ohne Namen</translation>
+    </message>
+    <message>
+        <source>Select a pipe with an inspection, here or in the scene</source>
+        <translation>Ein Rohr mit Inspektion auswählen, hier oder in der Szene</translation>
+    </message>
+    <message>
+        <source>%1  %2</source>
+        <translation>%1  %2</translation>
+    </message>
+    <message>
+        <source>No observations</source>
+        <translation>Keine Befunde</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Hinzufügen</translation>
+    </message>
+    <message>
+        <source>Change</source>
+        <translation>Ändern</translation>
+    </message>
+    <message>
+        <source>Really?</source>
+        <translation>Wirklich?</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+</context>
+<context>
+    <name>OpenCard</name>
+    <message>
+        <source>Open a project</source>
+        <translation>Ein Projekt öffnen</translation>
+    </message>
+    <message>
+        <source>Choose a folder ...</source>
+        <translation>Einen Ordner wählen ...</translation>
+    </message>
+    <message>
+        <source>Close this project</source>
+        <translation>Dieses Projekt schließen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>PrintedPage</name>
+    <message>
+        <source>N</source>
+        <comment>north</comment>
+        <translation>N</translation>
+    </message>
+</context>
+<context>
+    <name>ProjectLists</name>
+    <message>
+        <source>connection</source>
+        <translation>Anschluss</translation>
+    </message>
+    <message>
+        <source>building</source>
+        <translation>Gebäude</translation>
+    </message>
+    <message>
+        <source>manhole</source>
+        <translation>Schacht</translation>
+    </message>
+    <message>
+        <source>no position</source>
+        <translation>ohne Lage</translation>
+    </message>
+    <message>
+        <source>lateral</source>
+        <translation>Anschlussleitung</translation>
+    </message>
+    <message>
+        <source>DN %1</source>
+        <translation>DN %1</translation>
+    </message>
+    <message>
+        <source>downstream</source>
+        <translation>in Fließrichtung</translation>
+    </message>
+    <message>
+        <source>downstream from %1</source>
+        <translation>in Fließrichtung ab %1</translation>
+    </message>
+    <message>
+        <source>upstream</source>
+        <translation>gegen die Fließrichtung</translation>
+    </message>
+    <message>
+        <source>upstream from %1</source>
+        <translation>gegen die Fließrichtung ab %1</translation>
+    </message>
+    <message>
+        <source>from %1</source>
+        <translation>ab %1</translation>
+    </message>
+    <message>
+        <source>1 observation</source>
+        <translation>1 Befund</translation>
+    </message>
+    <message>
+        <source>%1 observations</source>
+        <translation>%1 Befunde</translation>
+    </message>
+    <message>
+        <source>%1 deep</source>
+        <translation>%1 tief</translation>
+    </message>
+</context>
+<context>
+    <name>Readout</name>
+    <message>
+        <source>1 : %1</source>
+        <translation>1 : %1</translation>
+    </message>
+    <message>
+        <source>E %1   N %2</source>
+        <translation>O %1   N %2</translation>
+    </message>
+</context>
+<context>
+    <name>RecentList</name>
+    <message>
+        <source>Opened last</source>
+        <translation>Zuletzt geöffnet</translation>
+    </message>
+    <message>
+        <source>%1 (missing)</source>
+        <translation>%1 (fehlt)</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+</context>
+<context>
+    <name>SettingsCard</name>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>Sprache</translation>
+    </message>
+    <message>
+        <source>Lengths, until a project that says its own is opened</source>
+        <translation>Längen, bis ein Projekt mit eigener Einheit geöffnet wird</translation>
+    </message>
+    <message>
+        <source>Metric (m)</source>
+        <translation>Metrisch (m)</translation>
+    </message>
+    <message>
+        <source>Imperial (ft)</source>
+        <translation>Imperial (ft)</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+</context>
+<context>
+    <name>Torvik::Database::StoreTrouble</name>
+    <message>
+        <source>Close the other program, or wait until it is done.</source>
+        <translation>Schließen Sie das andere Programm, oder warten Sie, bis es fertig ist.</translation>
+    </message>
+    <message>
+        <source>Make the file and its folder writable again.</source>
+        <translation>Geben Sie Datei und Ordner wieder zum Schreiben frei.</translation>
+    </message>
+    <message>
+        <source>Make room on the disk.</source>
+        <translation>Schaffen Sie Platz auf dem Datenträger.</translation>
+    </message>
+    <message>
+        <source>Check that the disk is connected and that you may write to it.</source>
+        <translation>Prüfen Sie, ob der Datenträger verbunden ist und Sie darauf schreiben dürfen.</translation>
+    </message>
+    <message>
+        <source>%1. %2 What is measured and changed meanwhile is kept and stored as soon as that is possible; leave the program open.</source>
+        <translation>%1. %2 Was inzwischen gemessen und geändert wird, bleibt erhalten und wird gespeichert, sobald es geht; lassen Sie das Programm offen.</translation>
+    </message>
+    <message>
+        <source>Something that was measured could not be stored and is lost. %1</source>
+        <translation>Etwas Gemessenes konnte nicht gespeichert werden und ist verloren. %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n change(s) could not be stored and are lost.</source>
+        <translation>
+            <numerusform>%n Änderung konnte nicht gespeichert werden und ist verloren.</numerusform>
+            <numerusform>%n Änderungen konnten nicht gespeichert werden und sind verloren.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>Torvik::View3d::PlanLoader</name>
+    <message>
+        <source>%1 is no kind of plan that can be laid</source>
+        <translation>%1 ist keine Art von Plan, die sich auflegen lässt</translation>
+    </message>
+    <message>
+        <source>The plan of the project cannot be laid: %1 is missing or too large</source>
+        <translation>Der Plan des Projekts lässt sich nicht auflegen: %1 fehlt oder ist zu groß</translation>
+    </message>
+</context>
+<context>
+    <name>Torvik::Viewer::AppDesk</name>
+    <message>
+        <source>Delete the node %1 from the project? Pipes keep their place but lose this end.</source>
+        <translation>Den Knoten %1 aus dem Projekt löschen? Rohre behalten ihre Lage, verlieren aber dieses Ende.</translation>
+    </message>
+    <message>
+        <source>Delete the pipe %1 from the project, with all its inspections and observations?</source>
+        <translation>Das Rohr %1 mit allen Inspektionen und Befunden aus dem Projekt löschen?</translation>
+    </message>
+    <message>
+        <source>Delete this inspection of the pipe %1 from the project, with all its observations?</source>
+        <translation>Diese Inspektion des Rohrs %1 mit allen Befunden aus dem Projekt löschen?</translation>
+    </message>
+    <message>
+        <source>It is not in the project any more.</source>
+        <translation>Es ist nicht mehr im Projekt.</translation>
+    </message>
+</context>
+<context>
+    <name>Torvik::Viewer::GpsSimulation</name>
+    <message>
+        <source>%1: neither off, none nor LATITUDE,LONGITUDE, and no track that can be read: %2</source>
+        <translation>%1: weder off, none noch BREITE,LÄNGE, und kein lesbarer Track: %2</translation>
+    </message>
+    <message>
+        <source>%1: holds no line &quot;time,latitude,longitude&quot;</source>
+        <translation>%1: enthält keine Zeile „Zeit,Breite,Länge“</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1: %n line(s) could not be read, the first of them line %2</source>
+        <translation>
+            <numerusform>%1: %n Zeile ist nicht lesbar, nämlich Zeile %2</numerusform>
+            <numerusform>%1: %n Zeilen sind nicht lesbar, die erste davon ist Zeile %2</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>Torvik::Viewer::ObjectDetails</name>
+    <message>
+        <source>From</source>
+        <translation>Von</translation>
+    </message>
+    <message>
+        <source>To</source>
+        <translation>Nach</translation>
+    </message>
+    <message>
+        <source>Inspections</source>
+        <translation>Inspektionen</translation>
+    </message>
+    <message>
+        <source>Observations of all</source>
+        <translation>Befunde insgesamt</translation>
+    </message>
+    <message>
+        <source>Inspection</source>
+        <translation>Inspektion</translation>
+    </message>
+    <message>
+        <source>Begins at</source>
+        <translation>Beginnt bei</translation>
+    </message>
+    <message>
+        <source>Direction</source>
+        <translation>Richtung</translation>
+    </message>
+    <message>
+        <source>downstream</source>
+        <translation>in Fließrichtung</translation>
+    </message>
+    <message>
+        <source>upstream</source>
+        <translation>gegen die Fließrichtung</translation>
+    </message>
+    <message>
+        <source>Observations</source>
+        <translation>Befunde</translation>
+    </message>
+</context>
+<context>
+    <name>Torvik::Viewer::ObservationPage</name>
+    <message>
+        <source>bend</source>
+        <translation>Bogen</translation>
+    </message>
+    <message>
+        <source>connection</source>
+        <translation>Anschluss</translation>
+    </message>
+    <message>
+        <source>end of inspection</source>
+        <translation>Ende der Inspektion</translation>
+    </message>
+    <message>
+        <source>%1 o&apos;clock</source>
+        <translation>%1 Uhr</translation>
+    </message>
+    <message>
+        <source>%1°</source>
+        <translation>%1°</translation>
+    </message>
+    <message>
+        <source>quantity %1</source>
+        <translation>Menge %1</translation>
+    </message>
+    <message>
+        <source>lateral %1</source>
+        <translation>Anschlussleitung %1</translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <translation>%1 %2</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keine</translation>
+    </message>
+    <message>
+        <source>%1 at %2 in %3</source>
+        <translation>%1 bei %2 in %3</translation>
+    </message>
+    <message>
+        <source>It is not in the project any more</source>
+        <translation>Er ist nicht mehr im Projekt</translation>
+    </message>
+</context>
+<context>
+    <name>Torvik::Viewer::PhotoDesk</name>
+    <message>
+        <source>from the top</source>
+        <translation>von oben</translation>
+    </message>
+    <message>
+        <source>from the front</source>
+        <translation>von vorn</translation>
+    </message>
+    <message>
+        <source>3D, scale at the middle</source>
+        <translation>3D, Maßstab in der Mitte</translation>
+    </message>
+    <message>
+        <source>Project</source>
+        <translation>Projekt</translation>
+    </message>
+    <message>
+        <source>Client</source>
+        <translation>Auftraggeber</translation>
+    </message>
+    <message>
+        <source>Coordinate system</source>
+        <translation>Koordinatensystem</translation>
+    </message>
+    <message>
+        <source>Manholes and nodes</source>
+        <translation>Schächte und Knoten</translation>
+    </message>
+    <message>
+        <source>Sections</source>
+        <translation>Haltungen</translation>
+    </message>
+    <message>
+        <source>Laterals</source>
+        <translation>Anschlussleitungen</translation>
+    </message>
+    <message>
+        <source>Inspections</source>
+        <translation>Inspektionen</translation>
+    </message>
+    <message>
+        <source>Observations</source>
+        <translation>Befunde</translation>
+    </message>
+    <message>
+        <source>View</source>
+        <translation>Ansicht</translation>
+    </message>
+    <message>
+        <source>The picture does not come to rest.</source>
+        <translation>Das Bild kommt nicht zur Ruhe.</translation>
+    </message>
+</context>
+<context>
+    <name>Torvik::Viewer::PlanMessages</name>
+    <message>
+        <source>%1: there is no such file.</source>
+        <translation>%1: diese Datei gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>%1: this drawing cannot be read. Save it as an ASCII DXF and try again.</source>
+        <translation>%1: diese Zeichnung ist nicht lesbar. Speichern Sie sie als ASCII-DXF und versuchen Sie es erneut.</translation>
+    </message>
+    <message>
+        <source>%1: this cannot be read; it is damaged, or no picture of its kind. Open it in a picture program, save it as PNG or JPEG, and try again.</source>
+        <translation>%1: das ist nicht lesbar; es ist beschädigt oder kein Bild seiner Art. Öffnen Sie es in einem Bildprogramm, speichern Sie es als PNG oder JPEG und versuchen Sie es erneut.</translation>
+    </message>
+    <message>
+        <source>%1: %2 x %3 pixels are too many; a plan has at most %4 x %5. Make it smaller and try again.</source>
+        <translation>%1: %2 x %3 Pixel sind zu viele; ein Plan hat höchstens %4 x %5. Verkleinern Sie ihn und versuchen Sie es erneut.</translation>
+    </message>
+    <message>
+        <source>%1: the file is too large; a drawing of its kind has at most %2 MB. Leave out what is not needed of it.</source>
+        <translation>%1: die Datei ist zu groß; eine Zeichnung dieser Art hat höchstens %2 MB. Lassen Sie weg, was nicht gebraucht wird.</translation>
+    </message>
+    <message>
+        <source>%1: no picture can be made of this PDF. Is the package poppler-utils installed, and is there room on the disk?</source>
+        <translation>%1: aus diesem PDF lässt sich kein Bild machen. Ist das Paket poppler-utils installiert, und ist Platz auf dem Datenträger?</translation>
+    </message>
+</context>
+<context>
+    <name>Torvik::Viewer::ProjectTree</name>
+    <message>
+        <source>without a name</source>
+        <translation>ohne Namen</translation>
+    </message>
+    <message>
+        <source>Inspection %1</source>
+        <translation>Inspektion %1</translation>
+    </message>
+    <message>
+        <source>Nodes (%1)</source>
+        <translation>Knoten (%1)</translation>
+    </message>
+    <message>
+        <source>Sections (%1)</source>
+        <translation>Haltungen (%1)</translation>
+    </message>
+    <message>
+        <source>Laterals (%1)</source>
+        <translation>Anschlussleitungen (%1)</translation>
+    </message>
+</context>
+<context>
+    <name>Torvik::Viewer::VehicleDesk</name>
+    <message>
+        <source>connected</source>
+        <translation>verbunden</translation>
+    </message>
+    <message>
+        <source>nobody there</source>
+        <translation>niemand da</translation>
+    </message>
+    <message>
+        <source>Port %1: %2, %3 readings</source>
+        <translation>Port %1: %2, %3 Messwerte</translation>
+    </message>
+    <message>
+        <source>, %1 malformed</source>
+        <translation>, %1 fehlerhaft</translation>
+    </message>
+</context>
+<context>
+    <name>Torvik::Viewer::ViewerController</name>
+    <message>
+        <source>Building the scene: %1 of %2</source>
+        <translation>Die Szene entsteht: %1 von %2</translation>
+    </message>
+    <message>
+        <source>Reading %1</source>
+        <translation>%1 wird gelesen</translation>
+    </message>
+    <message>
+        <source>%1 has no object with the key &quot;%2&quot;</source>
+        <translation>%1 hat kein Objekt mit dem Schlüssel „%2“</translation>
+    </message>
+    <message>
+        <source>%1 has no inspection &quot;%2&quot;</source>
+        <translation>%1 hat keine Inspektion „%2“</translation>
+    </message>
+    <message>
+        <source>This object has no place in the scene.</source>
+        <translation>Dieses Objekt hat keinen Platz in der Szene.</translation>
+    </message>
+</context>
+<context>
+    <name>VehicleBar</name>
+    <message>
+        <source>Pause</source>
+        <translation>Pause</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Abspielen</translation>
+    </message>
+    <message>
+        <source>Max</source>
+        <translation>Max</translation>
+    </message>
+    <message>
+        <source>Measure</source>
+        <translation>Messen</translation>
+    </message>
+</context>
 </TS>

@@ -87,6 +87,7 @@ private slots:
     void aPlanThatCannotBeLaidGivesOneLineAndStatus1();
     void twoDumpsAreTheSame();
     void aPictureShowsPipesAndManholesWhereTheyAre();
+    void aPageIsPrintedTrueToScale();
     void aPictureLooksAtTheObjectAskedFor();
     void anUnknownKeyGivesOneLineAndStatus1();
     void theFrontViewShowsTheDepth();
@@ -412,6 +413,24 @@ void tst_Program::aPictureShowsPipesAndManholesWhereTheyAre()
     QVERIFY(near(picture, middle + QPoint(0, -far), isPipe));
     QVERIFY(!near(picture, middle + QPoint(far, far), isManhole, 40));
     QVERIFY(!near(picture, middle, isPipe, 40));
+}
+
+void tst_Program::aPageIsPrintedTrueToScale()
+{
+    TestProject project;
+    fill(project);
+    project.close();
+    const QString page = m_folder->filePath("page.pdf");
+
+    const Outcome outcome = run({project.path(), "--print", page, "--language", "de", "--no-map"});
+
+    QCOMPARE(outcome.status, 0);
+    QProcess reader;
+    reader.start("pdftotext", {"-layout", page, "-"});
+    QVERIFY(reader.waitForFinished());
+    const QString text = QString::fromUtf8(reader.readAllStandardOutput());
+    QVERIFY2(text.contains("Ansicht") && text.contains("von oben"), qPrintable(text));
+    QVERIFY2(text.contains(QRegularExpression("1 : \\d+")), qPrintable(text));
 }
 
 void tst_Program::aPictureLooksAtTheObjectAskedFor()
