@@ -3,6 +3,8 @@
 #include "domain/boundary/ColumnNames.h"
 #include "geo/CApplicationSettingsLastAddress.h"
 #include "geo/GdalGeoProjector.h"
+#include "plans/IBackgroundPlan.h"
+#include "scene/SceneEntities.h"
 #include "scene/SceneRoot.h"
 
 #include <Qt3DRender/QCamera>
@@ -47,16 +49,20 @@ QVector3D EntitiesManager::calculatePositionForNodeAndResetGeoProjectorIfFirst()
     const auto* const camera = SceneRoot::camera();
     const QVector3D seen = camera ? camera->viewCenter() : QVector3D();
     const QStringList last = CApplicationSettingsLastAddress::instance().loadLatAndLongPosition();
-    if (last.size() < 2 || last[0].isEmpty() || last[1].isEmpty())
-        return seen;
-    return getLastPositionAndResetGeoProjectorIfFirstNode(last[0].toDouble(), last[1].toDouble());
+    bool north = false;
+    bool east = false;
+    const double latitude = last.value(0).toDouble(&north);
+    const double longitude = last.value(1).toDouble(&east);
+    return north && east ? getLastPositionAndResetGeoProjectorIfFirstNode(latitude, longitude) : seen;
 }
 
 QVector3D EntitiesManager::getLastPositionAndResetGeoProjectorIfFirstNode(double latitude, double longitude)
 {
     GdalGeoProjector& projector = *GdalGeoProjector::instance();
     const QVector3D position = projector.sceneCoordsFromGeoCoords(latitude, longitude);
-    if (m_root.sceneHasNodesWithPosition())
+    // What has been laid already would move on earth with the origin.
+    if (m_root.sceneHasNodesWithPosition() || m_root.sceneHasVirtualNodesWithPosition() ||
+        SceneEntities::instance().getBackgroundPlan())
         return position;
     projector.deinit();
     m_root.safeGeoProjectorInitFromMap(latitude, longitude, 0.0);

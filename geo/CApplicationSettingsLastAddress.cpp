@@ -8,6 +8,8 @@
 #include "geo/GdalGeoProjector.h"
 #include "scene/SceneEntities.h"
 
+#include <cmath>
+
 using namespace Torvik;
 using QmlWrapper::CQmlDomainObject;
 using View3d::GdalGeoProjector;
@@ -38,8 +40,11 @@ QString setting(const QString& key)
     return Base::CApplicationSettings::instance().getCustomSetting(key, QString());
 }
 
+/** Setting a value goes to the disk at once. */
 void setSetting(const QString& key, const QString& value)
 {
+    if (Base::CApplicationSettings::instance().getCustomSetting(key, QStringLiteral("\n")) == value)
+        return;
     Base::CApplicationSettings::instance().setCustomSetting(key, value);
 }
 
@@ -167,6 +172,9 @@ void CApplicationSettingsLastAddress::ifVariantIsCorrectLatAndLongThenSave(const
     if (!value.canConvert<QVector3D>())
         return;
     const auto place = value.value<QVector3D>();
+    // So it reads where a coordinate system knows no way to degrees; the place that is known is worth more.
+    if (!std::isfinite(place.x()) || !std::isfinite(place.y()) || (qIsNull(place.x()) && qIsNull(place.y())))
+        return;
     saveLatAndLongPosition(unknownStreet, unknownCity, sixDigits(place.x()), sixDigits(place.y()));
 }
 

@@ -131,6 +131,8 @@ void tst_LastAddress::aPlaceIsStoredWithSixDigits()
     QCOMPARE(setting("LASTMATCHINGLATANDLONGADDRESS"), QStringLiteral("UNDEFINED_STREET,UNDEFINED_CITY"));
 
     settings().ifVariantIsCorrectLatAndLongThenSave(QVariant());
+    settings().ifVariantIsCorrectLatAndLongThenSave(QVector3D(0, 0, 9));
+    settings().ifVariantIsCorrectLatAndLongThenSave(QVector3D(qQNaN(), 1, 9));
     settings().ifVariantIsCorrectLatAndLongThenSave(QStringLiteral("47 11"));
     QCOMPARE(settings().loadLatAndLongPosition(), QStringList({"47.6803", "-1.23457e-05"}));
 }
@@ -264,6 +266,8 @@ void tst_LastAddress::withoutALastPlaceANewNodeStandsWhereTheUserLooks()
     Qt3DRender::QCamera camera;
     camera.setViewCenter({3, 0, -4});
     m_root->setCamera(&camera);
+    settings().saveLatAndLongPosition("A", "B", "48.5", "east");
+    QCOMPARE(m_root->entitiesManager().calculatePositionForNodeAndResetGeoProjectorIfFirst(), QVector3D(3, 0, -4));
     settings().saveLatAndLongPosition("A", "B", "48.5", "");
     QCOMPARE(m_root->entitiesManager().calculatePositionForNodeAndResetGeoProjectorIfFirst(), QVector3D(3, 0, -4));
     m_root->setCamera(nullptr);

@@ -22,6 +22,7 @@ CommandBase {
 
     text: translator.txt("GoToAddressButton", "Go-To\nAddress")
     icon: design.icons.button3DGotoAddress
+    enabled: !!map
 
     function run() {
         determineAddressLabels()
@@ -81,7 +82,8 @@ CommandBase {
         lastAddressStreet = String(result[0]).trim()
         lastAddressCity = String(result[1]).trim()
         lastAddressCountry = String(result[2]).trim()
-        map.gotoAddress(result.join(", "))
+        if (map)
+            map.gotoAddress(result.join(", "))
         AppSettingsLastAddress.saveLastAddressPosition(lastAddressStreet, lastAddressCity, lastAddressCountry)
         running = false
     }

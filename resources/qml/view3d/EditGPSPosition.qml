@@ -13,6 +13,7 @@ CommandBase {
 
     text: translator.txt("EditGpsButton", "Edit\nLatitude\nLongitude\nGPS")
     icon: design.icons.button3DEditGPS
+    enabled: !!map
 
     function run() {
         proposePosition()
@@ -44,15 +45,18 @@ CommandBase {
 
     /** `result` holds latitude and longitude as texts; false for a cancelled input. */
     function handlePosition(result) {
-        if (!result) {
-            running = false
-            return
-        }
-        map.lastGpsLatitude = trimmed(result[0])
-        map.lastGpsLongitude = trimmed(result[1])
-        if (map.lastGpsLatitude && map.lastGpsLongitude)
-            map.gotoPosition(QtPositioning.coordinate(map.lastGpsLatitude, map.lastGpsLongitude))
+        if (result && map)
+            takePosition(trimmed(result[0]), trimmed(result[1]))
         running = false
+    }
+
+    function takePosition(latitude, longitude) {
+        map.lastGpsLatitude = latitude
+        map.lastGpsLongitude = longitude
+        const place = QtPositioning.coordinate(Number(latitude), Number(longitude))
+        // What is no place on earth would take the camera out of the world.
+        if (latitude && longitude && place.isValid)
+            map.gotoPosition(place)
     }
 
     function trimmed(text) {

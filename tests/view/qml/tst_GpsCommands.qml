@@ -190,6 +190,41 @@ Item {
             compare(map.places, [])
         }
 
+        function test_what_is_no_place_on_earth_is_kept_and_moves_nothing_data() {
+            return [{ "tag": "comma", "result": ["48,25", "11,5"] }, { "tag": "letters", "result": ["north", "east"] },
+                    { "tag": "beyond the pole", "result": ["91", "11"] }]
+        }
+
+        function test_what_is_no_place_on_earth_is_kept_and_moves_nothing(data) {
+            editPosition.trigger()
+            editPosition.handlePosition(data.result)
+            compare(map.places, [])
+            compare(map.lastGpsLatitude, data.result[0])
+            verify(!editPosition.running)
+        }
+
+        function test_without_a_map_they_rest() {
+            for (const command of [editPosition, goToPosition, editAddress, goToAddress]) {
+                command.map = undefined
+                verify(!command.enabled)
+                command.map = map
+            }
+        }
+
+        function test_a_map_that_goes_meanwhile_ends_them() {
+            editPosition.trigger()
+            editAddress.trigger()
+            editPosition.map = undefined
+            editAddress.map = undefined
+            editPosition.handlePosition(["48.25", "11.5"])
+            editAddress.handleAddress(["Ring 3", "Peine", ""])
+            verify(!editPosition.running)
+            verify(!editAddress.running)
+            compare(AppSettingsLastAddress.loadLastAddressPosition(), ["Ring 3", "Peine", ""])
+            editPosition.map = map
+            editAddress.map = map
+        }
+
         function test_going_to_the_maps_address() {
             map.valueStreet = "Ring 1"
             map.valueCity = "Celle"
