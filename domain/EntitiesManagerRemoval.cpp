@@ -5,6 +5,7 @@
 #include "network/Node.h"
 #include "network/ObservationConnection.h"
 #include "network/Section.h"
+#include "plans/FloorPlanLoader.h"
 #include "plans/IBackgroundPlan.h"
 #include "plans/PlanLoader.h"
 #include "scene/SceneEntities.h"
@@ -49,6 +50,7 @@ void EntitiesManager::cleanPlans()
 {
     // One that is still loading must not come to lie in the next project, nor wait for its confirmation there.
     m_root.planLoader()->abandon();
+    m_root.floorPlanLoader()->abandon();
     auto& entities = SceneEntities::instance();
     if (IBackgroundPlan* const waiting = entities.getBackgroundPlanToConfirm()) {
         waiting->deleteLater();

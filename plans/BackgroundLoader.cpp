@@ -15,6 +15,12 @@ namespace Torvik::View3d {
 BackgroundLoader::BackgroundLoader(QObject* parent)
     : PlanLoader(parent)
 {
+    connect(&SceneEntities::instance(), &SceneEntities::planLoadedChanged, this, &BackgroundLoader::planLoadedChanged);
+}
+
+BackgroundLoader::BackgroundLoader(TooLarge tooLarge)
+    : PlanLoader(nullptr, tooLarge)
+{
 }
 
 bool BackgroundLoader::pathEndsWithExtention(const QString& path, const QStringList& extensions) const

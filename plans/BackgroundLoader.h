@@ -20,7 +20,11 @@ public:
     void initGeoProjector(const PlanSettings& settings) override;
 
 signals:
+    /** A plan lies under the network now, or none does any more. */
     void planLoadedChanged();
+
+protected:
+    explicit BackgroundLoader(TooLarge tooLarge);
 
 private:
     bool pathEndsWithExtention(const QString& path, const QStringList& extensions) const;

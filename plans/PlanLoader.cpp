@@ -12,7 +12,13 @@
 namespace Torvik::View3d {
 
 PlanLoader::PlanLoader(QObject* parent)
+    : PlanLoader(parent, TooLarge::EndsAtOnce)
+{
+}
+
+PlanLoader::PlanLoader(QObject* parent, TooLarge tooLarge)
     : QObject(parent)
+    , m_tooLarge(tooLarge)
 {
 }
 
@@ -65,7 +71,8 @@ void PlanLoader::connectCommon(IBackgroundPlan* plan)
     });
     connect(plan, &IBackgroundPlan::fileTooLarge, this, [this](const SizeInfo& sizeInfo) {
         emit fileTooLarge(sizeInfo);
-        forceCancel();
+        if (m_tooLarge == TooLarge::EndsAtOnce)
+            forceCancel();
     });
     connect(plan, &IBackgroundPlan::pdfConverterProblem, this, [this](Base::CErrorCode errorCode) {
         forceCancel();

@@ -68,6 +68,11 @@ signals:
     /** problem() has a text that the user has not read yet. */
     void problemArisen();
 
+protected:
+    /** What ends a load whose picture is too large: the loader at once, or only the plan, which ends by itself. */
+    enum class TooLarge { EndsAtOnce, EndsByItself };
+    PlanLoader(QObject* parent, TooLarge tooLarge);
+
 private:
     bool validFile(const QString& path) const;
     bool begin(const QString& path);
@@ -82,6 +87,7 @@ private:
     QPointer<IBackgroundPlan> m_plan;
     QString m_problem;
     QString m_path;
+    const TooLarge m_tooLarge;
 };
 
 } // namespace Torvik::View3d

@@ -7,6 +7,7 @@
 #include "measurement/SystemControlProxy.h"
 #include "network/Crawler.h"
 #include "plans/BackgroundLoader.h"
+#include "plans/FloorPlanLoader.h"
 #include "plans/IBackgroundPlan.h"
 #include "scene/Fuzzy.h"
 #include "scene/GlobalNav.h"
@@ -60,6 +61,7 @@ SceneRoot::SceneRoot()
     , m_rayCaster(new Qt3DRender::QRayCaster(this))
     , m_touchInput(new TouchInput(this))
     , m_planLoader(std::make_unique<BackgroundLoader>())
+    , m_floorPlanLoader(std::make_unique<FloorPlanLoader>())
 {
     m_instance = this;
     SharedComponents::instance().setHome(this);

@@ -33,6 +33,7 @@ class QMouseEvent;
 namespace Torvik::View3d {
 
 class Crawler;
+class FloorPlanLoader;
 class GridPlane;
 class PlanLoader;
 class TouchInput;
@@ -74,6 +75,7 @@ class KXVIEW3D_EXPORT SceneRoot : public Qt3DCore::QEntity {
     Q_PROPERTY(Torvik::View3d::Crawler* crawler READ crawler WRITE setCrawler NOTIFY crawlerChanged)
     Q_PROPERTY(Qt3DRender::QRayCaster* rayCaster READ rayCaster WRITE setRayCaster NOTIFY rayCasterChanged)
     Q_PROPERTY(Torvik::View3d::PlanLoader* planLoader READ planLoader CONSTANT)
+    Q_PROPERTY(Torvik::View3d::FloorPlanLoader* floorPlanLoader READ floorPlanLoader CONSTANT)
     Q_PROPERTY(Torvik::View3d::Renderable* selectedRenderable READ selectedRenderable NOTIFY selectedRenderableChanged)
     Q_PROPERTY(int selectionsCount READ selectionsCount NOTIFY selectedRenderableChanged)
 
@@ -123,6 +125,8 @@ public:
 
     /** Loads the plan that lies under the network; never null. */
     PlanLoader* planLoader() const { return m_planLoader.get(); }
+    /** Loads the plans of a building's floors; never null. */
+    FloorPlanLoader* floorPlanLoader() const { return m_floorPlanLoader.get(); }
 
     /** The finger on the scene's objects. */
     TouchInput* touchInput() const { return m_touchInput; }
@@ -302,6 +306,7 @@ private:
     bool m_selectionsEnabled = true;
     int m_maxSelection = 1;
     std::unique_ptr<PlanLoader> m_planLoader;
+    std::unique_ptr<FloorPlanLoader> m_floorPlanLoader;
 };
 
 } // namespace Torvik::View3d

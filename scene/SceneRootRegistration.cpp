@@ -8,6 +8,7 @@
 #include "network/Section.h"
 #include "plans/BackgroundController.h"
 #include "plans/BackgroundLoader.h"
+#include "plans/FloorPlanLoader.h"
 #include "plans/IBackgroundPlan.h"
 #include "scene/FlaggedTransform.h"
 #include "scene/SceneEntities.h"
@@ -36,6 +37,7 @@ void SceneRoot::registerMetaTypes()
     qRegisterMetaType<FlaggedTransform*>("FlaggedTransform*");
     qRegisterMetaType<BackgroundLoader*>("BackgroundLoader*");
     qRegisterMetaType<PlanLoader*>("PlanLoader*");
+    qRegisterMetaType<FloorPlanLoader*>("FloorPlanLoader*");
     qRegisterMetaType<BackgroundController*>("BackgroundController*");
 
     // The form that names the interface; Qt before 5.15 knows no other.

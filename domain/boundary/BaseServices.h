@@ -10,6 +10,8 @@ namespace Torvik::Base {
 class CErrorCode {
     Q_GADGET
     Q_PROPERTY(unsigned code READ code CONSTANT)
+    /** The same, by the name that QML asks for. */
+    Q_PROPERTY(unsigned errorCode READ code CONSTANT)
 
 public:
     CErrorCode() = default;

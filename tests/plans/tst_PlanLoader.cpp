@@ -3,6 +3,7 @@
 #include "geo/GdalGeoProjector.h"
 #include "plans/BackgroundImage.h"
 #include "plans/BackgroundLoader.h"
+#include "plans/HeardOfLoader.h"
 #include "plans/PaperPlan.h"
 #include "plans/PlanSettingsIO.h"
 #include "scene/SceneEntities.h"
@@ -14,6 +15,7 @@
 #include <memory>
 
 using namespace Torvik::View3d;
+using Kx::Test::Heard;
 using Kx::Test::TestProject;
 using Torvik::AppState;
 using Torvik::Base::CErrorCode;
@@ -30,33 +32,6 @@ void deleteWhatIsToBeDeleted()
 {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
-
-/** What a loader tells, in its order. */
-class Heard {
-public:
-    explicit Heard(PlanLoader* loader)
-    {
-        const auto note = [this](const QString& line) { lines << line; };
-        QObject::connect(loader, &PlanLoader::planLoaded, &m_here,
-                         [note](Renderable* plan) { note(QStringLiteral("loaded ") + plan->renderableType()); });
-        QObject::connect(loader, &PlanLoader::planLoadingChanged, &m_here,
-                         [note, loader] { note(loader->planLoading() ? "loading" : "idle"); });
-        QObject::connect(loader, &PlanLoader::cancelFinished, &m_here, [note] { note("cancelled"); });
-        QObject::connect(loader, &PlanLoader::fileTooLarge, &m_here,
-                         [note](const SizeInfo& size) { note(QString("too large %1").arg(size.currentWidth)); });
-        QObject::connect(loader, &PlanLoader::corruptedPlanFile, &m_here,
-                         [note](CErrorCode error) { note(QString("corrupted %1").arg(error.code(), 0, 16)); });
-        QObject::connect(loader, &PlanLoader::pdfConverterProblem, &m_here,
-                         [note](CErrorCode error) { note(QString("converter %1").arg(error.code(), 0, 16)); });
-        QObject::connect(loader, &PlanLoader::progressPlanLoadChanged, &m_here,
-                         [note](int progress) { note(QString("progress %1").arg(progress)); });
-    }
-
-    QStringList lines;
-
-private:
-    QObject m_here;
-};
 
 /** A loader whose plans do what the test has them do. */
 class PaperLoader : public PlanLoader {
@@ -417,6 +392,15 @@ private slots:
         QCOMPARE(plan->fullPath(), documentation() + "new.png");
         QVERIFY(m_root->planLoader()->problem().contains(source));
         QVERIFY(QFile::exists(documentation() + "new.png"));
+    }
+
+    void aPlanThatIsLaidIsToldByTheLoaderToo()
+    {
+        QSignalSpy told(m_root->planLoader(), SIGNAL(planLoadedChanged()));
+
+        layAndSave();
+
+        QCOMPARE(told.count(), 1);
     }
 
     void withoutAProjectNothingIsSwapped()
