@@ -156,4 +156,23 @@ Die laufende Inspektion wirklich schließen?</translation>
 Bitte einen anderen Ort oder ein anderes Koordinatensystem wählen.</translation>
     </message>
 </context>
+<context>
+    <name>Ostel.Sightlog.App.PlanLoadingScreen</name>
+    <message>
+        <source>TxtPlanFileCaption</source>
+        <translation>Plan wird geladen</translation>
+    </message>
+    <message>
+        <source>TxtPlanFileLabel</source>
+        <translation>Plandatei:</translation>
+    </message>
+    <message>
+        <source>PlanLoadFinishedCaption</source>
+        <translation>Der Plan ist geladen. Schließen Sie diesen Dialog; danach können Sie den USB-Stick gefahrlos entfernen.</translation>
+    </message>
+    <message>
+        <source>PlanLoadFinishedTitle</source>
+        <translation>Der Plan ist geladen</translation>
+    </message>
+</context>
 </TS>

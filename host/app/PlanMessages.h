@@ -8,9 +8,16 @@
 namespace Torvik::Viewer::PlanMessages {
 
 QString missing(const QString& file);
+QString noPlan(const QString& file);
+/** The user may not open it. */
+QString closed(const QString& file);
+/** What the drawings' reader has found out, where it was one. */
 QString unreadable(const QString& file);
 QString tooLarge(const QString& file, const View3d::SizeInfo& size);
 QString fileTooLarge(const QString& file, qint64 limitBytes);
 QString converterFailed(const QString& file);
+QString notCopied(const QString& file, const QString& reason);
+/** The plan lies in the view, and plan.xml cannot be written. */
+QString placeNotStored(const QString& file);
 
 } // namespace Torvik::Viewer::PlanMessages

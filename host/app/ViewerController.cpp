@@ -88,6 +88,7 @@ ViewerController::ViewerController(QObject* parent)
     });
     connect(&Base::ShownUnit::instance(), &Base::ShownUnit::changed, this, &ViewerController::writeAnew);
     connect(this, &ViewerController::currentIdChanged, this, &ViewerController::currentIdsChanged);
+    connect(this, &ViewerController::projectChanged, &m_plans, &PlanWork::reset);
     connect(&ProjectStore::instance(), &ProjectStore::writeFailed, this, &ViewerController::setError);
     auto& trouble = Database::StoreTrouble::instance();
     connect(&trouble, &Database::StoreTrouble::begun, this, &ViewerController::setTrouble);
@@ -162,14 +163,18 @@ void ViewerController::tellPlanTrouble()
     if (m_planFollowed)
         return;
     m_planFollowed = true;
-    connect(loader, &View3d::PlanLoader::problemArisen, this, [this, loader] { setError(loader->problem()); });
+    // Of one that the user has chosen its own screen tells.
+    const auto tell = [this](const QString& text) {
+        if (!m_plans.loading())
+            setError(text);
+    };
+    connect(loader, &View3d::PlanLoader::problemArisen, this, [loader, tell] { tell(loader->problem()); });
     connect(loader, &View3d::PlanLoader::corruptedPlanFile, this,
-            [this, loader] { setError(PlanMessages::unreadable(loader->planPath())); });
-    connect(loader, &View3d::PlanLoader::fileTooLarge, this, [this, loader](const View3d::SizeInfo& size) {
-        setError(PlanMessages::tooLarge(loader->planPath(), size));
-    });
+            [loader, tell] { tell(PlanMessages::unreadable(loader->planPath())); });
+    connect(loader, &View3d::PlanLoader::fileTooLarge, this,
+            [loader, tell](const View3d::SizeInfo& size) { tell(PlanMessages::tooLarge(loader->planPath(), size)); });
     connect(loader, &View3d::PlanLoader::pdfConverterProblem, this,
-            [this, loader] { setError(PlanMessages::converterFailed(loader->planPath())); });
+            [loader, tell] { tell(PlanMessages::converterFailed(loader->planPath())); });
 }
 
 void ViewerController::takeOpeningView()

@@ -5,6 +5,7 @@
 #include "host/app/CameraPose.h"
 #include "host/app/ObjectListModel.h"
 #include "host/app/ObservationPage.h"
+#include "host/app/PlanWork.h"
 #include "host/app/SceneLoader.h"
 #include "host/app/SceneSelection.h"
 #include "host/app/VehicleDesk.h"
@@ -40,6 +41,7 @@ class ViewerController : public QObject {
     Q_PROPERTY(QObject* observations READ observations CONSTANT)
     Q_PROPERTY(QObject* vehicle READ vehicle CONSTANT)
     Q_PROPERTY(QObject* desk READ desk CONSTANT)
+    Q_PROPERTY(QObject* plans READ plans CONSTANT)
 
 public:
     /** From where a project is seen when it has opened. */
@@ -85,6 +87,7 @@ public:
     /** In the pipe of the active inspection. */
     VehicleDesk* vehicle() { return &m_vehicle; }
     AppDesk* desk() { return &m_desk; }
+    PlanWork* plans() { return &m_plans; }
 
     /** Opens the project in a folder; the one before is closed first. Ends in opened() or in an errorText. */
     Q_INVOKABLE void openFolder(const QString& folder);
@@ -154,6 +157,7 @@ private:
     ObservationPage m_observations;
     VehicleDesk m_vehicle;
     AppDesk m_desk;
+    PlanWork m_plans;
     OpeningView m_openingView;
     Bounds m_bounds;
     QString m_projectName;

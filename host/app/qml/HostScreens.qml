@@ -11,6 +11,12 @@ Item {
     /** Screens that are open, the one on top last: its description and who asked. */
     property var open: []
 
+    /** Whole screens of the view, by the key that they are asked for. */
+    readonly property var files: ({ "View3d::PlanLoadingScreen": "qrc:/qml/view3d/PlanLoadingScreen.qml" })
+    readonly property var topmost: open.length > 0 ? open[open.length - 1] : null
+    readonly property var form: topmost && topmost.description ? topmost : null
+    readonly property var screen: topmost && topmost.file ? topmost : null
+
     /** An object is to be looked for among those of the project. */
     signal overviewRequested(string objectId)
 
@@ -33,6 +39,10 @@ Item {
                 screens.overviewRequested(wanted && wanted.valid ? wanted.id() : "")
                 return
             }
+            if (screens.files[name]) {
+                screens.open = screens.open.concat([{ "file": screens.files[name], "properties": args }])
+                return
+            }
             const description = InputScreens.describe(name, args)
             if (description)
                 screens.open = screens.open.concat([{ "description": description, "callback": args.screenCallback }])
@@ -44,14 +54,29 @@ Item {
 
     Loader {
         anchors.fill: parent
-        active: screens.open.length > 0
+        active: !!screens.form
         focus: active
         sourceComponent: InputForm {
             objectName: "inputScreen"
-            description: screens.open.length > 0 ? screens.open[screens.open.length - 1].description : ({ "rows": [] })
+            description: screens.form ? screens.form.description : ({ "rows": [] })
             onAccepted: screens.close(result)
             onDismissed: screens.close(undefined)
         }
+    }
+
+    Loader {
+        id: whole
+
+        readonly property var wanted: screens.screen
+
+        anchors.fill: parent
+        onWantedChanged: {
+            if (wanted)
+                setSource(wanted.file, wanted.properties)
+            else
+                source = ""
+        }
+        onLoaded: item.init()
     }
 
     MessageBoxes {}

@@ -136,6 +136,13 @@ Rectangle {
                     onClicked: sceneArea.gridVisible = !sceneArea.gridVisible
                 }
                 ToolButton {
+                    objectName: "planButton"
+                    visible: !!viewer.plans && viewer.projectOpen
+                    text: qsTr("Plan")
+                    on: planBar.open
+                    onClicked: planBar.open = !planBar.open
+                }
+                ToolButton {
                     objectName: "labelsButton"
                     text: qsTr("Labels")
                     on: GlobalNav.labelsVisible
@@ -264,6 +271,16 @@ Rectangle {
                 visible: !mainView.sceneOnly && !!vehicle && vehicle.active
                 Layout.fillWidth: true
                 vehicle: viewer.vehicle || null
+            }
+
+            PlanBar {
+                id: planBar
+
+                objectName: "planBar"
+                Layout.fillWidth: true
+                plans: viewer.plans || null
+                area: sceneArea
+                shown: viewer.projectOpen && !mainView.sceneOnly
             }
 
             ObjectTools {

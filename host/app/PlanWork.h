@@ -1,0 +1,124 @@
+#pragma once
+
+#include "domain/boundary/BaseServices.h"
+#include "plans/BackgroundController.h"
+#include "plans/IBackgroundPlan.h"
+#include "plans/SizeInfo.h"
+
+#include <QFutureWatcher>
+#include <QObject>
+#include <QPointer>
+#include <QTemporaryDir>
+#include <QUrl>
+#include <QVariant>
+#include <QVector3D>
+
+#include <memory>
+
+namespace Torvik::Viewer {
+
+/** What the user does with plans: loads one, aligns it, locks it to the view, takes it away. It works on the plan under
+ *  the network or on that of a floor. QML has it as `viewer.plans`; a PlanLoadingScreen takes it for the loader, since
+ *  it also cancels and reports what comes before and after the loader's own work. Main thread only.
+ *
+ *  The user's file stays as it is: what goes into the project is a copy. */
+class PlanWork : public QObject {
+    Q_OBJECT
+    /** -1 for the plan under the network, else the floor's index. */
+    Q_PROPERTY(int floor READ floor WRITE setFloor NOTIFY changed)
+    Q_PROPERTY(bool hasPlan READ hasPlan NOTIFY changed)
+    /** The name of the plan's file. */
+    Q_PROPERTY(QString planName READ planName NOTIFY changed)
+    Q_PROPERTY(bool locked READ locked WRITE setLocked NOTIFY changed)
+    Q_PROPERTY(bool loading READ loading NOTIFY changed)
+    Q_PROPERTY(QVariantList heights READ heights WRITE setHeights NOTIFY changed)
+    Q_PROPERTY(QObject* controller READ controller CONSTANT)
+
+public:
+    static constexpr int underNetwork = -1;
+    static constexpr int floorCount = 4;
+
+    /** As in TwoSectionMode. */
+    enum Way { TwoLines = 1, NorthLine = 2, LineAndLength = 4 };
+    Q_ENUM(Way)
+
+    explicit PlanWork(QObject* parent = nullptr);
+    ~PlanWork() override;
+
+    int floor() const { return m_floor; }
+    /** A floor that is chosen is shown; with -1 no floor is. */
+    void setFloor(int floor);
+    bool hasPlan() const { return plan() != nullptr; }
+    QString planName() const;
+    bool locked() const;
+    void setLocked(bool locked);
+    bool loading() const { return m_loading; }
+    /** Of the floors, in metres, each above the one below. */
+    QVariantList heights() const;
+    void setHeights(const QVariantList& heights);
+    QObject* controller() { return &m_controller; }
+
+    /** Why this file can be no plan, for the user; empty if it can. */
+    Q_INVOKABLE QString refusal(const QUrl& file) const;
+    /** Loads it for the place that is chosen; the plan that lies there goes once the new one stands. */
+    Q_INVOKABLE void load(const QUrl& file);
+    Q_INVOKABLE void cancel();
+    /** What MessageBoxUtils.explain wants: of the load that failed last. */
+    Q_INVOKABLE QString explanation(const QString& kind) const;
+    /** Takes points on the ground, as TwoSectionInterface gives them; of one line and its length, that is c.x.
+     *  @returns why it was not done, for the user; empty if it was */
+    Q_INVOKABLE QString align(int way, QVector3D a, QVector3D b, QVector3D c, QVector3D d);
+    /** The plan is no longer the project's or floor's. Its file stays. */
+    Q_INVOKABLE void remove();
+    /** The project is another one now, or none. */
+    void reset();
+
+signals:
+    void changed();
+    /** A load has ended without a word to the user. */
+    void ended();
+    /** A load came to nothing, or what was done could not be stored. */
+    void failed(const QString& text);
+    /** It was done, and not all is well with it. */
+    void noted(const QString& text);
+
+    // The face of a loader.
+    void progressPlanLoadChanged(int progress);
+    void planLoadedChanged();
+    void corruptedPlanFile(Torvik::Base::CErrorCode errorCode);
+    void fileTooLarge(Torvik::View3d::SizeInfo sizeInfo);
+    void pdfConverterProblem(Torvik::Base::CErrorCode errorCode);
+
+private:
+    View3d::IBackgroundPlan* plan() const;
+    void watchPlan();
+    void follow();
+    void onCopied(const QString& problem);
+    void startLoader();
+    template <typename Loader>
+    void hear(Loader* loader);
+    void stopHearing();
+    void onLoaded(View3d::IBackgroundPlan* plan);
+    void layUnderNetwork(View3d::IBackgroundPlan* plan);
+    void finish();
+    void fail(const QString& text);
+
+    int m_floor = underNetwork;
+    View3d::BackgroundController m_controller {nullptr};
+    QPointer<View3d::IBackgroundPlan> m_watched;
+    bool m_following = false;
+
+    bool m_loading = false;
+    bool m_told = false;
+    int m_loadingFloor = underNetwork;
+    QString m_source;
+    /** What the loader gets: the source or a copy. */
+    QString m_loadPath;
+    View3d::SizeInfo m_size;
+    std::unique_ptr<QTemporaryDir> m_scratch;
+    std::unique_ptr<QFutureWatcher<QString>> m_copying;
+    /** Connections to the loader end with it. */
+    QPointer<QObject> m_hearing;
+};
+
+} // namespace Torvik::Viewer

@@ -1,0 +1,14 @@
+pragma Singleton
+
+import QtQml 2.12
+
+/** Which files can be laid as plans, for whoever lets the user choose one. */
+QtObject {
+    readonly property var endings: ["png", "jpg", "jpeg", "tif", "tiff", "bmp", "gif", "exif", "pdf", "dxf", "dwg"]
+    /** As a file dialog wants them. */
+    readonly property var nameFilters: [
+        qsTr("Plans (%1)").arg(endings.map(function(ending) { return "*." + ending + " *." + ending.toUpperCase() })
+                                      .join(" ")),
+        qsTr("All files (*)")
+    ]
+}
