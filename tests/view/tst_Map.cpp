@@ -45,11 +45,54 @@ public:
 
 } // namespace
 
-/** The street map under the scene goes with its camera, and the scene with a map that is dragged. */
+/** The street map under the scene: what is painted at a place on earth is seen where the scene has that place. */
 class tst_Map : public QObject {
     Q_OBJECT
 
 private slots:
+    void mapAndSceneCoincideInTheCorners_data()
+    {
+        QTest::addColumn<double>("tilt");
+        QTest::addColumn<double>("heading");
+        QTest::addColumn<double>("distance");
+        for (const double tilt : {0.0}) {
+            for (const double heading : {0.0, 70.0, 180.0, 305.0}) {
+                for (const double distance : {350.0, 3000.0, 40000.0})
+                    QTest::addRow("tilt %g, heading %g, from %g m", tilt, heading, distance)
+                        << tilt << heading << distance;
+            }
+        }
+    }
+    void mapAndSceneCoincideInTheCorners()
+    {
+        QFETCH(double, tilt);
+        QFETCH(double, heading);
+        QFETCH(double, distance);
+        m_painter.hold();
+        // Elsewhere for each row: no tile of the row before serves again, and north of the grid is not that of the map.
+        tie({4.0 + 0.3 * m_row++, 47.68});
+        lookAtGround({310, 0, -120}, tilt, heading, distance);
+        checkCorners(QString("map-%1-%2-%3").arg(tilt).arg(heading).arg(distance));
+    }
+
+    void aLevelThatTheMapRoundsLiesRightToo_data()
+    {
+        QTest::addColumn<double>("beside");
+        QTest::newRow("a little above a whole level") << 0.008;
+        QTest::newRow("a little below a whole level") << -0.008;
+    }
+    void aLevelThatTheMapRoundsLiesRightToo()
+    {
+        QFETCH(double, beside);
+        m_painter.hold();
+        tie({4.0 + 0.3 * m_row++, 47.68});
+        lookAtGround({310, 0, -120}, 0, 70, 3000);
+        const double distance = 3000 * std::exp2(wantedLevel() - std::floor(wantedLevel()) - beside);
+        lookAtGround({310, 0, -120}, 0, 70, distance);
+        QVERIFY(std::abs(wantedLevel() - std::round(wantedLevel()) - beside) < 0.001);
+        checkCorners(QString("map-rounded-%1").arg(beside));
+    }
+
     void aDragOfTheMapTiesTheSceneAnewByItsVector()
     {
         m_painter.paint({}, 17);
@@ -225,10 +268,50 @@ private:
         const QVector3D up = float(std::sin(t)) * QVector3D(0, 1, 0) + float(std::cos(t)) * ahead;
         window().look(centre + float(distance) * back, centre, up);
     }
+    /** Has marks painted at the places in the view's corners and middle, and waits until they are seen there. */
+    void checkCorners(const QString& picture)
+    {
+        QVector<Place> marks;
+        QVector<QPointF> expected;
+        const QSizeF size = window().area()->size();
+        for (const QPointF& at :
+             {QPointF(40, 40), QPointF(size.width() - 40, 40), QPointF(40, size.height() - 60),
+              QPointF(size.width() - 40, size.height() - 60), QPointF(size.width() / 2, size.height() / 2)}) {
+            const QVector3D ground = View3d::Utils3d::pointScreenToWorldGround(
+                float(at.x()), float(at.y()), window().camera(), size.width(), size.height());
+            marks << placeOf(ground);
+            expected << renderedAt(ground);
+        }
+        m_painter.paint(marks, wantedLevel());
+
+        const bool right = QTest::qWaitFor([&] { return worstOffset(expected) < 2.0; }, 20000);
+        window().keep(picture);
+        QVERIFY2(right, qPrintable(QString::number(worstOffset(expected)) + " px"));
+    }
+    /** The pixel at which the scene's renderer draws a point. */
+    QPointF renderedAt(QVector3D point)
+    {
+        const QVector3D at = window().camera()->projectionMatrix() * (window().camera()->viewMatrix() * point);
+        const QSizeF size = window().area()->size();
+        return {(double(at.x()) + 1) / 2 * size.width(), (1 - double(at.y())) / 2 * size.height()};
+    }
+    /** In pixels, of the marks from where they should be seen; large while one is not. */
+    double worstOffset(const QVector<QPointF>& expected)
+    {
+        const QImage picture = window().grab();
+        double worst = 0;
+        for (const QPointF& at : expected) {
+            const QPointF offset = markNear(picture, at, 36) - at;
+            worst = std::max(worst, std::hypot(offset.x(), offset.y()));
+        }
+        return worst;
+    }
+
     Painter m_painter;
     PaintedEndpoints m_endpoints {
         [this](const Map::TileKey& key, const Map::TileServer::Answer& answer) { m_painter.request(key, answer); }};
     SceneWindow* m_window = nullptr;
+    int m_row = 0;
 };
 
 QTEST_MAIN(tst_Map)

@@ -276,7 +276,7 @@ Item {
         screenWidth: scene3d.width
         screenHeight: scene3d.height
         place: Qt.point(map.center.longitude, map.center.latitude)
-        zoomLevel: map.zoomLevel
+        zoomLevel: MapMath.drawnLevel(map.zoomLevel)
         bearing: map.bearing
         adrift: mapContainer.navigationMode || gestureMapTrans.initialCenter !== undefined
     }
@@ -320,6 +320,8 @@ Item {
         }
         function onViewPlusUpVectorChanged() {
             setupAnglesAndViewVecLen()
+            // A camera that jumps comes here last; between its steps the middle of the view may lie askew.
+            setupZoom()
         }
         function onViewCenterChanged() {
             if (scene3d.cameraController.controlPlanes === Torvik3d.CameraController.All) {

@@ -26,6 +26,12 @@ function zoomLevel(latitude, metersPerPixel) {
     return -8 + Math.log(equator * Math.cos(latitude * Math.PI / 180) / metersPerPixel) / Math.LN2
 }
 
+/** The level at which the map draws: QtLocation takes a whole one for those that are nearly whole. */
+function drawnLevel(level) {
+    const whole = Math.round(level)
+    return Math.abs(level - whole) < 0.01 ? whole : level
+}
+
 /** Clockwise from north. */
 function azimuth(metersNorth, metersEast) {
     return 90 - degrees(Math.atan2(metersNorth, metersEast))
