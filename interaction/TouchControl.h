@@ -124,6 +124,7 @@ private:
     Mode m_mode = Translation;
     QPointF m_mouse;
     bool m_moved = false;
+    bool m_dragged = false; ///< further than a tap does
     bool m_holdsCamera = false;
     bool m_selectedByTap = false;
     bool m_allowed = false;

@@ -8,6 +8,8 @@
 #include "scene/Renderable.h"
 #include "scene/SceneRoot.h"
 
+#include <QGuiApplication>
+#include <QStyleHints>
 #include <Qt3DInput/QMouseEvent>
 #include <Qt3DInput/QMouseHandler>
 #include <Qt3DLogic/QFrameAction>
@@ -93,15 +95,20 @@ void TouchControl::onPressedObject(Qt3DRender::QPickEvent* pick)
     }
     if (!m_allowed)
         return;
-    if (m_doubleTapTimer.isActive())
+    const bool second = m_doubleTapTimer.isActive();
+    if (second)
         m_renderable->doubleTapped();
     else
         m_doubleTapTimer.start();
     if (objectDragAllowed())
         takeCamera();
     m_customPicker->disablePick();
+    // What the second tap has put back stays there.
+    if (second && isLabel())
+        return;
     if (m_mode == ScreenTranslation)
         m_screenPoint = pick->position();
+    m_dragged = false;
     const auto point = pointUnder(rounded(pick->position()), dragPlaneNormal());
     if (!point)
         return;
@@ -120,6 +127,11 @@ void TouchControl::frameTriggered(float /*dt*/)
     if (!m_moved)
         return;
     if (m_mode == ScreenTranslation) {
+        // A finger never stands quite still.
+        m_dragged = m_dragged || (m_mouse - m_screenPoint).manhattanLength() >=
+                                     static_cast<qreal>(QGuiApplication::styleHints()->startDragDistance());
+        if (!m_dragged)
+            return;
         moveParent(QVector3D(m_mouse - m_screenPoint), TransformFlags::Manual);
         m_screenPoint = m_mouse;
         return;

@@ -52,6 +52,7 @@ ImageLabel::~ImageLabel()
 void ImageLabel::delayedInit()
 {
     Label::delayedInit();
+    m_enabledBeforeHide = isEnabled();
     LabelBoard::instance().enter(this);
     connect(&LabelsPositionsLoader::instance(), &LabelsPositionsLoader::labelsPositionsReset, this,
             &ImageLabel::updateLabelsPositions);
@@ -64,7 +65,6 @@ void ImageLabel::delayedInit()
     }
     // Also when the size of a pixel is known: a label moved before it was ever shown needs its own size.
     setScreenLineHeight(lineHeight());
-    m_enabledBeforeHide = isEnabled();
     updateLabelsPositions();
     adjustSizeToText();
 }
@@ -143,7 +143,7 @@ void ImageLabel::show(bool shown)
         m_enabledBeforeHide = shown;
     else
         setEnabled(shown);
-    refreshFace();
+    faceIsStale();
 }
 
 void ImageLabel::setScreenLineHeight(float lineHeightPixels)
@@ -175,7 +175,7 @@ void ImageLabel::adjustSizeToText()
         adjustWidthToHeight();
     else
         onParentVisibilityChanged(false);
-    refreshFace();
+    faceIsStale();
 }
 
 void ImageLabel::adjustWidthToHeight()
@@ -201,7 +201,7 @@ void ImageLabel::onFontChanged()
 void ImageLabel::setBackgroundColor(QColor const& color)
 {
     m_backgroundColor = color;
-    refreshFace();
+    faceIsStale();
 }
 
 void ImageLabel::onParentVisibilityChanged(bool visible)
@@ -218,13 +218,13 @@ void ImageLabel::onParentVisibilityChanged(bool visible)
 void ImageLabel::addMesh()
 {
     m_mesh = true;
-    refreshFace();
+    faceIsStale();
 }
 
 void ImageLabel::removeMesh()
 {
     m_mesh = false;
-    refreshFace();
+    faceIsStale();
 }
 
 QSizeF ImageLabel::pixels() const
@@ -295,6 +295,8 @@ void ImageLabel::move(QVector3D screenDiff, MeasurementType /*flags*/)
     m_customPosition = true;
     setPosition(m_screenPosition + screenDiff.toPointF(), LabelPlacement::rowsAbove);
     LabelsPositionsLoader::instance().storeLabelPosition(m_positionKey, m_storedOffset);
+    // Others get the room that it left, or lose that which it takes.
+    LabelBoard::instance().schedule();
 }
 
 void ImageLabel::doubleTapped()
@@ -302,6 +304,7 @@ void ImageLabel::doubleTapped()
     m_customPosition = false;
     LabelsPositionsLoader::instance().removeLabelPosition(m_positionKey);
     setPosition(noPosition(), LabelPlacement::rowsAbove);
+    LabelBoard::instance().schedule();
 }
 
 void ImageLabel::updateLabelsPositions()
@@ -332,6 +335,16 @@ void ImageLabel::setFace(LabelFace* face)
         m_face->setEnabled(false);
     m_face = face;
     refreshFace();
+}
+
+void ImageLabel::faceIsStale()
+{
+    if (!m_face)
+        return;
+    if (!isShown())
+        m_face->setEnabled(false);
+    // Text, font and size mostly change together; they are painted once, at the next look at the screen.
+    LabelBoard::instance().schedule();
 }
 
 void ImageLabel::refreshFace()

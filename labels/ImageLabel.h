@@ -107,6 +107,7 @@ private:
     void onParentRotation(const QQuaternion& rotation);
     void apply(const LabelPlacement::View& view, const LabelPlacement::Placed& placed);
     void placeFace(const LabelPlacement::View& view);
+    void faceIsStale();
     void refreshFace();
     float lineHeight() const;
     QSizeF pixels() const;

@@ -59,6 +59,7 @@ LabelBoard::LabelBoard()
     connect(&router, &LabelsSignalRouter::showLabels, this, &LabelBoard::showLabels);
     connect(GlobalNav::instance(), &GlobalNav::labelsVisibleChanged, this, &LabelBoard::schedule);
     connect(&LabelsPositionsLoader::instance(), &LabelsPositionsLoader::labelsPositionsReset, this, [this] {
+        closeGaps();
         for (NameTag* const tag : qAsConst(m_tags))
             tag->lookUpStoredPosition();
         schedule();
@@ -68,20 +69,38 @@ LabelBoard::LabelBoard()
 void LabelBoard::watch(SceneRoot* root, Qt3DRender::QCamera* camera)
 {
     if (m_root != root) {
+        // One that goes must not take the camera of the one that came.
+        if (!camera)
+            return;
+        leaveRoot();
         m_root = root;
         connect(root, &SceneRoot::sceneHeightChanged, this, &LabelBoard::schedule);
         connect(root, &SceneRoot::sceneWidthChanged, this, &LabelBoard::schedule);
     }
+    auto* const router = &LabelsSignalRouter::instance();
+    if (m_camera && m_camera != camera)
+        disconnect(m_camera, nullptr, router, nullptr);
     m_camera = camera;
     if (!camera)
         return;
-    auto* const router = &LabelsSignalRouter::instance();
     connect(camera, &Qt3DRender::QCamera::viewMatrixChanged, router, &LabelsSignalRouter::onLabelPositionChanged,
             Qt::UniqueConnection);
     connect(camera, &Qt3DRender::QCamera::viewVectorChanged, router, &LabelsSignalRouter::onLabelPositionChanged,
             Qt::UniqueConnection);
     connect(camera, &Qt3DRender::QCamera::projectionMatrixChanged, router, &LabelsSignalRouter::onLabelPositionChanged,
             Qt::UniqueConnection);
+}
+
+void LabelBoard::leaveRoot()
+{
+    if (m_root)
+        disconnect(m_root, nullptr, this, nullptr);
+    for (ImageLabel* const label : qAsConst(m_labels))
+        label->setFace(nullptr);
+    m_drawn.clear();
+    m_waiting.clear();
+    m_freeFaces.clear();
+    delete m_overlay;
 }
 
 SceneRoot* LabelBoard::root() const
@@ -130,11 +149,29 @@ void LabelBoard::remove(NameTag* tag)
     m_waiting.erase(std::remove(m_waiting.begin(), m_waiting.end(), tag), m_waiting.end());
     if (m_drawn.removeOne(tag) && tag->liveLabel())
         takeFaceFrom(tag->liveLabel());
-    // The last one takes its place.
-    m_tags.last()->place = tag->place;
-    std::swap(m_tags[tag->place], m_tags.last());
-    m_tags.removeLast();
+    // Those behind it keep their order, which says who gets room first.
+    m_tags[tag->place] = nullptr;
+    ++m_gaps;
     tag->place = -1;
+    if (tagCount() == 0)
+        closeGaps();
+}
+
+void LabelBoard::closeGaps()
+{
+    if (m_gaps == 0)
+        return;
+    m_tags.removeAll(nullptr);
+    m_gaps = 0;
+    for (int i = 0; i < m_tags.size(); ++i)
+        m_tags.at(i)->place = i;
+}
+
+void LabelBoard::enter(ImageLabel* label)
+{
+    m_labels.insert(label);
+    if (m_hidden)
+        label->hideForMove();
 }
 
 void LabelBoard::leave(ImageLabel* label)
@@ -152,13 +189,15 @@ void LabelBoard::takeFaceFrom(ImageLabel* label)
 
 void LabelBoard::schedule()
 {
-    if (!m_soon.isActive() && !m_tags.isEmpty())
+    if (!m_soon.isActive() && tagCount() > 0)
         m_soon.start();
 }
 
 void LabelBoard::hideLabels()
 {
     m_hidden = true;
+    // showLabels() looks anew who waits.
+    m_drawNext.stop();
     if (m_overlay)
         m_overlay->setEnabled(false);
     for (ImageLabel* const label : qAsConst(m_labels))
@@ -211,6 +250,7 @@ void LabelBoard::arrange()
     const auto present = view();
     if (!present || m_hidden)
         return;
+    closeGaps();
     const QVector<NameTag*> next = chosen(*present);
     ++m_round;
     for (NameTag* const tag : next)

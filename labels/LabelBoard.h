@@ -57,7 +57,7 @@ public:
     void add(NameTag* tag);
     void remove(NameTag* tag);
     /** A label that hangs in the scene. */
-    void enter(ImageLabel* label) { m_labels.insert(label); }
+    void enter(ImageLabel* label);
     /** It goes; takes back what it was lent. */
     void leave(ImageLabel* label);
     /** Looks at all tags again soon. */
@@ -71,7 +71,7 @@ public:
 
     /** The label under a position on the screen; it is kept from now on. Null when there is none. */
     ImageLabel* labelAt(const QPointF& pixel) const;
-    int tagCount() const { return m_tags.size(); }
+    int tagCount() const { return m_tags.size() - m_gaps; }
     int drawnCount() const { return m_drawn.size(); }
     /** Faces that were ever needed at a time; none is given back to the renderer. */
     int faceCount() const { return m_faceCount; }
@@ -79,6 +79,8 @@ public:
 private:
     LabelBoard();
 
+    void leaveRoot();
+    void closeGaps();
     void hideLabels();
     void showLabels();
     QVector<NameTag*> chosen(const LabelPlacement::View& view) const;
@@ -91,7 +93,8 @@ private:
 
     QPointer<SceneRoot> m_root;
     QPointer<Qt3DRender::QCamera> m_camera;
-    QVector<NameTag*> m_tags;
+    QVector<NameTag*> m_tags; ///< in the order of their coming; null where one has gone
+    int m_gaps = 0;
     QVector<NameTag*> m_drawn;
     QSet<ImageLabel*> m_labels;
     std::deque<NameTag*> m_waiting; ///< for a face

@@ -104,6 +104,9 @@ void LabelsPositionsLoader::saveLabelsPositionsForPreviousProject()
     // Also without positions: a reset after this must not touch the file of the project that was left.
     const QString path = std::exchange(m_filePath, {});
     if (path.isEmpty()) {
+        // What was moved in a project without a file must not get into the file of the next one.
+        m_positions.clear();
+        m_moved = false;
         return;
     }
     if (m_positions.isEmpty()) {

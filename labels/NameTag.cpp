@@ -10,17 +10,6 @@
 
 namespace Torvik::View3d {
 
-namespace {
-
-/** Width by height of a letter of the default font, in which all are as wide. */
-float aspectOfLetter()
-{
-    static const float aspect = aspectOf(QStringLiteral("0"), Label::defaultFont());
-    return aspect;
-}
-
-} // namespace
-
 NameTag::NameTag(Renderable& owner, Rank rank)
     : m_owner(owner)
     , m_font(Label::defaultFont())
@@ -39,7 +28,7 @@ NameTag::~NameTag()
 void NameTag::enroll()
 {
     // A nameless object never has a label to be seen.
-    if (place >= 0 || m_text.isEmpty())
+    if (place >= 0 || m_blank)
         return;
     auto& board = LabelBoard::instance();
     board.add(this);
@@ -95,6 +84,8 @@ void NameTag::setText(const QString& text)
     if (m_text == text)
         return;
     m_text = text;
+    m_blank = text.trimmed().isEmpty();
+    m_aspect = unknown;
     enroll();
     if (m_label) {
         m_label->setText(text);
@@ -106,8 +97,10 @@ void NameTag::setText(const QString& text)
 void NameTag::setFont(const QFont& font)
 {
     m_font = font;
+    m_aspect = unknown;
     if (m_label)
         m_label->setFont(font);
+    LabelBoard::instance().schedule();
 }
 
 void NameTag::setMultiline(bool multiline)
@@ -165,7 +158,7 @@ void NameTag::setOwnerVisible(bool visible)
 bool NameTag::wantsRoom() const
 {
     // One that waits for its removal is disabled.
-    return !m_text.isEmpty() && m_visible && m_ownerVisible && m_owner.isEnabled() &&
+    return !m_blank && m_visible && m_ownerVisible && m_owner.isEnabled() &&
            (!m_commonSwitch || GlobalNav::instance()->labelsVisible());
 }
 
@@ -188,8 +181,9 @@ QVector3D NameTag::anchor() const
 
 float NameTag::aspect() const
 {
-    return m_font == Label::defaultFont() ? aspectOfLetter() * static_cast<float>(m_text.size())
-                                          : aspectOf(m_text, m_font);
+    if (m_aspect < 0.0F)
+        m_aspect = aspectOf(m_text, m_font);
+    return m_aspect;
 }
 
 std::optional<QRectF> NameTag::coverage(const LabelPlacement::View& view) const

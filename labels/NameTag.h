@@ -75,6 +75,8 @@ private:
     QVector3D anchor() const;
     float aspect() const;
 
+    static constexpr float unknown = -1.0F;
+
     Renderable& m_owner;
     QPointer<ImageLabel> m_label;
     QMetaObject::Connection m_ownerMoves;
@@ -84,7 +86,9 @@ private:
     QVector3D m_offset;
     std::optional<QVector3D> m_storedOffset;
     Rank m_rank;
+    mutable float m_aspect = unknown; ///< measured when it is asked for: measuring takes longer than all the rest
     bool m_set = false;
+    bool m_blank = true;
     bool m_multiline = false;
     bool m_visible = true;
     bool m_ownerVisible = true;

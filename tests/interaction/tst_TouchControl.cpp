@@ -115,6 +115,7 @@ private slots:
     void aSectionWithoutArrowsMovesAllTheSame();
     void aControlThatGoesLeavesNothing();
     void aLabelIsDraggedInPixels();
+    void aTapIsNoDragOfALabel();
     void everyPressWithin400MsOfTheFirstIsADoubleTap();
     void aPressSelectsAndTakesTheModeOfNavigation();
     void theModeOfNavigationReachesTheSelectedOnly();
@@ -442,6 +443,32 @@ void tst_TouchControl::aLabelIsDraggedInPixels()
     SelectionAwareness::instance().selectOne(m_thing->guid());
     GlobalNav::instance()->setTranslateMode(false);
     QCOMPARE(m_control->mode(), TouchControlBase::ScreenTranslation);
+}
+
+void tst_TouchControl::aTapIsNoDragOfALabel()
+{
+    make(labelType);
+    press({300, 200});
+    moveTo({303, 203});
+    frame();
+    QVERIFY(m_thing->moves.isEmpty());
+    // Nothing of the way is lost.
+    moveTo({320, 203});
+    frame();
+    moveTo({319, 203});
+    frame();
+    QCOMPARE(m_thing->moves, (QVector<QVector3D> {{20, 3, 0}, {-1, 0, 0}}));
+    m_control->finishGesture();
+
+    m_thing->moves.clear();
+    press({319, 203});
+    QCOMPARE(m_thing->taps, 1);
+    QVERIFY(!m_controller->isEnabled());
+    moveTo({350, 250});
+    frame();
+    QVERIFY(m_thing->moves.isEmpty());
+    m_control->finishGesture();
+    QVERIFY(m_controller->isEnabled());
 }
 
 void tst_TouchControl::everyPressWithin400MsOfTheFirstIsADoubleTap()

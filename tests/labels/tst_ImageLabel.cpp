@@ -44,6 +44,7 @@ private slots:
     void aMovedLabelIsDrawnThoughItsObjectIsOffTheScreen();
     void aPositionThatMeansNoneIsNone();
     void labelsHideWhileTheViewMoves();
+    void nothingIsMadeOrShownWhileTheViewMoves();
     void whatIsSwitchedWhileTheViewMovesCountsAtRest();
     void aLabelFollowsItsObject();
     void aHiddenObjectHasAHiddenLabel();
@@ -60,7 +61,9 @@ private slots:
     void facesAreBoundedAndReused();
     void labelsThatWouldBeAHeapAreLeftOut();
     void anObjectThatGoesTakesItsLabelAlong();
+    void anObjectThatGoesLeavesTheOrderOfTheOthers();
     void aSecondSceneTakesOver();
+    void aSecondSceneTakesOverFromALivingOne();
 
 private:
     Node* nodeAt(const QString& name, const QVector3D& place)
@@ -280,6 +283,11 @@ void tst_ImageLabel::aNamelessObjectHasNoLabelToBeSeen()
     QVERIFY(shown(node));
     QCOMPARE(told.count(), 1);
 
+    Node* const blank = nodeAt(" \t", {3, 0, 0});
+    rest();
+    QVERIFY(!blank->findChild<ImageLabel*>());
+    QCOMPARE(LabelBoard::instance().drawnCount(), 1);
+
     node->setName("");
     rest();
     QVERIFY(!shown(node));
@@ -412,6 +420,33 @@ void tst_ImageLabel::labelsHideWhileTheViewMoves()
     QTRY_VERIFY(label->isEnabled());
     QVERIFY(clock.elapsed() >= 490);
     QCOMPARE(LabelBoard::instance().labelAt(label->coverage().center()), label);
+}
+
+void tst_ImageLabel::nothingIsMadeOrShownWhileTheViewMoves()
+{
+    for (int i = 0; i < 60; ++i)
+        nodeAt(QString("N%1").arg(i), QVector3D(i % 8 - 4, 0, i / 8 - 4) * 2);
+    Node* const asked = nodeAt("ASKED", {30, 0, 30});
+    LabelBoard::instance().arrange();
+    const int paintings = PaintedTextureText::paintings();
+
+    // Some labels were still to come.
+    m_camera->setPosition({0, 340, 0});
+    QTest::qWait(150);
+    for (int i = 0; i < 50; ++i)
+        m_camera->setPosition({0, 340.0F - static_cast<float>(i), 0});
+    ImageLabel* const label = labelOf(asked);
+    QTest::qWait(150);
+
+    QVERIFY(LabelBoard::instance().isHidden());
+    QVERIFY(!label->isEnabled());
+    QCOMPARE(m_scene->root->findChildren<ImageLabel*>().size(), 1);
+    QCOMPARE(PaintedTextureText::paintings(), paintings);
+
+    rest();
+    QVERIFY(label->isEnabled());
+    QVERIFY(LabelBoard::instance().drawnCount() > 10);
+    QVERIFY(PaintedTextureText::paintings() > paintings);
 }
 
 void tst_ImageLabel::whatIsSwitchedWhileTheViewMovesCountsAtRest()
@@ -666,6 +701,17 @@ void tst_ImageLabel::nothingIsPaintedTwice()
     node->setName("AB");
     rest();
     QCOMPARE(PaintedTextureText::paintings(), atFirst + 2);
+
+    GlobalNav::instance()->setManholeFullInfoVisible(true);
+    rest();
+    QCOMPARE(PaintedTextureText::paintings(), atFirst + 3);
+    node->setName("ABC");
+    rest();
+    QCOMPARE(PaintedTextureText::paintings(), atFirst + 4);
+    GlobalNav::instance()->setManholeFullInfoVisible(false);
+    rest();
+    QCOMPARE(PaintedTextureText::paintings(), atFirst + 5);
+    QVERIFY(shown(node));
 }
 
 void tst_ImageLabel::facesAreBoundedAndReused()
@@ -698,12 +744,19 @@ void tst_ImageLabel::labelsThatWouldBeAHeapAreLeftOut()
     QVERIFY(!shown(first));
     QVERIFY(!shown(second));
 
+    // Also without any change of the view.
     drag(labelOf(moved), QVector3D(300, 200, 0));
-    look({0, 0, 0}, 340.0F);
+    rest();
     QVERIFY(shown(moved));
     QVERIFY(shown(first));
     QVERIFY(!shown(second));
 
+    labelOf(moved)->doubleTapped();
+    rest();
+    QVERIFY(shown(first));
+    QVERIFY(!shown(moved));
+
+    drag(labelOf(moved), QVector3D(300, 200, 0));
     look({0, 0, 0}, 10.0F);
     QVERIFY(shown(second));
 }
@@ -727,6 +780,48 @@ void tst_ImageLabel::anObjectThatGoesTakesItsLabelAlong()
     QVERIFY(labelOf(next));
     rest();
     QVERIFY(shown(next));
+}
+
+void tst_ImageLabel::anObjectThatGoesLeavesTheOrderOfTheOthers()
+{
+    Node* const gone = nodeAt("GONE", {20, 0, 20});
+    Node* const first = nodeAt("FIRST", {0, 0, 0});
+    Node* const second = nodeAt("SECOND", {0.1F, 0, 0});
+    rest();
+    QVERIFY(shown(first) && !shown(second));
+
+    delete gone;
+    QCOMPARE(LabelBoard::instance().tagCount(), 2);
+    look({0, 0, 0}, 340.0F);
+
+    QVERIFY(shown(first) && !shown(second));
+    delete first;
+    look({0, 0, 0}, 350.0F);
+    QVERIFY(shown(second));
+}
+
+void tst_ImageLabel::aSecondSceneTakesOverFromALivingOne()
+{
+    Node* const node = nodeAt("A", {0, 0, 0});
+    rest();
+    ImageLabel* const label = labelOf(node);
+    Qt3DRender::QCamera camera;
+    camera.lens()->setPerspectiveProjection(3.0F, 1000.0F / 700.0F, 1.0F, 10000.0F);
+    {
+        SceneRoot other;
+        other.setSceneWidth(1000.0);
+        other.setSceneHeight(700.0);
+        LabelBoard::instance().watch(&other, &camera);
+        QVERIFY(!label->face());
+        // What the scene that was left does concerns nobody.
+        LabelBoard::instance().watch(m_scene->root.get(), nullptr);
+        QVERIFY(LabelBoard::instance().view());
+        m_camera->setPosition({0, 340, 0});
+        QVERIFY(!LabelBoard::instance().isHidden());
+    }
+    LabelBoard::instance().watch(m_scene->root.get(), m_camera.get());
+    look({0, 0, 0}, 330.0F);
+    QVERIFY(shown(node));
 }
 
 void tst_ImageLabel::aSecondSceneTakesOver()

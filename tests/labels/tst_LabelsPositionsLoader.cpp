@@ -76,6 +76,19 @@ private slots:
         QCOMPARE(labelPositionsFromJson(LabelFile(project).read()), (LabelPositions {{key, moved}}));
     }
 
+    void whatWasMovedWithoutAFileStaysOutOfTheNextOne()
+    {
+        TestProject project;
+        loader().storeLabelPosition("elsewhere", moved);
+
+        loader().saveLabelsPositionsForPreviousProject();
+        loader().readLabelsPositionsForProject(project.project());
+        loader().storeLabelPosition(key, moved);
+        loader().saveLabelsPositionsForPreviousProject();
+
+        QCOMPARE(labelPositionsFromJson(LabelFile(project).read()), (LabelPositions {{key, moved}}));
+    }
+
     void withoutAMoveThereIsNoFile()
     {
         TestProject project;

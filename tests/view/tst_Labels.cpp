@@ -33,6 +33,7 @@ private slots:
     void noPipeHidesALabel();
     void aFingerDragsALabelAndTheCameraStays();
     void aDragSurvivesClosingAndOpening();
+    void aTapThatTremblesMovesNothing();
     void aSecondTapPutsTheLabelBack();
     void aTapOnALabelSelectsNothingAndDeselectsNothing();
     void aPressThroughThePointerReachesTheManhole();
@@ -261,6 +262,21 @@ void tst_Labels::aDragSurvivesClosingAndOpening()
     QVERIFY2(different < 400, qPrintable(QString::number(different)));
 }
 
+void tst_Labels::aTapThatTremblesMovesNothing()
+{
+    const QRect before = areaOf(labelOf(m_a));
+
+    m_view->drag(before.center(), before.center() + QPoint(2, 1));
+
+    QVERIFY(!labelOf(m_a)->hasCustomPosition());
+    QCOMPARE(areaOf(labelOf(m_a)), before);
+    QVERIFY(m_view->controller()->property("enabled").toBool());
+    m_project->reopen();
+    QVERIFY(!QFile::exists(m_project->path() + "/labelPosition.json"));
+    m_a.reset();
+    m_b.reset();
+}
+
 void tst_Labels::aSecondTapPutsTheLabelBack()
 {
     const QRect place = areaOf(labelOf(m_a));
@@ -272,12 +288,18 @@ void tst_Labels::aSecondTapPutsTheLabelBack()
     m_view->frames(2);
     QTest::mouseRelease(m_view->window(), Qt::LeftButton, {}, m_view->inWindow(there));
     m_view->frames(2);
+    // However far the finger slides before it leaves the screen.
     QTest::mousePress(m_view->window(), Qt::LeftButton, {}, m_view->inWindow(there));
     m_view->frames(2);
-    QTest::mouseRelease(m_view->window(), Qt::LeftButton, {}, m_view->inWindow(there));
+    QTest::mouseMove(m_view->window(), m_view->inWindow(there + QPoint(2, 1)));
+    m_view->frames(2);
+    QTest::mouseMove(m_view->window(), m_view->inWindow(there + QPoint(20, 15)));
+    m_view->frames(2);
+    QTest::mouseRelease(m_view->window(), Qt::LeftButton, {}, m_view->inWindow(there + QPoint(20, 15)));
     m_view->frames(4);
 
     QVERIFY(!labelOf(m_a)->hasCustomPosition());
+    QVERIFY(m_view->controller()->property("enabled").toBool());
     QCOMPARE(areaOf(labelOf(m_a)), place);
     const QString a = m_a->id();
     m_project->reopen();
