@@ -9,6 +9,18 @@ scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 mkdir -p "$pictures"
 
+# What takes a hand on the screen is painted by the tests that have one.
+labels() {
+    KX_KEEP_PICTURES=$scratch "$top/test.sh" Labels
+    cp "$scratch/label-with-pointer.png" "$pictures/label-dragged.png"
+    cp "$scratch/label-lines.png" "$pictures/label-lines.png"
+}
+# "labels" alone makes those only.
+if [ "${1:-}" = labels ]; then
+    labels
+    exit
+fi
+
 "$top/run.sh" --screenshot "$pictures/sample-3d.png" --view 3d --size 1200x700
 "$top/run.sh" --screenshot "$pictures/window.png" --view 3d --whole-window --size 1200x750
 "$top/run.sh" --go-to QW2 --view 3d --distance 900 --size 800x500 --screenshot "$pictures/bends.png"
@@ -27,9 +39,9 @@ for picture in 1 2 3 4; do
     "$top/run.sh" "$scratch/measured" --inspect BEND --replay "$scratch/part.csv" --real-time \
         --go-to M --view 3d --distance 380 --size 640x380 --screenshot "$pictures/measuring-$picture.png"
 done
-# What takes a hand on the screen is painted by the test that has one.
 KX_KEEP_PICTURES=$scratch "$top/test.sh" HandWork
 cp "$scratch/connection-shown.png" "$pictures/connection-preview.png"
+labels
 if [ -n "${NETWORK:-}" ]; then
     with=()
     [ -z "${INSPECTIONS:-}" ] || with=(--with "$INSPECTIONS")

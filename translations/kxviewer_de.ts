@@ -232,6 +232,14 @@
         <translation>Namen</translation>
     </message>
     <message>
+        <source>Manhole info</source>
+        <translation>Schachtdaten</translation>
+    </message>
+    <message>
+        <source>Labels back</source>
+        <translation>Namen zurück</translation>
+    </message>
+    <message>
         <source>Picture</source>
         <translation>Bild</translation>
     </message>

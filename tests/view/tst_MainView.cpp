@@ -8,6 +8,7 @@
 #include "scene/SceneRoot.h"
 #include "view/FakeViewer.h"
 
+#include <QFile>
 #include <QQmlApplicationEngine>
 #include <QQmlContext>
 #include <QQuickItem>
@@ -357,6 +358,36 @@ private slots:
 
         click("gridButton");
         QTRY_VERIFY(root->gridVisible());
+    }
+
+    void namesOfManholesGetAndLoseTheirInformation()
+    {
+        start();
+        auto* const nav = GlobalNav::instance();
+        nav->setManholeFullInfoVisible(false);
+
+        click("manholeInfoButton");
+        QTRY_VERIFY(nav->manholeFullInfoVisible());
+        click("manholeInfoButton");
+        QTRY_VERIFY(!nav->manholeFullInfoVisible());
+    }
+
+    void aButtonPutsAllLabelsBack()
+    {
+        TestProject project;
+        const QString path = project.path() + "/labelPosition.json";
+        {
+            QFile file(path);
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(R"({"a": {"x": 0.004, "y": -0.006, "z": 0}})");
+        }
+        start();
+        GlobalNav::instance()->setLabelsVisible(true);
+        project.activate();
+
+        click("labelsBackButton");
+
+        QTRY_VERIFY(!QFile::exists(path));
     }
 
     void closingTheProjectResetsTheCamera()

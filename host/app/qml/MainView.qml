@@ -149,6 +149,18 @@ Rectangle {
                     onClicked: GlobalNav.labelsVisible = !GlobalNav.labelsVisible
                 }
                 ToolButton {
+                    objectName: "manholeInfoButton"
+                    text: qsTr("Manhole info")
+                    on: GlobalNav.manholeFullInfoVisible
+                    onClicked: GlobalNav.manholeFullInfoVisible = !GlobalNav.manholeFullInfoVisible
+                }
+                ToolButton {
+                    objectName: "labelsBackButton"
+                    text: qsTr("Labels back")
+                    enabled: GlobalNav.labelsVisible
+                    onClicked: GlobalNav.resetLabelsPositions()
+                }
+                ToolButton {
                     objectName: "pictureButton"
                     text: qsTr("Picture")
                     enabled: viewer.projectOpen
