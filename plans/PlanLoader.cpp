@@ -94,6 +94,8 @@ void PlanLoader::loadPlan(QString fullPath)
         return;
     connectCommon(m_plan);
     connect(m_plan, &IBackgroundPlan::fileCorrupted, this, &PlanLoader::processsAfterCorrupted);
+    // Not every kind tells a cancellation after that, and nobody else knows the plan.
+    connect(m_plan, &IBackgroundPlan::fileCorrupted, m_plan, &QObject::deleteLater);
     connect(m_plan, &IBackgroundPlan::backgroundLoadingFinished, this, &PlanLoader::processAfterLoaded);
     m_plan->load();
 }
@@ -136,8 +138,11 @@ IBackgroundPlan* PlanLoader::release()
 {
     IBackgroundPlan* const plan = m_plan;
     m_plan.clear();
-    if (plan)
-        disconnect(plan, &QObject::destroyed, this, nullptr);
+    if (!plan)
+        return nullptr;
+    disconnect(plan, &QObject::destroyed, this, nullptr);
+    // What was under way when the load ended must not be handed on: the plan may be about to be deleted.
+    disconnect(plan, &IBackgroundPlan::backgroundLoadingFinished, this, nullptr);
     return plan;
 }
 

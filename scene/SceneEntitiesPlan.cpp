@@ -57,6 +57,7 @@ void SceneEntities::setBackgroundPlan(IBackgroundPlan* plan)
 {
     if (m_backgroundPlan == plan)
         return;
+    const bool wasLocked = m_backgroundPlan && m_backgroundPlan->isLocked();
     if (IBackgroundPlan* const old = std::exchange(m_backgroundPlan, plan)) {
         letGo(old);
         old->deleteLater();
@@ -69,6 +70,10 @@ void SceneEntities::setBackgroundPlan(IBackgroundPlan* plan)
         showAsTheViewDoes(plan);
         connect(GlobalNav::instance(), &GlobalNav::viewTypeChanged, plan, [plan] { showAsTheViewDoes(plan); });
     }
+    const bool locked = plan && plan->isLocked();
+    SceneRoot* const root = SceneRoot::instance();
+    if (root && wasLocked != locked)
+        emit root->planLayerLockChanged(locked);
     emit planLoadedChanged();
 }
 
@@ -114,9 +119,9 @@ void SceneEntities::deleteBackgroundPlan()
 void SceneEntities::saveBackgroundPlan() const
 {
     const QString path = getProjectPathOrEmptyString();
-    // When the next project is active before this one has left, its own plan must not be written over.
-    const bool ofAnother = !m_planProjectPath.isEmpty() && m_planProjectPath != path;
-    if (!path.isEmpty() && m_backgroundPlan && !ofAnother)
+    // When the next project is active before this one has left, or a plan was laid while none was open, the project's
+    // own plan must not be written over.
+    if (!path.isEmpty() && m_backgroundPlan && m_planProjectPath == path)
         m_backgroundPlan->savePlanFile(path);
 }
 

@@ -113,6 +113,8 @@ private slots:
         QTest::addColumn<QString>("type");
         for (const char* name : {"a.jpg", "A.JPEG", "a.gif", "a.exif", "a.tiff", "a.bmp", "a.Png", "a.dxf.png"})
             QTest::newRow(name) << name << "imagebackground";
+        for (const char* name : {"a.pdf", "A.PDF"})
+            QTest::newRow(name) << name << "pdfimagebackground";
         for (const char* name : {"a.dxf", "A.DWG", "a.png.dxf"})
             QTest::newRow(name) << name << "dxfbackground";
         for (const char* name : {"a.tif", "a.txt", "png", "a"})
@@ -201,6 +203,32 @@ private slots:
 
         QCOMPARE(heard.lines, (QStringList {"loading", "cancelled", "idle", "cancelled", "idle"}));
         QCOMPARE(m_root->findChildren<BackgroundImage*>().size(), 0);
+    }
+
+    void aPictureThatWasReadyWhenItIsCancelledNeverComes()
+    {
+        PlanLoader& loader = *m_root->planLoader();
+        Heard heard(&loader);
+        loader.loadPlan(picture("ready.png"));
+        // Decoded by now, and not told yet.
+        QThread::msleep(300);
+
+        loader.cancel();
+        QTest::qWait(50);
+
+        QCOMPARE(heard.lines, (QStringList {"loading", "cancelled", "idle", "cancelled", "idle"}));
+    }
+
+    void aPlanThatWasFoundBrokenGoes()
+    {
+        PaperLoader loader;
+        loader.loadPlan(broken("some.paper"));
+
+        emit loader.plan->fileCorrupted(CErrorCode(0x150201U));
+        QVERIFY(!loader.planLoading());
+        deleteWhatIsToBeDeleted();
+
+        QVERIFY(!loader.plan);
     }
 
     void whatAPlanTellsIsForwarded()

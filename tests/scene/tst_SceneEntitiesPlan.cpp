@@ -3,6 +3,7 @@
 #include "network/LowestManholeTracker.h"
 #include "network/Node.h"
 #include "plans/PaperPlan.h"
+#include "plans/PlanSettingsIO.h"
 #include "scene/GlobalNav.h"
 #include "scene/SceneEntities.h"
 
@@ -89,7 +90,8 @@ private slots:
     void thePlanLiesJustBelowTheLowestObject()
     {
         m_project->activate();
-        m_project->addNode(QStringLiteral("A"), QStringLiteral("POINT ZM(570000 5830000 40 16)"), {{"OBJ_DepthToInvert", 3.0}});
+        m_project->addNode(QStringLiteral("A"), QStringLiteral("POINT ZM(570000 5830000 40 16)"),
+                           {{"OBJ_DepthToInvert", 3.0}});
         QCoreApplication::processEvents();
         const float lowest = LowestManholeTracker::instance()->getCurrentLowestY();
         QVERIFY(lowest < -1.0F);
@@ -109,7 +111,8 @@ private slots:
         const QString before = storedPlan(m_project->project()->projectPath());
         QVERIFY(!before.isEmpty());
 
-        m_project->addNode(QStringLiteral("A"), QStringLiteral("POINT ZM(570000 5830000 40 16)"), {{"OBJ_DepthToInvert", 3.0}});
+        m_project->addNode(QStringLiteral("A"), QStringLiteral("POINT ZM(570000 5830000 40 16)"),
+                           {{"OBJ_DepthToInvert", 3.0}});
         QCoreApplication::processEvents();
 
         QCOMPARE(plan->position().y(), LowestManholeTracker::instance()->getCurrentLowestY() - 0.0001F);
@@ -176,6 +179,40 @@ private slots:
 
         QCOMPARE(storedPlan(next.project()->projectPath()), QString());
         AppState::instance().setActiveProject({});
+    }
+
+    void aPlanLaidWithoutAProjectIsNotStoredOverThatOfTheNext()
+    {
+        m_project->addNode(QStringLiteral("A"), QStringLiteral("POINT ZM(570000 5830000 40 16)"),
+                           {{"OBJ_DepthToInvert", 3.0}});
+        const QString path = m_project->project()->projectPath();
+        QVERIFY(PlanSettingsIO::savePlanFile(path, Qt3DCore::QTransform(), path + "own.png", {}));
+        const QString own = storedPlan(path);
+        QVERIFY(own.contains("own.png"));
+        auto* const plan = new PaperPlan(m_root.get());
+        entities().setBackgroundPlan(plan);
+
+        m_project->activate();
+        QCoreApplication::processEvents();
+        entities().saveBackgroundPlan();
+
+        QCOMPARE(storedPlan(path), own);
+    }
+
+    void theLockButtonIsReleasedWithTheLockedPlan()
+    {
+        auto* const locked = new PaperPlan(m_root.get());
+        entities().setBackgroundPlan(locked);
+        m_root->setPlanLayerLock(true);
+        QVERIFY(m_root->planLayerLock());
+        QSignalSpy told(m_root.get(), &SceneRoot::planLayerLockChanged);
+
+        entities().setBackgroundPlan(new PaperPlan(m_root.get()));
+        QCOMPARE(told, (QList<QVariantList> {{false}}));
+        m_root->setPlanLayerLock(true);
+        entities().deleteBackgroundPlan();
+
+        QCOMPARE(told, (QList<QVariantList> {{false}, {true}, {false}}));
     }
 
     void aPlanShowsAsTheLayerDoes()
