@@ -26,18 +26,6 @@ void log(Logging::LogLevel level, const QString& message)
     Logging::CLogger::logMessage(level, QStringLiteral("Torvik::BackgroundImagePdf"), message);
 }
 
-QString freeName(const QString& path, const QString& addition)
-{
-    const QFileInfo file(path);
-    for (int i = 1;; ++i) {
-        const QString name =
-            QStringLiteral("%1/%2%3%4.%5")
-                .arg(file.path(), file.completeBaseName(), addition, QString::number(i), file.suffix());
-        if (!QFile::exists(name))
-            return name;
-    }
-}
-
 /** Without a place for the picture the converter could only fail, and the PDF would be gone. */
 bool hasPlaceForPicture(const QString& projectPath, const QString& folder)
 {
@@ -67,7 +55,10 @@ BackgroundImagePdf::~BackgroundImagePdf()
         }
         delete m_process;
     }
-    giveBackPictureBefore(false);
+    if (m_converted)
+        giveBackPictureBefore(true);
+    else
+        onConversionFailed();
 }
 
 QString BackgroundImagePdf::renderableType() const
@@ -112,14 +103,15 @@ void BackgroundImagePdf::convertPdfToPng(const QString& pdfPath, const QString& 
     }
     if (!hasPlaceForPicture(projectPath, QFileInfo(m_png).path())) {
         log(Logging::LogWarning, QStringLiteral("No place for the picture of %1: %2").arg(pdfPath, m_png));
-        QTimer::singleShot(0, this, [this] { emit pdfConverterProblem(createErrorCode(ConverterFailed)); });
+        tellConverterProblem();
         return;
     }
+    putPictureBeforeAside();
     if (QFile::exists(m_png)) {
-        m_pictureBefore = freeName(m_png, QStringLiteral(".before-"));
-        if (!PlanFiles::move(m_png, m_pictureBefore).isEmpty())
-            m_pictureBefore.clear();
+        tellConverterProblem();
+        return;
     }
+    m_pngIsOurs = true;
     m_process = new QProcess;
     connect(m_process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
             [this](int exitCode, QProcess::ExitStatus status) {
@@ -134,28 +126,48 @@ void BackgroundImagePdf::convertPdfToPng(const QString& pdfPath, const QString& 
                      QIODevice::ReadWrite);
 }
 
+void BackgroundImagePdf::tellConverterProblem()
+{
+    QTimer::singleShot(0, this, [this] { emit pdfConverterProblem(createErrorCode(ConverterFailed)); });
+}
+
+void BackgroundImagePdf::putPictureBeforeAside()
+{
+    if (!QFile::exists(m_png))
+        return;
+    // By this name it is found again when the program ends before the plan is taken.
+    m_pictureBefore = PlanFiles::asideForConversion(m_png);
+    if (QFile::exists(m_pictureBefore))
+        m_pictureBefore = PlanFiles::freeName(m_png, QStringLiteral(".before-"));
+    const QString problem = PlanFiles::move(m_png, m_pictureBefore);
+    if (problem.isEmpty())
+        return;
+    log(Logging::LogWarning, problem);
+    m_pictureBefore.clear();
+}
+
 void BackgroundImagePdf::onConverterFinished(int exitCode, bool crashed)
 {
     if (m_cancelled) {
         // It was done before it heard of the cancellation.
         m_cancelled = false;
-        giveBackPictureBefore(false);
+        onConversionFailed();
         emit backgroundLoadingWasCancelled();
         return;
     }
     if (crashed) {
-        giveBackPictureBefore(false);
-        if (exitCode == SIGTERM)
-            return;
-        log(Logging::LogError,
-            QStringLiteral("Failed to execute PDF to PNG conversion command (exit code was %1): ").arg(exitCode) +
-                m_command);
+        onConversionFailed();
+        if (exitCode != SIGTERM)
+            log(Logging::LogError,
+                QStringLiteral("Failed to execute PDF to PNG conversion command (exit code was %1): ").arg(exitCode) +
+                    m_command);
         emit pdfConverterProblem(createErrorCode(ConverterFailed));
         return;
     }
     const QString said = QString::fromLocal8Bit(m_process->readAllStandardError()).simplified();
     if (exitCode != 0)
         log(Logging::LogWarning, QStringLiteral("pdftoppm (exit code %1): %2").arg(exitCode).arg(said));
+    m_converted = true;
     if (!QFile::remove(m_path))
         log(Logging::LogError, QStringLiteral("Failed to remove pdf file: \"%1\"").arg(m_path));
     createBackgroundFromPdf(m_path, m_png, m_projectPath);
@@ -165,12 +177,12 @@ void BackgroundImagePdf::onConverterError(bool crashed)
 {
     if (m_cancelled) {
         m_cancelled = false;
-        giveBackPictureBefore(false);
+        onConversionFailed();
         // What is left to tell of the process is its death, which was asked for.
         disposeOfProcess();
         emit backgroundLoadingWasCancelled();
     } else if (!crashed) {
-        giveBackPictureBefore(false);
+        onConversionFailed();
         emit pdfConverterProblem(createErrorCode(ConverterFailed));
     }
     // Of a crash the end of the process tells.
@@ -216,9 +228,14 @@ void BackgroundImagePdf::logUnreadable(const QString& picturePath, const QString
 void BackgroundImagePdf::onPictureReady()
 {
     m_decoding = false;
+}
+
+void BackgroundImagePdf::onTaken()
+{
     if (!m_pictureBefore.isEmpty())
         QFile::remove(m_pictureBefore);
     m_pictureBefore.clear();
+    m_pngIsOurs = false;
 }
 
 void BackgroundImagePdf::endAfterFailure(PictureReader::Outcome outcome)
@@ -228,13 +245,22 @@ void BackgroundImagePdf::endAfterFailure(PictureReader::Outcome outcome)
     giveBackPictureBefore(outcome == PictureReader::Outcome::TooLarge);
 }
 
+void BackgroundImagePdf::onConversionFailed()
+{
+    // The PDF is still there: half a picture is of no use to anybody.
+    if (m_pngIsOurs && m_pictureBefore.isEmpty())
+        QFile::remove(m_png);
+    giveBackPictureBefore(false);
+    m_pngIsOurs = false;
+}
+
 void BackgroundImagePdf::giveBackPictureBefore(bool keepNew)
 {
     if (m_pictureBefore.isEmpty())
         return;
-    // The PDF is gone: a picture that is merely too large is all that is left of it.
+    // The PDF is gone: its picture is all that is left of it.
     if (keepNew)
-        PlanFiles::move(m_png, freeName(m_png, QStringLiteral("-")));
+        PlanFiles::move(m_png, PlanFiles::freeName(m_png));
     else
         QFile::remove(m_png);
     PlanFiles::move(m_pictureBefore, m_png);

@@ -10,7 +10,8 @@ namespace Torvik::View3d {
 
 /** The first page of a PDF as a picture under the network. The command pdftoppm makes a PNG of it in the project's
  *  documentation folder; the PDF is deleted, and from then on the plan is that PNG. A file of the PNG's name that was
- *  there before is back when no plan comes of it. */
+ *  there before is kept until the plan is taken, and is back when it never is; the new PNG, all that is left of the PDF
+ *  then, stays under a name of its own. */
 class KXVIEW3D_EXPORT BackgroundImagePdf : public BackgroundImage {
     Q_OBJECT
 
@@ -24,6 +25,7 @@ public:
     QString renderableType() const override;
     void load() override;
     void cancelFileLoading() override;
+    void onTaken() override;
 
     static Base::CErrorCode createErrorCode(Error error);
     /** Where the picture of a PDF comes to stand. A path without "/" has no name. */
@@ -41,11 +43,17 @@ private:
     void onConverterFinished(int exitCode, bool crashed);
     void onConverterError(bool crashed);
     void disposeOfProcess();
+    void putPictureBeforeAside();
+    void tellConverterProblem();
+    void onConversionFailed();
     void giveBackPictureBefore(bool keepNew);
 
     QPointer<QProcess> m_process;
     bool m_cancelled = false;
     bool m_decoding = false;
+    /** What stands at m_png came from the converter, whole or not, and no plan that was taken is made of it yet. */
+    bool m_pngIsOurs = false;
+    bool m_converted = false;
     QString m_command;
     QString m_projectPath;
     QString m_path;

@@ -60,6 +60,8 @@ void FloorNav::setFloorPlan(int floorIndex, IBackgroundPlan* floorPlan)
     if (IBackgroundPlan* const old = m_plans.take(floorIndex))
         old->destroyLater();
     m_plans.insert(floorIndex, floorPlan);
+    if (floorPlan)
+        floorPlan->onTaken();
     emit floorSet();
 }
 

@@ -55,6 +55,8 @@ public:
     virtual void load() = 0;
     /** Metres of the scene. */
     virtual void setElevation(float y);
+    /** It lies under the network or on a floor now: what its file has put aside is needed no more. */
+    virtual void onTaken() {}
 
     Q_INVOKABLE void destroyLater();
 

@@ -71,6 +71,18 @@ QString moveOver(const QString& source, const QString& target)
 
 } // namespace
 
+QString freeName(const QString& path, const QString& addition)
+{
+    const QFileInfo file(path);
+    for (int i = 1;; ++i) {
+        const QString name =
+            QStringLiteral("%1/%2%3%4.%5")
+                .arg(file.path(), file.completeBaseName(), addition, QString::number(i), file.suffix());
+        if (!QFile::exists(name))
+            return name;
+    }
+}
+
 qlonglong sizeLimit(const QString& extension)
 {
     static const QMap<QString, qlonglong> limits {{QStringLiteral("dxf"), 52428800}, {QStringLiteral("dwg"), 10485760}};
@@ -132,9 +144,22 @@ Swapped swap(const QString& oldPath, const QString& source, const QString& targe
     return {oldPath, lost.isEmpty() ? problem : problem + QLatin1Char('\n') + lost};
 }
 
+QString asideForConversion(const QString& path)
+{
+    return path + QStringLiteral(".before");
+}
+
 void recover(const QString& path)
 {
-    if (!path.isEmpty() && !QFile::exists(path) && QFile::exists(backupOf(path)))
+    if (path.isEmpty())
+        return;
+    const QString before = asideForConversion(path);
+    if (QFile::exists(before)) {
+        if (QFile::exists(path))
+            move(path, freeName(path));
+        move(before, path);
+    }
+    if (!QFile::exists(path) && QFile::exists(backupOf(path)))
         move(backupOf(path), path);
 }
 

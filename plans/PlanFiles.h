@@ -30,10 +30,17 @@ struct Swapped {
  *  @param oldPath  empty without an old plan */
 KXVIEW3D_EXPORT Swapped swap(const QString& oldPath, const QString& source, const QString& target);
 
+/** A name beside that of the file, by which there is none yet. */
+KXVIEW3D_EXPORT QString freeName(const QString& path, const QString& addition = QStringLiteral("-"));
+
 /** Where the file of an old plan waits until the new one is in its place. */
 KXVIEW3D_EXPORT QString backupOf(const QString& path);
 
-/** A file that only its backup is left of, since the program ended in the midst of a swap, is there again. */
+/** Where a picture waits while a PDF of its name is converted, until the plan of that is taken. */
+KXVIEW3D_EXPORT QString asideForConversion(const QString& path);
+
+/** What stood at that path is there again when the program ended in the midst of a swap, or before the plan of a PDF of
+ *  that name was taken; what came of the PDF stays under a name of its own. */
 KXVIEW3D_EXPORT void recover(const QString& path);
 
 } // namespace Torvik::View3d::PlanFiles

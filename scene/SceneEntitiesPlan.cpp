@@ -64,6 +64,7 @@ void SceneEntities::setBackgroundPlan(IBackgroundPlan* plan)
     }
     m_planProjectPath = getProjectPathOrEmptyString();
     if (plan) {
+        plan->onTaken();
         follow(plan);
         plan->setElevation(LowestManholeTracker::instance()->getCurrentLowestY() - gapBelowNetwork);
         saveBackgroundPlan();

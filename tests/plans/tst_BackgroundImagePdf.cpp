@@ -2,6 +2,8 @@
 #include "common/TestProject.h"
 #include "plans/BackgroundImagePdf.h"
 #include "plans/BackgroundLoader.h"
+#include "plans/FloorNav.h"
+#include "scene/SceneEntities.h"
 #include "scene/SceneRoot.h"
 
 #include <QImage>
@@ -302,9 +304,7 @@ private slots:
     void aPictureOfTheSameNameIsBackWhenNoPlanComes()
     {
         QFETCH(QByteArray, script);
-        QFile before(documentation() + "plan.png");
-        QVERIFY(before.open(QIODevice::WriteOnly) && before.write("the plan before") > 0);
-        before.close();
+        putBefore();
         const FakeConverter fake(script);
         BackgroundImagePdf plan(page("plan.pdf"), path(), m_root.get());
         Told told(&plan);
@@ -319,14 +319,99 @@ private slots:
 
     void aPlanTakesThePlaceOfAPictureOfTheSameName()
     {
-        QVERIFY(QFile(documentation() + "plan.png").open(QIODevice::WriteOnly));
-        BackgroundImagePdf plan(page("plan.pdf"), path(), m_root.get());
+        putBefore();
+        auto* const plan = new BackgroundImagePdf(page("plan.pdf"), path(), m_root.get());
+        Told told(plan);
+
+        plan->load();
+        QTRY_COMPARE_WITH_TIMEOUT(told.lines, QStringList("finished"), 20000);
+        SceneEntities::instance().setBackgroundPlan(plan);
+        QCOMPARE(pictures(), QStringList("plan.png"));
+        SceneEntities::instance().deleteBackgroundPlan();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+
+        QCOMPARE(pictures(), QStringList("plan.png"));
+        QCOMPARE(QImage(documentation() + "plan.png").size(), QSize(662, 936));
+    }
+
+    void aPlanOfAFloorTakesThePlaceOfAPictureOfTheSameName()
+    {
+        putBefore();
+        auto* const plan = new BackgroundImagePdf(page("plan.pdf"), path(), m_root.get());
+        Told told(plan);
+
+        plan->load();
+        QTRY_COMPARE_WITH_TIMEOUT(told.lines, QStringList("finished"), 20000);
+        FloorNav::instance().setFloorPlan(1, plan);
+        QCOMPARE(pictures(), QStringList("plan.png"));
+        FloorNav::instance().setFloorPlan(1, nullptr);
+    }
+
+    void aPlanThatIsRefusedLeavesThePictureOfTheSameName()
+    {
+        putBefore();
+        auto plan = std::make_unique<BackgroundImagePdf>(page("plan.pdf"), path(), m_root.get());
+        Told told(plan.get());
+
+        plan->load();
+        QTRY_COMPARE_WITH_TIMEOUT(told.lines, QStringList("finished"), 20000);
+        plan.reset();
+
+        QCOMPARE(content(documentation() + "plan.png"), QByteArray("the plan before"));
+        QCOMPARE(pictures(), (QStringList {"plan-1.png", "plan.png"}));
+        QCOMPARE(QImage(documentation() + "plan-1.png").size(), QSize(662, 936));
+    }
+
+    void aPlanThatIsDeletedWhileItsPictureIsDecodedLosesNoPicture()
+    {
+        QImage large(4000, 4000, QImage::Format_RGB32);
+        large.fill(Qt::yellow);
+        QVERIFY(large.save(m_folder->filePath("large.png")));
+        const FakeConverter fake("cp \"" + QFile::encodeName(m_folder->filePath("large.png")) + "\" \"$6.png\"");
+        putBefore();
+        const QString pdf = page("plan.pdf");
+        auto plan = std::make_unique<BackgroundImagePdf>(pdf, path(), m_root.get());
+        Told told(plan.get());
+
+        plan->load();
+        QTRY_VERIFY(!QFile::exists(pdf));
+        QCOMPARE(told.lines, QStringList());
+        plan.reset();
+
+        QCOMPARE(content(documentation() + "plan.png"), QByteArray("the plan before"));
+        QCOMPARE(pictures(), (QStringList {"plan-1.png", "plan.png"}));
+        QCOMPARE(QImage(documentation() + "plan-1.png").size(), QSize(4000, 4000));
+    }
+
+    void aConverterThatIsEndedBySomebodyElseIsTold()
+    {
+        const FakeConverter fake("kill -TERM $$");
+        const LogCapture log;
+        const QString pdf = page("plan.pdf");
+        BackgroundImagePdf plan(pdf, path(), m_root.get());
         Told told(&plan);
 
         plan.load();
-        QTRY_COMPARE_WITH_TIMEOUT(told.lines, QStringList("finished"), 20000);
+        QTRY_COMPARE(told.lines, QStringList("converter 150202"));
 
-        QCOMPARE(QDir(documentation()).entryList(QDir::Files), QStringList("plan.png"));
+        QVERIFY(QFile::exists(pdf));
+        QVERIFY(log.lines().isEmpty());
+    }
+
+    void halfAPictureIsNotLeftBehind()
+    {
+        const FakeConverter fake("echo half > \"$6.png\"; exec sleep 60");
+        const QString pdf = page("plan.pdf");
+        BackgroundImagePdf plan(pdf, path(), m_root.get());
+        Told told(&plan);
+        plan.load();
+        QTRY_COMPARE(pictures(), QStringList("plan.png"));
+
+        plan.cancelFileLoading();
+        QTRY_COMPARE(told.lines, QStringList("cancelled"));
+
+        QCOMPARE(pictures(), QStringList());
+        QVERIFY(QFile::exists(pdf));
     }
 
     void withoutAProjectThePdfStays()
@@ -360,6 +445,14 @@ private slots:
 private:
     QString path() const { return m_project->project()->projectPath(); }
     QString documentation() const { return path() + CFileSystemNames::documentationPathPart(); }
+
+    QStringList pictures() const { return QDir(documentation()).entryList(QDir::Files); }
+
+    void putBefore() const
+    {
+        QFile before(documentation() + "plan.png");
+        QVERIFY(before.open(QIODevice::WriteOnly) && before.write("the plan before") > 0);
+    }
 
     QString page(const QString& name, const QPageSize& size = QPageSize(QPageSize::A4)) const
     {

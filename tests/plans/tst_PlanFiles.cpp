@@ -258,6 +258,18 @@ private slots:
         QCOMPARE(content(at("docs/old.png")), QByteArray("old"));
     }
 
+    void aConversionThatWasCutOffGivesThePictureBack()
+    {
+        put("docs/plan.png.before", "the plan before");
+        put("docs/plan.png", "half a pict");
+
+        PlanFiles::recover(at("docs/plan.png"));
+
+        QCOMPARE(content(at("docs/plan.png")), QByteArray("the plan before"));
+        QCOMPARE(content(at("docs/plan-1.png")), QByteArray("half a pict"));
+        QCOMPARE(files(), (QStringList {"docs/plan-1.png", "docs/plan.png"}));
+    }
+
 private:
     QString at(const QString& name) const { return m_folder->filePath(name); }
 
