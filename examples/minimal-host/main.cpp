@@ -8,9 +8,9 @@
 #include "interaction/Utils3d.h"
 #include "plans/FloorNav.h"
 #include "scene/GlobalNav.h"
+#include "scene/SceneApplication.h"
 #include "scene/SceneRoot.h"
 
-#include <QGuiApplication>
 #include <QQmlApplicationEngine>
 #include <QQmlComponent>
 #include <QQmlContext>
@@ -71,7 +71,7 @@ void registerModules(AppStateData& state)
 int main(int argc, char** argv)
 {
     qputenv("QT3D_SCENE3D_STOP_RENDER_HIDDEN", "1");
-    QGuiApplication app(argc, argv);
+    View3d::SceneApplication app(argc, argv);
     AppStateData state;
     registerModules(state);
     QQmlApplicationEngine engine;

@@ -1,10 +1,10 @@
 #include "host/app/CommandLine.h"
 #include "host/app/Commands.h"
 #include "host/app/ViewerWindow.h"
+#include "scene/SceneApplication.h"
 
 #include <QDir>
 #include <QFile>
-#include <QGuiApplication>
 #include <QTextStream>
 
 #include <cstdio>
@@ -49,7 +49,7 @@ int run(const Options& options, int& argc, char** argv)
     else if (const QString missing = ViewerWindow::whatIsMissingForIt(); !missing.isEmpty())
         return Commands::failure(missing);
     ViewerWindow::prepareProcess(options);
-    QGuiApplication application(argc, argv);
+    Torvik::View3d::SceneApplication application(argc, argv);
     if (options.command == Command::Replay)
         endQuickly(Commands::replay(options));
     endQuickly(headless ? Commands::dump(options) : ViewerWindow::run(options));

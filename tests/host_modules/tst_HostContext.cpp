@@ -1,3 +1,4 @@
+#include "common/SceneTest.h"
 #include "common/TestProject.h"
 #include "geo/GdalGeoProjector.h"
 #include "host/modules/HostModules.h"
@@ -148,5 +149,5 @@ private:
     QQmlEngine m_engine;
 };
 
-QTEST_MAIN(tst_HostContext)
+KX_SCENE_TEST_MAIN(tst_HostContext)
 #include "tst_HostContext.moc"

@@ -1,3 +1,4 @@
+#include "common/SceneTest.h"
 #include "common/TestProject.h"
 #include "geo/GdalGeoProjector.h"
 #include "host/vehicle/MeasurementQueue.h"
@@ -274,5 +275,5 @@ void tst_FeedInScene::aSwitchDoesNotWaitForALockedDatabase()
     QVERIFY(rows(a).contains(12.0));
 }
 
-QTEST_MAIN(tst_FeedInScene)
+KX_SCENE_TEST_MAIN(tst_FeedInScene)
 #include "tst_FeedInScene.moc"

@@ -1,3 +1,4 @@
+#include "common/SceneTest.h"
 #include "labels/GridEffect.h"
 
 #include <QOffscreenSurface>
@@ -62,5 +63,5 @@ void tst_GridEffect::theShadersCompile()
     QVERIFY2(program.link(), qPrintable(program.log()));
 }
 
-QTEST_MAIN(tst_GridEffect)
+KX_SCENE_TEST_MAIN(tst_GridEffect)
 #include "tst_GridEffect.moc"

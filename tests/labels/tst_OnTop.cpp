@@ -1,3 +1,4 @@
+#include "common/SceneTest.h"
 #include "labels/OnTopEffect.h"
 #include "labels/OnTopTextureEffect.h"
 #include "labels/OnTopUnlitTextureMaterial.h"
@@ -368,5 +369,5 @@ void tst_OnTop::addObject(MakeMaterial makeMaterial, float width)
     object->setParent(m_root);
 }
 
-QTEST_MAIN(tst_OnTop)
+KX_SCENE_TEST_MAIN(tst_OnTop)
 #include "tst_OnTop.moc"

@@ -1,3 +1,4 @@
+#include "common/SceneTest.h"
 #include <QDir>
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
@@ -132,5 +133,5 @@ void tst_ShaderDialects::aProgramIsCompiledAndLinked()
     QVERIFY2(program.link(), qPrintable(program.log()));
 }
 
-QTEST_MAIN(tst_ShaderDialects)
+KX_SCENE_TEST_MAIN(tst_ShaderDialects)
 #include "tst_ShaderDialects.moc"

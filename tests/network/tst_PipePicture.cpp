@@ -1,3 +1,4 @@
+#include "common/SceneTest.h"
 #include "PipeFixture.h"
 
 #include "scene/SharedComponents.h"
@@ -152,6 +153,6 @@ void tst_PipePicture::aRemovedPipeIsNoLongerSeen()
     QVERIFY(isBlack(colorAt(1.5F, -3)));
 }
 
-QTEST_MAIN(tst_PipePicture)
+KX_SCENE_TEST_MAIN(tst_PipePicture)
 
 #include "tst_PipePicture.moc"

@@ -1,3 +1,4 @@
+#include "common/SceneTest.h"
 #include "plans/BackgroundImage.h"
 #include "scene/SceneRoot.h"
 
@@ -142,5 +143,5 @@ private:
     QTemporaryDir m_folder;
 };
 
-QTEST_MAIN(tst_PicturePixels)
+KX_SCENE_TEST_MAIN(tst_PicturePixels)
 #include "tst_PicturePixels.moc"

@@ -1,3 +1,4 @@
+#include "common/SceneTest.h"
 #include "scene/ReadableEffect.h"
 #include "scene/SharedComponents.h"
 
@@ -193,5 +194,5 @@ private:
     Qt3DCore::QEntity* m_root = nullptr;
 };
 
-QTEST_MAIN(tst_ReadableEffect)
+KX_SCENE_TEST_MAIN(tst_ReadableEffect)
 #include "tst_ReadableEffect.moc"

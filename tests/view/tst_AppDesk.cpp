@@ -1,3 +1,4 @@
+#include "common/SceneTest.h"
 #include "common/TestProject.h"
 #include "host/app/ViewerController.h"
 #include "host/domain/HostSettings.h"
@@ -342,5 +343,5 @@ void tst_AppDesk::deletingAsksAndDeletes()
     QTRY_COMPARE(m_screen->text("selectedName"), QStringLiteral("Nothing selected"));
 }
 
-QTEST_MAIN(tst_AppDesk)
+KX_SCENE_TEST_MAIN(tst_AppDesk)
 #include "tst_AppDesk.moc"

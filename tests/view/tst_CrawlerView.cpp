@@ -1,3 +1,4 @@
+#include "common/SceneTest.h"
 #include "view/SceneWindow.h"
 
 #include "measurement/SystemControlProxy.h"
@@ -172,5 +173,5 @@ void tst_CrawlerView::theCameraFollowsIt()
     m_view->setFollowing(false);
 }
 
-QTEST_MAIN(tst_CrawlerView)
+KX_SCENE_TEST_MAIN(tst_CrawlerView)
 #include "tst_CrawlerView.moc"

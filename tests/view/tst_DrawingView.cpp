@@ -1,3 +1,4 @@
+#include "common/SceneTest.h"
 #include "host_drawing/DxfText.h"
 #include "plans/BackgroundDxf.h"
 #include "view/SceneWindow.h"
@@ -136,5 +137,5 @@ private:
     BackgroundDxf* m_plan = nullptr;
 };
 
-QTEST_MAIN(tst_DrawingView)
+KX_SCENE_TEST_MAIN(tst_DrawingView)
 #include "tst_DrawingView.moc"

@@ -1,3 +1,4 @@
+#include "common/SceneTest.h"
 #include "view/SceneWindow.h"
 
 #include "host/vehicle/Replay.h"
@@ -228,5 +229,5 @@ void tst_GoingBack::theCameraGoesBackWithIt()
     m_view->setFollowing(false);
 }
 
-QTEST_MAIN(tst_GoingBack)
+KX_SCENE_TEST_MAIN(tst_GoingBack)
 #include "tst_GoingBack.moc"

@@ -1,3 +1,4 @@
+#include "common/SceneTest.h"
 #include "view/SceneWindow.h"
 
 #include "host/domain/HostSettings.h"
@@ -325,5 +326,5 @@ void tst_GridView::whileNothingMovesNothingIsChanged()
     QCOMPARE(size.count() + level.count() + moved.count(), 0);
 }
 
-QTEST_MAIN(tst_GridView)
+KX_SCENE_TEST_MAIN(tst_GridView)
 #include "tst_GridView.moc"

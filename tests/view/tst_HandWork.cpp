@@ -1,3 +1,4 @@
+#include "common/SceneTest.h"
 #include "common/TestProject.h"
 #include "domain/SectionAdapterBase.h"
 #include "domain/boundary/CDatabaseLibrary.h"
@@ -438,5 +439,5 @@ void tst_HandWork::closingTheProjectEndsAllOfIt()
     QVERIFY(!m_screen->enabled("connectButton"));
 }
 
-QTEST_MAIN(tst_HandWork)
+KX_SCENE_TEST_MAIN(tst_HandWork)
 #include "tst_HandWork.moc"

@@ -1,3 +1,4 @@
+#include "common/SceneTest.h"
 #include "common/TestProject.h"
 #include "host/app/ViewerController.h"
 #include "view/ViewerScreen.h"
@@ -256,5 +257,5 @@ void tst_HostScreens::theOverviewGoesToTheObject()
     QTRY_VERIFY(!m_viewer->projectOpen());
 }
 
-QTEST_MAIN(tst_HostScreens)
+KX_SCENE_TEST_MAIN(tst_HostScreens)
 #include "tst_HostScreens.moc"

@@ -1,3 +1,4 @@
+#include "common/SceneTest.h"
 #include "view/SceneWindow.h"
 
 #include "labels/ImageLabel.h"
@@ -447,5 +448,5 @@ void tst_Labels::aFileThatIsNoneCostsThePositionsOnly()
     QVERIFY(labelOf(m_a)->hasCustomPosition());
 }
 
-QTEST_MAIN(tst_Labels)
+KX_SCENE_TEST_MAIN(tst_Labels)
 #include "tst_Labels.moc"

@@ -1,3 +1,4 @@
+#include "common/SceneTest.h"
 #include "common/TestProject.h"
 #include "domain/boundary/BaseServices.h"
 #include "host/app/ViewerController.h"
@@ -171,5 +172,5 @@ void tst_Language::aProjectSaysItsOwnUnit()
     inFeet.close();
 }
 
-QTEST_MAIN(tst_Language)
+KX_SCENE_TEST_MAIN(tst_Language)
 #include "tst_Language.moc"

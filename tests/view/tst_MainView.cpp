@@ -1,3 +1,4 @@
+#include "common/SceneTest.h"
 #include "common/TestProject.h"
 #include "geo/GdalGeoProjector.h"
 #include "host/modules/HostModules.h"
@@ -540,5 +541,5 @@ private:
     Qt3DRender::QCamera* m_camera = nullptr;
 };
 
-QTEST_MAIN(tst_MainView)
+KX_SCENE_TEST_MAIN(tst_MainView)
 #include "tst_MainView.moc"

@@ -1,3 +1,4 @@
+#include "common/SceneTest.h"
 #include "host/map/MapEndpoints.h"
 #include "host/map/TileServer.h"
 #include "view/MapTown.h"
@@ -314,5 +315,5 @@ private:
     int m_row = 0;
 };
 
-QTEST_MAIN(tst_Map)
+KX_SCENE_TEST_MAIN(tst_Map)
 #include "tst_Map.moc"

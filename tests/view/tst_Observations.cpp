@@ -1,3 +1,4 @@
+#include "common/SceneTest.h"
 #include "common/TestProject.h"
 #include "host/app/SceneReader.h"
 #include "host/app/ViewerController.h"
@@ -236,5 +237,5 @@ void tst_Observations::closingTheProjectEmptiesThePage()
     QVERIFY(!m_screen->enabled("addObservationButton"));
 }
 
-QTEST_MAIN(tst_Observations)
+KX_SCENE_TEST_MAIN(tst_Observations)
 #include "tst_Observations.moc"

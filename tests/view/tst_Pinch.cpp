@@ -6,6 +6,7 @@
 #include "view/FakeViewer.h"
 #include "view/ViewerScreen.h"
 
+#include "common/SceneTest.h"
 #include "common/TestProject.h"
 
 #include <memory>
@@ -252,5 +253,5 @@ void tst_Pinch::theZoomButtonZoomsByBeingDragged()
     QCOMPARE(m_screen->camera()->viewCenter(), QVector3D(0, 0, 0));
 }
 
-QTEST_MAIN(tst_Pinch)
+KX_SCENE_TEST_MAIN(tst_Pinch)
 #include "tst_Pinch.moc"

@@ -1,3 +1,4 @@
+#include "common/SceneTest.h"
 #include "common/TestProject.h"
 #include "domain/boundary/BaseServices.h"
 #include "host/app/PlanWork.h"
@@ -545,5 +546,5 @@ void tst_PlanWork::removedItIsGoneForGood()
     QVERIFY2(m_viewer->errorText().isEmpty(), qPrintable(m_viewer->errorText()));
 }
 
-QTEST_MAIN(tst_PlanWork)
+KX_SCENE_TEST_MAIN(tst_PlanWork)
 #include "tst_PlanWork.moc"

@@ -1,3 +1,4 @@
+#include "common/SceneTest.h"
 #include "view/SceneWindow.h"
 
 #include "network/ConnectionPoint.h"
@@ -491,5 +492,5 @@ void tst_Touch::aRayStretchesAPipeToTheOneAhead()
     qInfo("stretched to %g", length);
 }
 
-QTEST_MAIN(tst_Touch)
+KX_SCENE_TEST_MAIN(tst_Touch)
 #include "tst_Touch.moc"

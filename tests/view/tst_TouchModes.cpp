@@ -1,3 +1,4 @@
+#include "common/SceneTest.h"
 #include "view/SceneWindow.h"
 
 #include "interaction/TouchControl.h"
@@ -162,5 +163,5 @@ void tst_TouchModes::thePressedObjectKnowsOfItsFinger()
     QVERIFY(!controlOf(node())->containsMouse());
 }
 
-QTEST_MAIN(tst_TouchModes)
+KX_SCENE_TEST_MAIN(tst_TouchModes)
 #include "tst_TouchModes.moc"

@@ -1,3 +1,4 @@
+#include "common/SceneTest.h"
 #include "common/TestProject.h"
 #include "domain/boundary/AppState.h"
 #include "host/app/ViewerController.h"
@@ -177,5 +178,5 @@ void tst_VehicleBar::whatKeepsAMeasurementFromBeingStoredIsSaid()
     m_viewer.closeProject();
 }
 
-QTEST_MAIN(tst_VehicleBar)
+KX_SCENE_TEST_MAIN(tst_VehicleBar)
 #include "tst_VehicleBar.moc"
