@@ -398,6 +398,40 @@ private slots:
         QVERIFY(log.lines().isEmpty());
     }
 
+    void aConverterThatEndsWellWhenItIsCancelledLeavesThePdf()
+    {
+        const FakeConverter fake("trap 'exit 0' TERM; echo whole > \"$6.png\"; while true; do sleep 0.05; done");
+        const QString pdf = page("plan.pdf");
+        BackgroundImagePdf plan(pdf, path(), m_root.get());
+        Told told(&plan);
+        plan.load();
+        QTRY_COMPARE(pictures(), QStringList("plan.png"));
+
+        plan.cancelFileLoading();
+        QTRY_COMPARE(told.lines, QStringList("cancelled"));
+        QTest::qWait(50);
+
+        QCOMPARE(told.lines, QStringList("cancelled"));
+        QVERIFY(QFile::exists(pdf));
+    }
+
+    void aWholePictureIsTakenWhateverTheConverterSays()
+    {
+        QImage small(40, 30, QImage::Format_RGB32);
+        small.fill(Qt::yellow);
+        QVERIFY(small.save(m_folder->filePath("small.png")));
+        const FakeConverter fake("cp \"" + QFile::encodeName(m_folder->filePath("small.png")) +
+                                 "\" \"$6.png\"; exit 3");
+        const QString pdf = page("plan.pdf");
+        BackgroundImagePdf plan(pdf, path(), m_root.get());
+        Told told(&plan);
+
+        plan.load();
+        QTRY_COMPARE(told.lines, QStringList("finished"));
+
+        QVERIFY(!QFile::exists(pdf));
+    }
+
     void halfAPictureIsNotLeftBehind()
     {
         const FakeConverter fake("echo half > \"$6.png\"; exec sleep 60");

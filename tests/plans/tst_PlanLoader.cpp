@@ -231,6 +231,36 @@ private slots:
         QVERIFY(!loader.plan);
     }
 
+    void aLoadThatEndsWithoutAPlanHandsNothingOn()
+    {
+        PaperLoader loader;
+        Heard heard(&loader);
+        loader.loadPlan(broken("some.paper"));
+
+        emit loader.plan->backgroundLoadingFinished(nullptr);
+
+        QCOMPARE(heard.lines, QStringList("loading"));
+        QVERIFY(!loader.planLoading());
+    }
+
+    void whileAPlanLoadsTheProjectsIsNot()
+    {
+        const QString own = documentation() + "own.paper";
+        QVERIFY(QFile(own).open(QIODevice::WriteOnly));
+        QVERIFY(PlanSettingsIO::savePlanFile(m_project->project()->projectPath(), Qt3DCore::QTransform(), own, {}));
+        PaperLoader loader;
+        Heard heard(&loader);
+        loader.loadPlan(broken("some.paper"));
+
+        loader.loadPlanFromProject(m_project->project());
+        QCOMPARE(heard.lines, QStringList("loading"));
+        loader.cancel();
+        loader.loadPlanFromProject(m_project->project());
+
+        QVERIFY(loader.planLoading());
+        QCOMPARE(loader.planPath(), own);
+    }
+
     void whatAPlanTellsIsForwarded()
     {
         PaperLoader loader;

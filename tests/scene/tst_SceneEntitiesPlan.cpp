@@ -236,6 +236,17 @@ private slots:
         m_root->setPlanLayerEnabled(true);
     }
 
+    void aChangeOfTheViewShowsThePlanAgain()
+    {
+        auto* const plan = new PaperPlan(m_root.get());
+        entities().setBackgroundPlan(plan);
+        plan->setEnabled(false);
+
+        GlobalNav::instance()->setViewType(CameraController::View3d);
+
+        QVERIFY(plan->isEnabled());
+    }
+
     void aPlanThatWaitsForConfirmationIsShownFirst()
     {
         auto* const plan = new PaperPlan(m_root.get());
@@ -275,13 +286,17 @@ private slots:
     {
         m_project->activate();
         const QPointer<PaperPlan> plan = new PaperPlan(m_root.get());
+        const QPointer<PaperPlan> waiting = new PaperPlan(m_root.get());
         entities().setBackgroundPlan(plan);
+        entities().setBackgroundPlanToConfirm(waiting);
 
         m_project->close();
         QVERIFY(!entities().planLoaded());
         deleteWhatIsToBeDeleted();
 
         QVERIFY(!plan);
+        QVERIFY(!waiting);
+        QVERIFY(!entities().planToConfirmLoaded());
     }
 
 private:
