@@ -6,7 +6,7 @@ function rotation(upVector, viewVector) {
     const x = upVector.x + viewVector.x
     const z = upVector.z + viewVector.z
     const length = Math.sqrt(x * x + z * z)
-    if (isNaN(length))
+    if (!isFinite(length))
         return undefined
     // As of a vector without a direction.
     const cosine = length > 0 ? Math.max(-1, Math.min(1, z / length)) : 0

@@ -4,10 +4,7 @@ import QtQuick 2.12
 Row {
     id: controlRow
 
-    readonly property real controlHeight: 40
-    readonly property real controlOpacity: 0.6
     readonly property bool shown: !window3d.splitViewMode
-
 
     spacing: 8
 

@@ -88,36 +88,48 @@ Item {
         onHeld: debugButtonsRow.visible = !debugButtonsRow.visible
     }
 
-    Row {
-        id: debugButtonsRow
+    // They show themselves; in a picture they have no place.
+    Item {
+        id: panels
 
-        property real size: 64
+        readonly property real begin: compassButton.x + compassButton.width
 
-        objectName: "debugButtonsRow"
-        // Below the control row, which would take its taps.
-        anchors { left: compassButton.right; bottom: compassButton.bottom }
-        spacing: 1
-        visible: false
+        anchors.fill: parent
+        visible: window3d.controlsVisible
 
-        DebugButton {
-            caption: 'camera\nprops'
-            mouseArea.onClicked: {
-                console.log("# camera pos " + scene3d.camera.position)
-                console.log("# camera vc " + scene3d.camera.viewCenter)
-                console.log("# camera up " + scene3d.camera.upVector)
+        Row {
+            id: debugButtonsRow
+
+            property real size: 64
+
+            objectName: "debugButtonsRow"
+            // Below the control row, which would take its taps.
+            x: panels.begin
+            y: compassButton.y + compassButton.height - height
+            spacing: 1
+            visible: false
+
+            DebugButton {
+                caption: 'camera\nprops'
+                mouseArea.onClicked: {
+                    console.log("# camera pos " + scene3d.camera.position)
+                    console.log("# camera vc " + scene3d.camera.viewCenter)
+                    console.log("# camera up " + scene3d.camera.upVector)
+                }
             }
         }
-    }
 
-    CameraDistanceInfoPanel {
-        anchors { left: compassButton.right; right: parent.right; top: parent.top }
-        z: 11
-    }
+        CameraDistanceInfoPanel {
+            x: panels.begin
+            width: parent.width - x
+            z: 11
+        }
 
-    LocationValidInfoPanel {
-        id: locationValidInfoPanel
+        LocationValidInfoPanel {
+            id: locationValidInfoPanel
 
-        anchors { horizontalCenter: parent.horizontalCenter; top: parent.top }
+            anchors { horizontalCenter: parent.horizontalCenter; top: parent.top }
+        }
     }
 
     ControlRow {

@@ -9,7 +9,7 @@ LateralQuickAccessButton {
     readonly property real farthest: 200.0
 
     function verifyVisibility() {
-        if (!window3d.scene3d)
+        if (!window3d.scene3d || window3d.screenshotPending)
             return false
         const camera = window3d.scene3d.camera
         if (camera.viewVectorLength > farthest)

@@ -121,11 +121,20 @@ Item {
             "validator": distanceValidator,
             "inputMethodHints": Qt.ImhDigitsOnly | Qt.ImhNoPredictiveText,
             "screenCallback": function(result) {
+                // It may be answered after all is over.
+                if (!root.enabled)
+                    return
                 if (result === undefined || result === null || result === false || result === "") {
                     state = "selectingFirstSectionEndPoint"
                     return
                 }
-                sectionDistanceValue = formatHelper.convertLength(unit, "m", result)
+                const metres = formatHelper.convertLength(unit, "m", result)
+                // By no length, or none at all, the plan would be lost.
+                if (!(metres > 0)) {
+                    state = "selectingFirstSectionEndPoint"
+                    return
+                }
+                sectionDistanceValue = metres
                 state = "confirmed"
             }
         })
@@ -159,6 +168,8 @@ Item {
     visible: enabled
     state: "noPointerYet"
 
+    onWidthChanged: restorePointers()
+    onHeightChanged: restorePointers()
     onEnabledChanged: {
         if (enabled)
             state = "noPointerYet"
@@ -186,6 +197,8 @@ Item {
         target: root.visible ? root.camera : null
         function onViewCenterChanged() { root.restorePointers() }
         function onPositionChanged() { root.restorePointers() }
+        function onUpVectorChanged() { root.restorePointers() }
+        function onProjectionMatrixChanged() { root.restorePointers() }
     }
 
     DoubleValidator {

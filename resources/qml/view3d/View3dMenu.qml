@@ -52,7 +52,8 @@ Item {
                 iconNormal: design.icons.buttonToggleRotationTranslationPipeViewscreen.enabled
                 iconClicked: design.icons.buttonToggleRotationTranslationPipeViewscreen.active
                 clickAction: function() {
-                    window3d.scene3d.stopDemo()
+                    if (window3d.scene3d)
+                        window3d.scene3d.stopDemo()
                     window3d.switchMode(window3d.mode3dType === view3dMenu.modes.rotate ? view3dMenu.modes.translate
                                                                                         : view3dMenu.modes.rotate)
                 }

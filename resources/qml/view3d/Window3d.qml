@@ -62,7 +62,7 @@ Item {
     }
 
     function loadBackground(path) {
-        scene3d.sceneRoot.loadBackground(path)
+        scene3d.sceneRoot.planLoader.loadPlan(path)
     }
 
     function toggleMap() {
@@ -115,18 +115,31 @@ Item {
     onBeforeSplitViewModeChanged: {
         if (!splitViewMode) {
             connectedState = false
-            scene3d.camera.rememberCameraFullViewState()
+            if (scene3d)
+                scene3d.camera.rememberCameraFullViewState()
         }
     }
     onSplitViewModeChanged: {
-        scene3d.sceneRoot.connectCancel()
-        scene3d.sceneRoot.deselectAll()
+        if (scene3d) {
+            scene3d.sceneRoot.connectCancel()
+            scene3d.sceneRoot.deselectAll()
+        }
         switchMode(modes.translate)
     }
 
     Binding { target: GlobalNav; property: "obsVisible"; value: window3d.obsVisible }
     Binding { target: GlobalNav; property: "labelsVisible"; value: window3d.labelsVisible }
     Binding { target: GlobalNav; property: "manholeFullInfoVisible"; value: window3d.manholeFullInfoVisible }
+
+    Connections {
+        target: belmora.appStateData
+        ignoreUnknownSignals: true
+
+        // What was to be connected went with its project.
+        function onActiveProjectChanged() {
+            window3d.connectedState = false
+        }
+    }
 
     QtObject {
         id: modes
@@ -161,6 +174,7 @@ Item {
 
     GridScaleInfo {
         objectName: "gridScaleInfo"
+        opacity: window3d.screenshotPending ? 0 : 1
         parentScene: window3d.scene3d
         gridSeaLevel: window3d.scene3d ? window3d.scene3d.sceneRoot.gridSeaLevel : 0
         pixelScale: pixelScaleOfScene

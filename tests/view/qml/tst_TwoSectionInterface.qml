@@ -297,6 +297,46 @@ CameraWindow {
             compareVectors(pointing.resultPoints[0], first)
         }
 
+        function test_the_pointers_keep_their_ground_while_the_view_turns_or_changes_its_size() {
+            start(TwoSectionMode.twoSections)
+            tap(100, 100)
+            const first = ground(100, 100)
+            theCamera.upVector = Qt.vector3d(1, 0, 0)
+            let at = Utils3D.pointWorldToScreen(theCamera, first, 600, 400)
+            verify(Math.abs(at.x - 100) + Math.abs(at.y - 100) > 20)
+            fuzzyCompare(pointer(1).center.x, at.x, 0.01)
+            fuzzyCompare(pointer(1).center.y, at.y, 0.01)
+            window3d.width = 500
+            at = Utils3D.pointWorldToScreen(theCamera, first, 500, 400)
+            fuzzyCompare(pointer(1).center.x, at.x, 0.01)
+            window3d.width = 600
+        }
+
+        function test_a_length_of_nothing_is_not_taken_data() {
+            return [{ "tag": "zero", "answer": "0" }, { "tag": "letters", "answer": "x" }, { "tag": "less", "answer": "-2" }]
+        }
+
+        function test_a_length_of_nothing_is_not_taken(data) {
+            start(TwoSectionMode.oneSectionAndValue)
+            tap(100, 100)
+            tap(200, 100)
+            pointing.proceedToNextStep()
+            screens.signalArguments[0][1].screenCallback(data.answer)
+            compare(pointing.state, "selectingFirstSectionEndPoint")
+            compare(results.count, 0)
+        }
+
+        function test_a_length_that_comes_too_late_is_not_taken() {
+            start(TwoSectionMode.oneSectionAndValue)
+            tap(100, 100)
+            tap(200, 100)
+            pointing.proceedToNextStep()
+            pointing.finish()
+            screens.signalArguments[0][1].screenCallback("5")
+            compare(results.count, 0)
+            compare(ends.count, 1)
+        }
+
         function test_a_pointer_is_dragged() {
             start(TwoSectionMode.twoSections)
             tap(100, 100)

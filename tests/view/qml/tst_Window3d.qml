@@ -378,6 +378,32 @@ Item {
             compare(child("zoomOutButton").y + child("zoomOutButton").height, view.height)
         }
 
+        function test_no_warning_stands_in_a_picture() {
+            TorvikGeo.GeoProjector.locationWithinProjectionRegion(false)
+            scene.camera.setPose(Qt.vector3d(0, 12000, 0), Qt.vector3d(0, 0, 0), Qt.vector3d(0, 0, 1))
+            child("debugButtonsRow").visible = true
+            const warnings = child("debugButtonsRow").parent
+            verify(warnings.visible)
+            view.controlsVisible = false
+            for (let i = 0; i < warnings.children.length; ++i)
+                verify(!warnings.children[i].visible)
+        }
+
+        function test_another_project_ends_a_connection() {
+            view.connectedState = true
+            host.setActiveInspection(true)
+            compare(view.connectedState, false)
+        }
+
+        function test_a_camera_that_stands_nowhere_is_told() {
+            const before = view.compass.rotation
+            host.expectError("# Camera has wrong state!")
+            scene.camera.upVector = Qt.vector3d(NaN, 0, 0)
+            view.compass.calculateCompass()
+            compare(view.compass.rotation, before)
+            scene.camera.upVector = Qt.vector3d(0, 0, 1)
+        }
+
         function test_without_controls_it_is_the_scene_alone() {
             view.controlsVisible = false
             for (const name of ["compassButton", "controlRow", "zoomInButton", "zoomOutButton", "view3dMenu",
