@@ -25,22 +25,28 @@ GoochLook defaultLook()
 } // namespace
 
 CylinderSegment::CylinderSegment(Qt3DCore::QNode* parent, EntitySegment* prev, const QVector3D& begin,
-                                 const QVector3D& end)
+                                 const QVector3D& end, Drawing drawing)
     : EntitySegment(parent, prev, begin, end)
 {
+    if (drawing == Drawing::AtOnce)
+        draw();
+    transformFromPoints();
+}
+
+void CylinderSegment::draw()
+{
+    if (isDrawn())
+        return;
     init();
     createJoint();
-    transformFromPoints();
     calcLocalTransform();
 }
 
 void CylinderSegment::init()
 {
-    m_look = defaultLook();
     m_material = createMaterial();
     m_meshEntity = new Qt3DCore::QEntity(this);
     m_meshTransform = new Qt3DCore::QTransform(m_meshEntity);
-    m_meshTransform->setRotation(QQuaternion::fromAxisAndAngle(1.0F, 0.0F, 0.0F, 90.0F));
     m_segmentTransform = new Qt3DCore::QTransform(this);
     addComponent(m_segmentTransform);
     initTransform();
@@ -49,16 +55,33 @@ void CylinderSegment::init()
     m_meshEntity->addComponent(m_meshTransform);
 }
 
+GoochLook CylinderSegment::look() const
+{
+    return m_color ? SharedComponents::lookFromWarm(*m_color) : defaultLook();
+}
+
 Qt3DRender::QMaterial* CylinderSegment::createMaterial() const
 {
-    return SharedComponents::instance().goochMaterial(m_look);
+    return SharedComponents::instance().goochMaterial(look());
 }
 
 void CylinderSegment::initTransform()
 {
+    if (!m_meshTransform)
+        return;
+    const QVector3D forward(0.0F, 0.0F, 1.0F);
+    QVector3D reach = m_meshLength * forward;
+    QQuaternion turn;
+    float length = m_meshLength;
+    if (!m_alsoDrawn.isEmpty()) {
+        reach = m_rotation.inverted().rotatedVector(m_alsoDrawn.last()->endPoint() - beginPoint());
+        turn = QQuaternion::rotationTo(forward, reach);
+        length = reach.length();
+    }
     const float width = std::max(m_radius, leastScale);
-    m_meshTransform->setTranslation(QVector3D(0.0F, 0.0F, m_meshLength / 2.0F));
-    m_meshTransform->setScale3D(QVector3D(width, std::max(m_meshLength, leastScale), width));
+    m_meshTransform->setTranslation(reach / 2.0F);
+    m_meshTransform->setRotation(turn * QQuaternion::fromAxisAndAngle(1.0F, 0.0F, 0.0F, 90.0F));
+    m_meshTransform->setScale3D(QVector3D(width, std::max(length, leastScale), width));
 }
 
 CylinderSegment::Ball CylinderSegment::createBall(const QVector3D& position)
@@ -83,6 +106,8 @@ void CylinderSegment::createJoint()
 void CylinderSegment::createConnectionJoint()
 {
     removeConnectionJoint();
+    drawAlone();
+    draw();
     m_joint = createBall(QVector3D(0.0F, 0.0F, m_meshLength));
 }
 
@@ -95,11 +120,18 @@ void CylinderSegment::removeConnectionJoint()
 
 void CylinderSegment::setColor(QColor color)
 {
-    const GoochLook look = SharedComponents::lookFromWarm(color);
-    if (look == m_look)
+    if (!(SharedComponents::lookFromWarm(color) == look()))
+        drawAlone();
+    setColorAlong(color);
+}
+
+void CylinderSegment::setColorAlong(QColor color)
+{
+    if (SharedComponents::lookFromWarm(color) == look())
         return;
-    m_look = look;
-    replaceMaterial(createMaterial());
+    m_color = color;
+    if (isDrawn())
+        replaceMaterial(createMaterial());
 }
 
 void CylinderSegment::replaceMaterial(Qt3DRender::QMaterial* material)
@@ -115,6 +147,12 @@ void CylinderSegment::replaceMaterial(Qt3DRender::QMaterial* material)
 
 void CylinderSegment::setRadius(float radius)
 {
+    drawAlone();
+    setRadiusAlong(radius);
+}
+
+void CylinderSegment::setRadiusAlong(float radius)
+{
     m_radius = radius;
     initTransform();
     for (const Ball& ball : {m_prevJoint, m_joint}) {
@@ -125,6 +163,7 @@ void CylinderSegment::setRadius(float radius)
 
 void CylinderSegment::calcMeshLength(float length)
 {
+    drawAlone();
     m_meshLength = length;
     initTransform();
 }
@@ -144,6 +183,8 @@ void CylinderSegment::transformFromPoints()
 
 void CylinderSegment::calcLocalTransform()
 {
+    if (!m_segmentTransform)
+        return;
     m_segmentTransform->setTranslation(m_origin);
     m_segmentTransform->setRotation(m_rotation);
 }

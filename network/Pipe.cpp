@@ -78,8 +78,12 @@ void Pipe::buildSegmentsFromSegmentsPoints(QVector<QVector3D> points)
     const QVector3D second =
         points.isEmpty() ? first + QVector3D(0.0F, 0.0F, initialSegmentLength()) : points.takeFirst();
     addFirstSegment(first, second);
-    for (const QVector3D& point : qAsConst(points))
-        addPoint(point);
+    while (points.size() > 1) {
+        appendSegment(newSegment(lastSegment(), lastPoint(), points.takeFirst(), Drawing::Later));
+        drawTogether(segmentCount() - 1);
+    }
+    if (!points.isEmpty())
+        addPoint(points.first());
 }
 
 void Pipe::addFirstSegment(const QVector3D& begin, const QVector3D& end)
@@ -87,9 +91,9 @@ void Pipe::addFirstSegment(const QVector3D& begin, const QVector3D& end)
     appendSegment(newSegment(nullptr, begin, end));
 }
 
-CylinderSegment* Pipe::newSegment(EntitySegment* prev, const QVector3D& begin, const QVector3D& end)
+CylinderSegment* Pipe::newSegment(EntitySegment* prev, const QVector3D& begin, const QVector3D& end, Drawing drawing)
 {
-    auto* segment = new CylinderSegment(this, prev, begin, end);
+    auto* segment = new CylinderSegment(this, prev, begin, end, drawing);
     segment->setRadius(m_radius);
     segment->setLengthListener(this);
     return segment;
@@ -113,8 +117,23 @@ void Pipe::insertSegment(int index, EntitySegment* segment)
 {
     m_segments.insert(index, segment);
     m_lengths.insert(index, segment->length());
-    if (index + 1 < m_segments.size())
-        m_segments[index + 1]->setPrevSegment(segment);
+    if (index + 1 >= m_segments.size())
+        return;
+    m_segments[index + 1]->setPrevSegment(segment);
+    auto* const next = qobject_cast<CylinderSegment*>(m_segments[index + 1]);
+    if (next && !next->isDrawn())
+        next->drawAlone();
+}
+
+void Pipe::drawTogether(int index)
+{
+    auto* const segment = qobject_cast<CylinderSegment*>(m_segments.value(index));
+    if (!segment)
+        return;
+    // The first of a chain may name one that has left it.
+    const bool follows = index > 0 && segment->prevSegment() == m_segments[index - 1];
+    if (!follows || !segment->letPreviousDraw())
+        segment->draw();
 }
 
 void Pipe::setParentTransform()
@@ -166,15 +185,19 @@ void Pipe::setRadius(float radius)
         return;
     for (EntitySegment* segment : qAsConst(m_segments)) {
         if (auto* cylinder = qobject_cast<CylinderSegment*>(segment))
-            cylinder->setRadius(radius);
+            cylinder->setRadiusAlong(radius);
     }
     m_radius = radius;
 }
 
 void Pipe::setColor(QColor color)
 {
-    for (EntitySegment* segment : qAsConst(m_segments))
-        segment->setColor(color);
+    for (EntitySegment* segment : qAsConst(m_segments)) {
+        if (auto* cylinder = qobject_cast<CylinderSegment*>(segment))
+            cylinder->setColorAlong(color);
+        else
+            segment->setColor(color);
+    }
 }
 
 PipeAppearance Pipe::appearance() const
@@ -238,7 +261,7 @@ bool Pipe::liesInside(float distance) const
 
 QMatrix4x4 Pipe::matrixAt(const EntitySegment* segment, float inner) const
 {
-    QMatrix4x4 local = segment->transform()->matrix();
+    QMatrix4x4 local(segment->rotation().toRotationMatrix());
     local.setColumn(3, QVector4D(segment->beginPoint() + inner * segment->direction(), 1.0F));
     return worldMatrix() * local;
 }
@@ -286,6 +309,7 @@ EntitySegment* Pipe::addPoint(const QVector3D& point)
     if (m_segments.isEmpty())
         return nullptr;
     appendSegment(newSegment(lastSegment(), lastPoint(), point));
+    drawTogether(segmentCount() - 2);
     return lastSegment();
 }
 
@@ -297,13 +321,16 @@ int Pipe::delPoint(int /*index*/)
 void Pipe::delAllPoints()
 {
     while (!m_segments.isEmpty())
-        takeSegment(0);
+        takeSegment(segmentCount() - 1);
 }
 
 void Pipe::takeSegment(int index)
 {
     m_lengths.remove(index);
-    m_segments.takeAt(index)->deleteLater();
+    EntitySegment* const segment = m_segments.takeAt(index);
+    if (auto* cylinder = qobject_cast<CylinderSegment*>(segment))
+        cylinder->leaveStroke();
+    segment->deleteLater();
 }
 
 void Pipe::removeSegment(int index)

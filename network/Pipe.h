@@ -2,7 +2,7 @@
 
 #include "domain/boundary/Vector3D.h"
 #include "network/ChainLengths.h"
-#include "network/EntitySegment.h"
+#include "network/CylinderSegment.h"
 #include "network/PipeAppearance.h"
 #include "network/SegmentModifier.h"
 #include "scene/KxView3dExport.h"
@@ -21,8 +21,6 @@ class QTransform;
 }
 
 namespace Torvik::View3d {
-
-class CylinderSegment;
 
 /** The course of a section: a chain of straight segments, addressed by the distance along it.
  *
@@ -123,9 +121,13 @@ private:
     void build(QVector<QVector3D> points);
     void buildSegmentsFromSegmentsPoints(QVector<QVector3D> points);
     void addFirstSegment(const QVector3D& begin, const QVector3D& end);
-    CylinderSegment* newSegment(EntitySegment* prev, const QVector3D& begin, const QVector3D& end);
+    using Drawing = CylinderSegment::Drawing;
+    CylinderSegment* newSegment(EntitySegment* prev, const QVector3D& begin, const QVector3D& end,
+                                Drawing drawing = Drawing::AtOnce);
     void appendSegment(EntitySegment* segment);
     void insertSegment(int index, EntitySegment* segment);
+    /** For a segment that has another behind it: drawn with those before it if that looks the same, else by itself. */
+    void drawTogether(int index);
     void onSegmentLengthChanged(const EntitySegment* segment) override;
     void setParentTransform();
     void setPivotPoint();

@@ -66,6 +66,7 @@ EntitySegment* Pipe::insertMeasured(int index, EntitySegment* anchor, const QVec
     m_lastMeasuredPoint = point;
     m_lastMeasuredIndex = index;
     insertSegment(index, measured);
+    drawTogether(index - 1);
     return measured;
 }
 

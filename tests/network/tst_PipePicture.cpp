@@ -65,6 +65,24 @@ bool isBlack(const QColor& color)
     return color.red() + color.green() + color.blue() < 15;
 }
 
+/** Pixels that clearly look different. */
+int differing(const QImage& a, const QImage& b)
+{
+    int count = 0;
+    for (int y = 0; y < a.height(); ++y) {
+        for (int x = 0; x < a.width(); ++x) {
+            const QColor one = a.pixelColor(x, y);
+            const QColor other = b.pixelColor(x, y);
+            count += std::abs(one.red() - other.red()) + std::abs(one.green() - other.green()) +
+                                 std::abs(one.blue() - other.blue()) >
+                             30
+                         ? 1
+                         : 0;
+        }
+    }
+    return count;
+}
+
 } // namespace
 
 class tst_PipePicture : public QObject {
@@ -75,6 +93,7 @@ private slots:
     void aPipeIsSeenWhereItsPointsSay();
     void aColourIsSeen();
     void aTurnedHolderTurnsThePicture();
+    void aPipeOfCentimetresLooksLikeOneOfMetres();
     void aRemovedPipeIsNoLongerSeen();
 
 private:
@@ -143,6 +162,29 @@ void tst_PipePicture::aTurnedHolderTurnsThePicture()
     QTRY_VERIFY(isRed(colorAt(0, -1.5F)));
     QTRY_VERIFY(isRed(colorAt(1.5F, -3)));
     QTRY_VERIFY(isBlack(colorAt(0, 1.5F)));
+}
+
+void tst_PipePicture::aPipeOfCentimetresLooksLikeOneOfMetres()
+{
+    m_holder->setRotation(QQuaternion(), 0);
+    m_pipe->updatePoints({QVector3D(), QVector3D(0, 0, 3), QVector3D(-3, 0, 3)});
+    m_pipe->setColor(QColor(255, 40, 40));
+    QTRY_VERIFY(isRed(colorAt(0, 1.5F)));
+    QTRY_VERIFY(isRed(colorAt(-1.5F, 3)));
+    const QImage ofMetres = m_view.grabWindow();
+
+    QVector<QVector3D> points;
+    for (int i = 0; i <= 300; ++i)
+        points.append(QVector3D(0, 0, 0.01F * float(i)));
+    for (int i = 1; i <= 300; ++i)
+        points.append(QVector3D(-0.01F * float(i), 0, 3));
+    m_pipe->updatePoints(points);
+    QTRY_VERIFY(isGreen(colorAt(0, 1.5F)));
+    m_pipe->setColor(QColor(255, 40, 40));
+
+    // Edges are not smoothed, so they may lie a pixel aside: a contour of some 800 pixels.
+    QTRY_VERIFY(differing(ofMetres, m_view.grabWindow()) < 400);
+    m_holder->setRotation(QQuaternion::fromAxisAndAngle(0, 1, 0, 180.0F), 0);
 }
 
 void tst_PipePicture::aRemovedPipeIsNoLongerSeen()
