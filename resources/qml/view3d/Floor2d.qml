@@ -47,7 +47,7 @@ Item {
             id: label
 
             anchors.centerIn: parent
-            text: "Floor" + index + " (" + floor.point3D.y + "m)"
+            text: "Floor" + index + " (" + Math.round(floor.point3D.y * 1000) / 1000 + "m)"
             font { bold: false; pointSize: 10 }
         }
     }

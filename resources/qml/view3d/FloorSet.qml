@@ -10,7 +10,7 @@ Item {
     function calculateY(index) {
         let height = 0
         for (let i = 0; i <= index; ++i)
-            height += floorsModel[i]
+            height += Number(floorsModel[i])
         return height
     }
 

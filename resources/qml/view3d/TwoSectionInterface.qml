@@ -129,8 +129,8 @@ Item {
                     return
                 }
                 const metres = formatHelper.convertLength(unit, "m", result)
-                // By no length, or none at all, the plan would be lost.
-                if (!(metres > 0)) {
+                // By what is no number the plan would be lost; of a length of nothing the handler tells.
+                if (isNaN(metres)) {
                     state = "selectingFirstSectionEndPoint"
                     return
                 }
@@ -171,6 +171,9 @@ Item {
     onWidthChanged: restorePointers()
     onHeightChanged: restorePointers()
     onEnabledChanged: {
+        // A manhole is a good point to place a plan at: taps on it are points now.
+        if (scene && scene.sceneRoot.selectionsEnabled !== undefined)
+            scene.sceneRoot.selectionsEnabled = !enabled
         if (enabled)
             state = "noPointerYet"
     }

@@ -117,6 +117,12 @@ CameraWindow {
             compare(label.children[0].font.pointSize, 10)
         }
 
+        function test_heights_are_numbers_with_no_more_than_millimetres() {
+            floors.floorsModel = ["2.8", "2.8"]
+            fuzzyCompare(floors.calculateY(1), 5.6, 1e-9)
+            compare(findChild(floor(0), "floorLabel").children[0].text, "Floor0 (2.8m)")
+        }
+
         function test_without_a_model_there_is_none() {
             floors.floorsModel = []
             compare(floors.children.length, 1)

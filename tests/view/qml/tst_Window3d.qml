@@ -362,9 +362,11 @@ Item {
             verify(!view.twoSectionInterface.enabled)
             view.toggleTwoSectionInterface(4)
             verify(view.twoSectionInterface.enabled)
+            verify(!scene.sceneRoot.selectionsEnabled)
             compare(view.twoSectionInterface.oprationMode, 4)
             view.toggleTwoSectionInterface(1)
             verify(!view.twoSectionInterface.enabled)
+            verify(scene.sceneRoot.selectionsEnabled)
         }
 
         function test_the_zoom_handles_have_their_icons() {
