@@ -22,7 +22,7 @@ if [ "${1:-}" = labels ]; then
 fi
 
 "$top/run.sh" --screenshot "$pictures/sample-3d.png" --view 3d --size 1200x700
-"$top/run.sh" --screenshot "$pictures/window.png" --view 3d --whole-window --size 1200x750
+"$top/run.sh" --screenshot "$pictures/window.png" --view 3d --whole-window --size 1280x800
 "$top/run.sh" --go-to QW2 --view 3d --distance 900 --size 800x500 --screenshot "$pictures/bends.png"
 "$top/run.sh" --go-to QW2 --view 3d --distance 2400 --size 1000x500 --screenshot "$pictures/grid.png"
 "$top/run.sh" --go-to KS1 --view 3d --distance 1000 --size 800x500 --screenshot "$pictures/laterals.png"
