@@ -33,6 +33,7 @@ private slots:
     void thePointerRunsFromTheLabelToItsObject();
     void noPipeHidesALabel();
     void aFingerDragsALabelAndTheCameraStays();
+    void aTouchDragsALabelAsAMouseDoes();
     void aDragSurvivesClosingAndOpening();
     void aTapThatTremblesMovesNothing();
     void aSecondTapPutsTheLabelBack();
@@ -235,6 +236,28 @@ void tst_Labels::aFingerDragsALabelAndTheCameraStays()
     QCOMPARE(count(picture, before, background), 0);
     // The camera moves again with the next finger.
     QVERIFY(m_view->controller()->property("enabled").toBool());
+}
+
+void tst_Labels::aTouchDragsALabelAsAMouseDoes()
+{
+    const QRect before = areaOf(labelOf(m_a));
+    const QVector3D camera = m_view->camera()->position();
+    const QPoint from = before.center();
+    auto* const screen = QTest::createTouchDevice();
+
+    QTest::touchEvent(m_view->window(), screen).press(0, m_view->inWindow(from));
+    m_view->frames(4);
+    for (int step = 1; step <= 4; ++step) {
+        QTest::touchEvent(m_view->window(), screen).move(0, m_view->inWindow(from + QPoint(20, 30) * step));
+        m_view->frames(3);
+    }
+    QTest::touchEvent(m_view->window(), screen).release(0, m_view->inWindow(from + QPoint(80, 120)));
+    m_view->frames(4);
+
+    const QPoint way = areaOf(labelOf(m_a)).topLeft() - before.topLeft();
+    QVERIFY2((way - QPoint(80, 120)).manhattanLength() <= 3, qPrintable(QString("%1 %2").arg(way.x()).arg(way.y())));
+    QCOMPARE(m_view->camera()->position(), camera);
+    QVERIFY(labelOf(m_a)->hasCustomPosition());
 }
 
 void tst_Labels::aDragSurvivesClosingAndOpening()
