@@ -82,7 +82,7 @@ void tst_HandWork::initTestCase()
     m_project->addInspection(s, "LINESTRING ZM(400030 5600000 98 320,400000 5600000 98 0)");
     m_project->close();
     m_viewer = std::make_unique<ViewerController>();
-    m_screen = std::make_unique<ViewerScreen>(*m_viewer);
+    m_screen = std::make_unique<ViewerScreen>(*m_viewer, QSize(1200, 900));
     QSignalSpy opened(m_viewer.get(), &ViewerController::opened);
     m_viewer->openFolder(m_project->path());
     QTRY_COMPARE(opened.count(), 1);
