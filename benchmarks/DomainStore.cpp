@@ -1,29 +1,18 @@
 // What the project store costs: writing, opening, changing and closing projects of growing size.
+#include "benchmarks/ResidentMemory.h"
 #include "domain/boundary/AppState.h"
 #include "domain/boundary/CDatabaseLibrary.h"
 #include "host/domain/ProjectStore.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <cstdio>
 
-#include <unistd.h>
-
 using namespace Torvik::Database;
 
 namespace {
-
-double residentMegabytes()
-{
-    QFile statm(QStringLiteral("/proc/self/statm"));
-    if (!statm.open(QIODevice::ReadOnly)) {
-        return 0;
-    }
-    return statm.readAll().split(' ').value(1).toDouble() * double(sysconf(_SC_PAGESIZE)) / 1048576.0;
-}
 
 StoreStatus writePipe(BulkWriter& writer, int i)
 {
@@ -77,14 +66,14 @@ bool measure(int pipes)
         return status;
     });
     const qint64 writeMs = timer.restart();
-    const double before = residentMegabytes();
+    const double before = ResidentMemory::megabytes();
     const OpenedProject opened = ProjectStore::instance().open(folder);
     const qint64 openMs = timer.restart();
     if (!made || !opened.project) {
         std::fprintf(stderr, "%s\n", qPrintable(made.error + opened.error));
         return false;
     }
-    const double memory = residentMegabytes() - before;
+    const double memory = ResidentMemory::megabytes() - before;
     constexpr int updates = 200;
     for (int i = 0; i < updates; ++i) {
         opened.project->node(i % pipes)->updateValue(QStringLiteral("OBJ_Key"), QStringLiteral("new %1").arg(i));

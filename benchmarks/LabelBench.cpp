@@ -3,6 +3,7 @@
 #include "benchmarks/CaseRunner.h"
 #include "benchmarks/GridTown.h"
 #include "benchmarks/LiveScene.h"
+#include "benchmarks/ResidentMemory.h"
 #include "benchmarks/Stopwatch.h"
 #include "labels/ImageLabel.h"
 #include "labels/LabelBoard.h"
@@ -13,7 +14,6 @@
 #include "scene/SceneRoot.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QTemporaryDir>
 #include <Qt3DRender/QCamera>
 
@@ -24,7 +24,6 @@
 #ifdef __GLIBC__
 #include <malloc.h>
 #endif
-#include <unistd.h>
 
 using namespace Torvik::Bench;
 using namespace Torvik::View3d;
@@ -41,14 +40,6 @@ constexpr double boundOfALabelUs = 5.0;
 constexpr double boundOfMemoryMb = 150.0;
 constexpr float streetM = 42.0F;
 constexpr double largeWindow = 8.0;
-
-double residentMb()
-{
-    QFile file(QStringLiteral("/proc/self/statm"));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0.0;
-    return file.readAll().split(' ').value(1).toDouble() * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1048576.0;
-}
 
 double heapBytes()
 {
@@ -147,13 +138,13 @@ FigureList measure(Stage::Kind kind, int labels)
     scene.lookDown(middle, side * 1.3F);
     waitForLabels(stage);
     // As if the window had room for more than are drawn at most.
-    const double before = residentMb();
+    const double before = ResidentMemory::megabytes();
     scene.root().setSceneWidth(largeWindow * Stage::width);
     scene.root().setSceneHeight(largeWindow * Stage::height);
     nav->setLabelsVisible(true);
     waitForLabels(stage);
     figures.add(QStringLiteral("drawn in a very large window"), board.drawnCount(), 0);
-    const double seen = residentMb() - before;
+    const double seen = ResidentMemory::megabytes() - before;
     figures.add(QStringLiteral("memory of those, MB"), seen, 1);
     scene.root().setSceneWidth(Stage::width);
     scene.root().setSceneHeight(Stage::height);

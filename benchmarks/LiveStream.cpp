@@ -1,5 +1,6 @@
 #include "benchmarks/LiveCases.h"
 #include "benchmarks/LivePipe.h"
+#include "benchmarks/ResidentMemory.h"
 #include "benchmarks/Samples.h"
 #include "benchmarks/Stopwatch.h"
 #include "host/vehicle/VehicleFeed.h"
@@ -8,14 +9,12 @@
 #include "network/Pipe.h"
 #include "network/Section.h"
 
-#include <QFile>
 #include <QThread>
 
 #include <algorithm>
 #include <cmath>
 
 #include <malloc.h>
-#include <unistd.h>
 
 namespace Torvik::Bench {
 
@@ -51,15 +50,6 @@ double heapMb()
     return static_cast<double>(info.uordblks + info.hblkhd) / (1024.0 * 1024.0);
 }
 
-double residentMb()
-{
-    QFile file(QStringLiteral("/proc/self/statm"));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0.0;
-    const double pages = file.readAll().split(' ').value(1).toDouble();
-    return pages * static_cast<double>(sysconf(_SC_PAGESIZE)) / (1024.0 * 1024.0);
-}
-
 struct Quarter {
     double heap = 0.0;
     int segments = 0;
@@ -83,7 +73,7 @@ FigureList drive(Stage::Kind stage, bool everyReading)
                      [&places] { ++places; });
     pipe.startMeasuring();
     const double begin = heapMb();
-    const double beginResident = residentMb();
+    const double beginResident = ResidentMemory::megabytes();
     const double periodMs = 1000.0 / perSecond / speed();
     QVector<Quarter> byQuarter(quarters);
     Samples cost;
@@ -118,7 +108,7 @@ FigureList drive(Stage::Kind stage, bool everyReading)
     const Stopwatch emptying;
     handler->waitUntilStored();
     const double untilEmptyMs = emptying.elapsed().wallMs;
-    const double resident = residentMb();
+    const double resident = ResidentMemory::megabytes();
     const double dropped = places + 1 - pipe.storedPoints();
     const double missing = places + 1 - pipe.pointsOfStoredLine();
 

@@ -1,6 +1,7 @@
 #include "benchmarks/ProjectCase.h"
 
 #include "benchmarks/BareTwin.h"
+#include "benchmarks/ResidentMemory.h"
 #include "benchmarks/Stopwatch.h"
 #include "domain/boundary/AppState.h"
 #include "host/domain/ProjectStore.h"
@@ -9,7 +10,6 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
-#include <QFile>
 #include <QVector>
 #include <Qt3DRender/QCamera>
 
@@ -19,8 +19,6 @@
 #ifdef __GLIBC__
 #include <malloc.h>
 #endif
-
-#include <unistd.h>
 
 namespace Torvik::Bench {
 
@@ -33,14 +31,6 @@ constexpr int settleFrames = 4;
 constexpr int settleMs = 1500;
 constexpr int watchMs = 1000;
 constexpr int orbitFrames = 20;
-
-double residentKb()
-{
-    QFile file(QStringLiteral("/proc/self/statm"));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0.0;
-    return file.readAll().split(' ').value(1).toDouble() * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1024.0;
-}
 
 void put(QJsonObject& result, const QString& name, const Least& least)
 {
@@ -86,10 +76,10 @@ public:
             if (!opened.project)
                 qFatal("%s", qPrintable(opened.error));
             giveBackHeap();
-            const double before = residentKb();
+            const double before = ResidentMemory::kilobytes();
             open(opened.project, opens, showns);
             if (i == 0) {
-                result[QStringLiteral("rssKbPerPipe")] = (residentKb() - before) / m_options.pipes;
+                result[QStringLiteral("rssKbPerPipe")] = (ResidentMemory::kilobytes() - before) / m_options.pipes;
                 observe(result);
             }
             if (!m_options.closing)

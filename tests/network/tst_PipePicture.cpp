@@ -1,5 +1,6 @@
-#include "common/SceneTest.h"
 #include "PipeFixture.h"
+#include "common/PlainScene.h"
+#include "common/SceneTest.h"
 
 #include "scene/SharedComponents.h"
 
@@ -16,37 +17,7 @@ namespace {
 
 /** Looks straight down at the scene's origin from 50 m: with 10 degrees a picture is 8.7 m high and wide. +z is up in
  * the picture, so +x points to the left. */
-const char* const sceneQml = R"(
-import QtQuick 2.12
-import QtQuick.Scene3D 2.12
-import Qt3D.Core 2.12
-import Qt3D.Render 2.12
-import Qt3D.Extras 2.12
-
-Scene3D {
-    multisample: false
-    property alias sceneRoot: sceneRoot
-    Entity {
-        id: sceneRoot
-        components: [
-            RenderSettings {
-                activeFrameGraph: ForwardRenderer { clearColor: "black"; camera: cam }
-                renderPolicy: RenderSettings.Always
-            }
-        ]
-        Camera {
-            id: cam
-            fieldOfView: 10
-            aspectRatio: 1
-            nearPlane: 1
-            farPlane: 100
-            position: Qt.vector3d(0, 50, 0)
-            viewCenter: Qt.vector3d(0, 0, 0)
-            upVector: Qt.vector3d(0, 0, 1)
-        }
-    }
-}
-)";
+const QByteArray sceneQml = Kx::Test::plainSceneQml(10, 50, 100);
 
 constexpr int side = 400;
 

@@ -1,3 +1,4 @@
+#include "common/PlainScene.h"
 #include "common/SceneTest.h"
 #include "scene/ReadableEffect.h"
 #include "scene/SharedComponents.h"
@@ -19,37 +20,7 @@ using namespace Torvik::View3d;
 namespace {
 
 /** Looks straight down from 2,000 m; at 3 degrees a picture of 400 px is 104.7 m high: a pixel shows 0.26 m. */
-const char* const sceneQml = R"(
-import QtQuick 2.12
-import QtQuick.Scene3D 2.12
-import Qt3D.Core 2.12
-import Qt3D.Render 2.12
-import Qt3D.Extras 2.12
-
-Scene3D {
-    multisample: false
-    property alias sceneRoot: sceneRoot
-    Entity {
-        id: sceneRoot
-        components: [
-            RenderSettings {
-                activeFrameGraph: ForwardRenderer { clearColor: "black"; camera: cam }
-                renderPolicy: RenderSettings.Always
-            }
-        ]
-        Camera {
-            id: cam
-            fieldOfView: 3
-            aspectRatio: 1
-            nearPlane: 1
-            farPlane: 10000
-            position: Qt.vector3d(0, 2000, 0)
-            viewCenter: Qt.vector3d(0, 0, 0)
-            upVector: Qt.vector3d(0, 0, 1)
-        }
-    }
-}
-)";
+const QByteArray sceneQml = Kx::Test::plainSceneQml(3, 2000);
 
 constexpr int side = 400;
 
