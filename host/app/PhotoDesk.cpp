@@ -6,6 +6,7 @@
 #include "host/app/PictureTaker.h"
 #include "host/app/PrintedPage.h"
 #include "host/app/ProjectInfo.h"
+#include "host/domain/Foot.h"
 #include "host/domain/ShownUnit.h"
 #include "host/domain/WholeFile.h"
 #include "labels/LabelBoard.h"
@@ -29,8 +30,6 @@
 namespace Torvik::Viewer {
 
 namespace {
-
-constexpr double metresOfAFoot = 0.3048;
 
 const char* const pendingProperty = "screenshotPending";
 
@@ -196,7 +195,7 @@ QByteArray PhotoDesk::pageOf(const QImage& picture, double pixelRatio, const QQu
     page.scale = scaleOf(window3d);
     const auto& unit = Base::ShownUnit::instance();
     page.unit = unit.name();
-    page.metresPerUnit = unit.imperial() ? metresOfAFoot : 1.0;
+    page.metresPerUnit = unit.imperial() ? metresPerFoot : 1.0;
     if (const Qt3DRender::QCamera* camera = View3d::SceneRoot::camera())
         page.north = PrintedPage::northOf(camera->viewVector(), camera->upVector());
     if (const auto opened = project())

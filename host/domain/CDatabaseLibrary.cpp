@@ -3,6 +3,7 @@
 #include "domain/boundary/BaseServices.h"
 #include "domain/boundary/CColumnNameResolver.h"
 #include "domain/boundary/CLogger.h"
+#include "host/domain/Foot.h"
 #include "host/domain/HostSettings.h"
 #include "host/domain/NotificationManager.h"
 #include "host/domain/ProjectStore.h"
@@ -44,7 +45,6 @@ CProjectDBAccessManager* CDatabaseLibrary::dbAccessManager()
 QVariant CColumnNameResolver::sizeToProjectUnit(const CDomainObjectPointer& object, const QString& key)
 {
     constexpr double millimetresPerMetre = 1000.0;
-    constexpr double millimetresPerFoot = 304.8;
     const QVariant size = object ? object->readValue(key) : QVariant();
     bool ok = false;
     const double millimetres = size.toDouble(&ok);
@@ -52,7 +52,7 @@ QVariant CColumnNameResolver::sizeToProjectUnit(const CDomainObjectPointer& obje
         return {};
     }
     const bool feet = Base::CLocaleSupport::getDistanceUnit() == Base::HostSettings::unitFeet;
-    return millimetres / (feet ? millimetresPerFoot : millimetresPerMetre);
+    return millimetres / (millimetresPerMetre * (feet ? metresPerFoot : 1.0));
 }
 
 } // namespace Torvik::Database

@@ -2,17 +2,12 @@
 
 #include "domain/boundary/AppState.h"
 #include "domain/boundary/BaseServices.h"
+#include "host/domain/Foot.h"
 #include "host/domain/HostSettings.h"
 
 #include <QLocale>
 
 namespace Torvik::Base {
-
-namespace {
-
-constexpr double metresOfAFoot = 0.3048;
-
-} // namespace
 
 ShownUnit::ShownUnit()
 {
@@ -43,7 +38,7 @@ QString ShownUnit::name() const
 
 QString ShownUnit::length(double metres, int decimals) const
 {
-    return QStringLiteral("%1 %2").arg(QLocale().toString(m_imperial ? metres / metresOfAFoot : metres, 'f', decimals),
+    return QStringLiteral("%1 %2").arg(QLocale().toString(m_imperial ? metres / metresPerFoot : metres, 'f', decimals),
                                        name());
 }
 

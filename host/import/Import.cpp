@@ -1,5 +1,6 @@
 #include "host/import/Import.h"
 
+#include "host/domain/Foot.h"
 #include "host/domain/ObservationCodes.h"
 #include "host/import/CoordinateSystem.h"
 #include "host/import/IsybauReader.h"
@@ -15,8 +16,6 @@
 namespace Torvik::Import {
 
 namespace {
-
-constexpr double MetresPerFoot = 0.3048;
 
 /** One import from options to rows. Every step returns false once the report has failed. */
 class Run {
@@ -137,7 +136,7 @@ private:
         const bool isInMetres = !m_wanted || m_wanted->isGeographic() || qFuzzyCompare(m_wanted->metresPerUnit(), 1.0);
         const bool isInFeet = unit == Unit::Feet || (unit == Unit::NotSaid && !m_wanted && reader.isUsUnits());
         if (isInFeet && isInMetres && !(m_wanted && m_wanted->isGeographic()))
-            scale(MetresPerFoot);
+            scale(metresPerFoot);
         else if (unit == Unit::Metres && !isInMetres)
             scale(1.0 / m_wanted->metresPerUnit());
         return settle(m_wanted.value_or(CoordinateSystem()));

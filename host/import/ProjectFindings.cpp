@@ -1,6 +1,7 @@
 #include "host/import/ProjectFindings.h"
 
 #include "domain/boundary/WktPoint.h"
+#include "host/domain/Foot.h"
 #include "host/domain/ProjectStore.h"
 #include "host/import/CoordinateSystem.h"
 #include "host/import/CourseGeometry.h"
@@ -18,7 +19,6 @@ using namespace Torvik::Database;
 
 namespace {
 
-constexpr double MetresPerFoot = 0.3048;
 constexpr int FeetUnit = 2;
 /** In the first vertex of a pipe's shape: its course is not surveyed. */
 constexpr int ObservationsFlag = 1;
@@ -61,7 +61,7 @@ QString textOf(const CDomainObjectPointer& object, const char* column)
 class Addition {
 public:
     Addition(const CProjectObject& project, ImportReport& report)
-        : m_metresPerUnit(project.readValue(QStringLiteral("PRJ_DistanceUnit")).toInt() == FeetUnit ? MetresPerFoot
+        : m_metresPerUnit(project.readValue(QStringLiteral("PRJ_DistanceUnit")).toInt() == FeetUnit ? metresPerFoot
                                                                                                     : 1.0)
         , m_findings(pipesOf(project), report)
         , m_report(report)

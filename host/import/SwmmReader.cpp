@@ -1,5 +1,7 @@
 #include "host/import/SwmmReader.h"
 
+#include "host/domain/Foot.h"
+
 #include <QIODevice>
 #include <QSet>
 
@@ -8,8 +10,6 @@
 namespace Torvik::Import {
 
 namespace {
-
-constexpr double MetresPerFoot = 0.3048;
 
 bool isUsFlowUnit(const QString& unit)
 {
@@ -82,7 +82,7 @@ void SwmmReader::readOptions(const SwmmFile& file)
         else if (name == QLatin1String("LINK_OFFSETS"))
             m_offsetsAreElevations = row.fields.value(1).toUpper().startsWith(QLatin1String("ELEV"));
     }
-    m_metresPerUnit = isUsFlowUnit(flowUnits) ? MetresPerFoot : 1.0;
+    m_metresPerUnit = isUsFlowUnit(flowUnits) ? metresPerFoot : 1.0;
     for (const SwmmFile::Row& row : file.rows(QStringLiteral("MAP"))) {
         if (row.fields.value(0).toUpper() != QLatin1String("UNITS"))
             continue;

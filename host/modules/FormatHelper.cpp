@@ -1,5 +1,6 @@
 #include "host/modules/FormatHelper.h"
 
+#include "host/domain/Foot.h"
 #include "host/domain/ShownUnit.h"
 
 #include <QLocale>
@@ -10,7 +11,7 @@ namespace Torvik::Viewer {
 namespace {
 double metresOf(const QString& unit)
 {
-    return unit == QLatin1String("ft") ? 0.3048 : 1.0;
+    return unit == QLatin1String("ft") ? metresPerFoot : 1.0;
 }
 
 } // namespace
