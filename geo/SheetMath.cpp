@@ -203,22 +203,14 @@ QSizeF coveringSize(const Sheet& sheet, const Ground& ground, const Lens& lens, 
 QMatrix4x4 itemMatrix(const QTransform& screenFromSheet)
 {
     const QTransform& t = screenFromSheet;
-    return {float(t.m11()),
-            float(t.m21()),
-            0,
-            float(t.m31()),
-            float(t.m12()),
-            float(t.m22()),
-            0,
-            float(t.m32()),
-            0,
-            0,
-            1,
-            0,
-            float(t.m13()),
-            float(t.m23()),
-            0,
-            float(t.m33())};
+    QMatrix4x4 matrix;
+    matrix.setRow(0, {float(t.m11()), float(t.m21()), 0, float(t.m31())});
+    matrix.setRow(1, {float(t.m12()), float(t.m22()), 0, float(t.m32())});
+    // No depth. Tiles bring one from the map's own camera, which fills the room between two neighbours in the order of
+    // painting; divided by a weight below 1 it would exceed it, and the map's ground would hide the tile above it.
+    matrix.setRow(2, {0, 0, 0, 0});
+    matrix.setRow(3, {float(t.m13()), float(t.m23()), 0, float(t.m33())});
+    return matrix;
 }
 
 std::optional<QPointF> groundInTheMiddle(const Lens& lens)

@@ -74,7 +74,7 @@ std::optional<QTransform> screenFromSheet(const Sheet& sheet, const Ground& grou
  *  sheet's own size does not matter. What reaches beyond the horizon is left out, and `largest` is never exceeded. */
 QSizeF coveringSize(const Sheet& sheet, const Ground& ground, const Lens& lens, QSizeF largest);
 
-/** As the scene graph takes it; z stays 0. */
+/** As the scene graph takes it; flattens whatever depth it carries. */
 QMatrix4x4 itemMatrix(const QTransform& screenFromSheet);
 
 /** Where the middle of the screen lies on the ground, or nothing for a look that does not meet it ahead. */

@@ -56,7 +56,7 @@ private slots:
         QTest::addColumn<double>("tilt");
         QTest::addColumn<double>("heading");
         QTest::addColumn<double>("distance");
-        for (const double tilt : {0.0}) {
+        for (const double tilt : {0.0, 45.0, 75.0}) {
             for (const double heading : {0.0, 70.0, 180.0, 305.0}) {
                 for (const double distance : {350.0, 3000.0, 40000.0})
                     QTest::addRow("tilt %g, heading %g, from %g m", tilt, heading, distance)
