@@ -4,10 +4,10 @@
 #include "labels/ImageLabel.h"
 #include "labels/LabelPointerEffect.h"
 #include "labels/LabelRoom.h"
+#include "labels/LabelTextEffect.h"
 #include "labels/LabelsPositionsLoader.h"
 #include "labels/LabelsSignalRouter.h"
 #include "labels/NameTag.h"
-#include "labels/OnTopTextureEffect.h"
 #include "plans/PlaneVertexShape.h"
 #include "scene/GlobalNav.h"
 #include "scene/SceneRoot.h"
@@ -32,6 +32,8 @@ constexpr int facesATurn = 40;
 constexpr float depthPart = 0.9F;
 /** What every renderer takes as a texture. */
 constexpr int longestTexture = 4096;
+/** Part of the depth range between labels that may lie on one another: more than the steps of 16 bits. */
+constexpr float layer = 1e-4F;
 
 double deviceRatio()
 {
@@ -221,19 +223,23 @@ QVector<NameTag*> LabelBoard::chosen(const LabelPlacement::View& view) const
         QRectF pixels;
     };
     LabelRoom room(view.screen);
-    QVector<NameTag*> chosen;
+    QVector<Candidate> moved;
     std::array<QVector<Candidate>, NameTag::rankCount> candidates;
     for (NameTag* const tag : m_tags) {
         const auto pixels = tag->wantsRoom() ? tag->coverage(view) : std::nullopt;
         if (!pixels || !room.isOnScreen(*pixels))
             continue;
-        if (!tag->wasMoved()) {
-            candidates.at(tag->rank()).append({tag, *pixels});
-        } else if (chosen.size() < maxDrawn) {
-            // The user wants it there.
-            room.occupy(*pixels);
-            chosen.append(tag);
-        }
+        (tag->wasMoved() ? moved : candidates.at(tag->rank())).append({tag, *pixels});
+    }
+    std::stable_sort(moved.begin(), moved.end(),
+                     [](const Candidate& a, const Candidate& b) { return a.tag->touched > b.tag->touched; });
+    QVector<NameTag*> chosen;
+    for (const Candidate& candidate : qAsConst(moved)) {
+        if (chosen.size() == maxDrawn)
+            break;
+        // The user wants it there.
+        room.occupy(candidate.pixels);
+        chosen.append(candidate.tag);
     }
     for (const auto& ofRank : candidates) {
         for (const Candidate& candidate : ofRank) {
@@ -268,8 +274,26 @@ void LabelBoard::arrange()
         else
             m_waiting.push_back(tag);
     }
+    layFaces();
     if (!m_waiting.empty())
         m_drawNext.start();
+}
+
+void LabelBoard::layFaces()
+{
+    for (int i = 0; i < m_drawn.size(); ++i) {
+        const ImageLabel* const label = m_drawn.at(i)->liveLabel();
+        if (label && label->face())
+            label->face()->setDepth(static_cast<float>(i - maxDrawn) * layer);
+    }
+}
+
+void LabelBoard::raise(NameTag* tag)
+{
+    tag->touched = ++m_touches;
+    m_drawn.removeOne(tag);
+    m_drawn.prepend(tag);
+    layFaces();
 }
 
 void LabelBoard::release(NameTag* tag)
@@ -291,6 +315,7 @@ void LabelBoard::drawSome()
         label->onSceneHeightChanged();
         label->setFace(face);
     }
+    layFaces();
     if (!m_waiting.empty())
         m_drawNext.start();
 }
@@ -318,7 +343,7 @@ LabelFaceParts LabelBoard::makeParts()
     LabelFaceParts parts;
     parts.surface = new Qt3DExtras::QPlaneMesh(m_overlay);
     parts.pointer = new PlaneVertexShape(m_overlay);
-    parts.textEffect = new OnTopTextureEffect(m_overlay);
+    parts.textEffect = new LabelTextEffect(m_overlay);
     parts.pointerEffect = new LabelPointerEffect(m_overlay);
     return parts;
 }
@@ -329,14 +354,15 @@ void LabelBoard::putBack(LabelFace* face)
         m_freeFaces.append(face);
 }
 
-ImageLabel* LabelBoard::labelAt(const QPointF& pixel) const
+ImageLabel* LabelBoard::labelAt(const QPointF& pixel)
 {
     if (m_hidden)
         return nullptr;
-    for (NameTag* const tag : m_drawn) {
+    for (NameTag* const tag : qAsConst(m_drawn)) {
         ImageLabel* const label = tag->liveLabel();
         if (label && label->face() && label->isShown() && label->coverage().contains(pixel + QPointF(0.5, 0.5))) {
             tag->keepLabel();
+            raise(tag);
             return label;
         }
     }

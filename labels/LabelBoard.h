@@ -31,8 +31,9 @@ class SceneRoot;
  *
  *  It is the only one that listens to the camera. While that moves all faces are hidden at once; when it has come to
  *  rest the board looks at each tag's place on the screen, gives room to those that it meets first - labels that were
- *  moved by hand, then nodes, sections, observations - and draws at most maxDrawn of them, a slice in each turn of the
- *  event loop. What is off the screen costs that look and nothing else. One for the process; main thread only. */
+ *  moved by hand, the latest first, then nodes, sections, observations - and draws at most maxDrawn of them, a slice in
+ *  each turn of the event loop. One that has room before another lies over it. What is off the screen costs that look
+ * and nothing else. One for the process; main thread only. */
 class KXVIEW3D_EXPORT LabelBoard : public QObject {
     Q_OBJECT
 
@@ -69,8 +70,9 @@ public:
     /** The view moves. */
     bool isHidden() const { return m_hidden; }
 
-    /** The label under a position on the screen; it is kept from now on. Null when there is none. */
-    ImageLabel* labelAt(const QPointF& pixel) const;
+    /** The label under a finger that touches the screen there: the uppermost, which from now on is kept and lies over
+     *  all others. Null when there is none. */
+    ImageLabel* labelAt(const QPointF& pixel);
     int tagCount() const { return m_tags.size() - m_gaps; }
     int drawnCount() const { return m_drawn.size(); }
     /** Faces that were ever needed at a time; none is given back to the renderer. */
@@ -84,6 +86,8 @@ private:
     void hideLabels();
     void showLabels();
     QVector<NameTag*> chosen(const LabelPlacement::View& view) const;
+    void raise(NameTag* tag);
+    void layFaces();
     void release(NameTag* tag);
     void takeFaceFrom(ImageLabel* label);
     void drawSome();
@@ -95,7 +99,7 @@ private:
     QPointer<Qt3DRender::QCamera> m_camera;
     QVector<NameTag*> m_tags; ///< in the order of their coming; null where one has gone
     int m_gaps = 0;
-    QVector<NameTag*> m_drawn;
+    QVector<NameTag*> m_drawn; ///< the uppermost first
     QSet<ImageLabel*> m_labels;
     std::deque<NameTag*> m_waiting; ///< for a face
     QPointer<Qt3DCore::QEntity> m_overlay;
@@ -105,6 +109,7 @@ private:
     QTimer m_soon;
     QTimer m_drawNext;
     unsigned m_round = 0;
+    unsigned m_touches = 0;
     bool m_hidden = false;
 };
 

@@ -1,7 +1,7 @@
 #include "labels/LabelFace.h"
 
+#include "labels/LabelTextEffect.h"
 #include "labels/OnTopEffect.h"
-#include "labels/OnTopTextureEffect.h"
 #include "labels/PaintedTextureText.h"
 
 #include <Qt3DCore/QTransform>
@@ -10,8 +10,6 @@
 #include <Qt3DRender/QMaterial>
 #include <Qt3DRender/QParameter>
 #include <Qt3DRender/QTexture>
-
-#include <QVector2D>
 
 namespace Torvik::View3d {
 
@@ -26,9 +24,11 @@ Qt3DRender::QMaterial* materialOf(Qt3DCore::QNode* parent, Qt3DRender::QEffect* 
     return material;
 }
 
-void add(Qt3DRender::QMaterial* material, const char* name, const QVariant& value)
+Qt3DRender::QParameter* add(Qt3DRender::QMaterial* material, const char* name, const QVariant& value)
 {
-    material->addParameter(new Qt3DRender::QParameter(QLatin1String(name), value));
+    auto* const parameter = new Qt3DRender::QParameter(QLatin1String(name), value);
+    material->addParameter(parameter);
+    return parameter;
 }
 
 } // namespace
@@ -47,8 +47,8 @@ LabelFace::LabelFace(Qt3DCore::QNode* parent, const LabelFaceParts& parts)
     texture->addTextureImage(m_texture);
 
     auto* const material = materialOf(m_surface, parts.textEffect);
-    add(material, OnTopTextureEffect::textureParameter, QVariant::fromValue(texture));
-    add(material, OnTopTextureEffect::offsetParameter, QVector2D());
+    add(material, LabelTextEffect::textureParameter, QVariant::fromValue(texture));
+    m_depth = add(material, LabelTextEffect::depthParameter, 0.0F);
     m_surface->addComponent(parts.surface);
     m_surface->addComponent(material);
     m_surface->addComponent(m_surfaceTransform);
@@ -65,6 +65,11 @@ LabelFace::LabelFace(Qt3DCore::QNode* parent, const LabelFaceParts& parts)
 void LabelFace::paint(const LabelLook& look, const QSize& pixels)
 {
     m_texture->show(look, pixels);
+}
+
+void LabelFace::setDepth(float depth)
+{
+    m_depth->setValue(depth);
 }
 
 QSize LabelFace::texturePixels() const

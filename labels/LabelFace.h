@@ -11,6 +11,7 @@ class QTransform;
 namespace Qt3DRender {
 class QEffect;
 class QGeometryRenderer;
+class QParameter;
 } // namespace Qt3DRender
 
 namespace Torvik::View3d {
@@ -45,10 +46,13 @@ public:
      *  @param line    height of one line, metres in the label plane */
     void place(const LabelPlacement::View& view, float depth, const QVector3D& center, const QSizeF& size,
                const QVector3D& offset, float line);
+    /** Over all faces of a greater depth (LabelTextEffect). */
+    void setDepth(float depth);
     QSize texturePixels() const;
 
 private:
     PaintedTextureText* m_texture;
+    Qt3DRender::QParameter* m_depth;
     Qt3DCore::QEntity* m_surface;
     Qt3DCore::QTransform* m_surfaceTransform;
     Qt3DCore::QEntity* m_pointer;

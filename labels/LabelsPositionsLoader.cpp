@@ -1,5 +1,6 @@
 #include "labels/LabelsPositionsLoader.h"
 
+#include "domain/boundary/AppState.h"
 #include "domain/boundary/CProjectObject.h"
 
 #include <QDir>
@@ -27,6 +28,11 @@ std::optional<QByteArray> contentOf(const QString& path)
     return file.size() > maxFileBytes ? QByteArray() : file.readAll();
 }
 
+QString fileOf(const Database::CProjectObject& project)
+{
+    return QDir(project.projectPath()).filePath(QStringLiteral("labelPosition.json"));
+}
+
 void write(const QString& path, const QByteArray& content)
 {
     QSaveFile file(path);
@@ -52,8 +58,22 @@ std::optional<QVector3D> LabelsPositionsLoader::getLabelPosition(const QString& 
     return entry == m_positions.end() ? std::nullopt : std::make_optional(entry.value());
 }
 
+void LabelsPositionsLoader::takeUpActiveProject()
+{
+    const auto active = Database::CDomainObject::projectFromObject(AppState::instance().getActiveProject());
+    if (!m_filePath.isEmpty() || !active || !active->is3dProject())
+        return;
+    m_filePath = fileOf(*active);
+    const LabelPositions read = labelPositionsFromJson(contentOf(m_filePath).value_or(QByteArray()));
+    for (auto entry = read.begin(); entry != read.end(); ++entry) {
+        if (!m_positions.contains(entry.key()))
+            m_positions.insert(entry.key(), entry.value());
+    }
+}
+
 void LabelsPositionsLoader::storeLabelPosition(const QString& key, QVector3D position)
 {
+    takeUpActiveProject();
     const auto entry = m_positions.find(key);
     // Exactly: a label that was not moved gives back the very numbers that it got.
     const bool same = entry != m_positions.end() && entry->x() == position.x() && entry->y() == position.y() &&
@@ -86,7 +106,7 @@ void LabelsPositionsLoader::readLabelsPositionsForProject(const QSharedPointer<D
     if (!opened || !opened->is3dProject()) {
         return;
     }
-    m_filePath = QDir(opened->projectPath()).filePath(QStringLiteral("labelPosition.json"));
+    m_filePath = fileOf(*opened);
     m_moved = false;
     const auto content = contentOf(m_filePath);
     if (!content) {

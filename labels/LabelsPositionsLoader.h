@@ -23,8 +23,9 @@ public:
 
     /** Empty if there is no entry. */
     std::optional<QVector3D> getLabelPosition(const QString& key) const;
-    /** Sets the entry, new or old. Of a label that goes after its project was left it comes too late: a label tells
-     *  each move when it is done. */
+    /** Sets the entry, new or old. With the first one the active project's file becomes the one that is written, where
+     *  that was never read: what it holds of other labels stays. Of a label that goes after its project was left it
+     * comes too late: a label tells each move when it is done. */
     void storeLabelPosition(const QString& key, QVector3D position);
     /** The label has been put back above its object. */
     void removeLabelPosition(const QString& key);
@@ -43,6 +44,7 @@ signals:
 
 private:
     LabelsPositionsLoader() = default;
+    void takeUpActiveProject();
 
     LabelPositions m_positions;
     QString m_filePath;   ///< empty while no 3D project is open

@@ -68,6 +68,7 @@ public:
     void keepLabel() { m_kept = true; }
 
     int place = -1;         ///< on the board's list
+    unsigned touched = 0;   ///< the board's count when a finger was last on the label
     unsigned lastDrawn = 0; ///< round of the board in which it had room
 
 private:

@@ -10,7 +10,11 @@ namespace Kx::Test {
 class LabelFile {
 public:
     explicit LabelFile(const TestProject& project)
-        : path(project.path() + "/labelPosition.json")
+        : LabelFile(project.path() + "/labelPosition.json")
+    {
+    }
+    explicit LabelFile(const QString& file)
+        : path(file)
     {
     }
 

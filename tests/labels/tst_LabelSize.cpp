@@ -1,44 +1,14 @@
-#include "labels/ImageLabel.h"
-#include "labels/LabelBoard.h"
-#include "labels/LabelFace.h"
-#include "network/ObservationScene.h"
-#include "scene/GlobalNav.h"
-
-#include <Qt3DRender/QCamera>
-
-#include <cmath>
-#include <memory>
+#include "labels/LabelScene.h"
 
 using namespace Torvik::View3d;
 
 /** How large labels are on the screen, whatever changes around them. */
-class tst_LabelSize : public QObject {
+class tst_LabelSize : public QObject, private Kx::Test::LabelScene {
     Q_OBJECT
 
 private slots:
-    void init()
-    {
-        GlobalNav::instance()->setLabelsVisible(true);
-        GlobalNav::instance()->setManholeFullInfoVisible(false);
-        GlobalNav::instance()->setLabelLineHeight(10.0F);
-        m_scene = std::make_unique<ObservationScene>();
-        m_camera = std::make_unique<Qt3DRender::QCamera>();
-        m_camera->lens()->setPerspectiveProjection(3.0F, 1000.0F / 700.0F, 1.0F, 10000.0F);
-        m_scene->root->setSceneWidth(1000.0);
-        m_scene->root->setSceneHeight(700.0);
-        m_scene->root->setCamera(m_camera.get());
-        m_camera->setUpVector({0, 0, 1});
-        m_camera->setPosition({0, 350, 0});
-        m_camera->setViewCenter({0, 0, 0});
-        rest();
-    }
-
-    void cleanup()
-    {
-        GlobalNav::instance()->setLabelLineHeight(10.0F);
-        m_scene.reset();
-        m_camera.reset();
-    }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void anotherLineHeightReachesLabelsThatStand()
     {
@@ -104,17 +74,12 @@ private slots:
     }
 
 private:
-    static void rest() { QTRY_VERIFY(!LabelBoard::instance().isBusy()); }
     ImageLabel* labelAt(const QString& name, const QVector3D& place)
     {
-        Node* const node = m_scene->node(name, NetworkScene::storedPoint(place, TransformFlags::GIS));
-        auto* const label = qobject_cast<ImageLabel*>(node->getLabel());
-        [] { rest(); }();
+        ImageLabel* const label = labelOf(nodeAt(name, place));
+        rest();
         return label;
     }
-
-    std::unique_ptr<ObservationScene> m_scene;
-    std::unique_ptr<Qt3DRender::QCamera> m_camera;
 };
 
 QTEST_MAIN(tst_LabelSize)

@@ -94,8 +94,10 @@ private slots:
         TestProject project;
 
         loader().readLabelsPositionsForProject(project.project());
+        const QSignalSpy reset(&loader(), &LabelsPositionsLoader::labelsPositionsReset);
         loader().saveLabelsPositionsForPreviousProject();
 
+        QCOMPARE(reset.count(), 0);
         QVERIFY(!LabelFile(project).exists());
     }
 
@@ -330,6 +332,40 @@ private slots:
         loader().saveLabelsPositionsForPreviousProject();
 
         QVERIFY(!file.exists());
+    }
+
+    void aMoveInAProjectThatWasNeverReadIsKeptWithWhatWasThere()
+    {
+        TestProject project;
+        const LabelFile file(project);
+        file.write(stored);
+        project.activate();
+        QCOMPARE(loader().getLabelPosition(key), std::nullopt);
+
+        loader().storeLabelPosition("other", {7.0F, 7.0F, 7.0F});
+        QCOMPARE(file.read(), stored);
+        loader().saveLabelsPositionsForPreviousProject();
+
+        QCOMPARE(labelPositionsFromJson(file.read()), (LabelPositions {{key, moved}, {"other", {7.0F, 7.0F, 7.0F}}}));
+        project.close();
+    }
+
+    void aLinkIsFollowed()
+    {
+        TestProject project;
+        QTemporaryDir elsewhere;
+        const LabelFile file(project);
+        const LabelFile target(elsewhere.filePath("labels.json"));
+        target.write(stored);
+        QVERIFY(QFile::link(target.path, file.path));
+
+        loader().readLabelsPositionsForProject(project.project());
+        QCOMPARE(loader().getLabelPosition(key), std::make_optional(moved));
+        loader().storeLabelPosition(key, {7.0F, 7.0F, 7.0F});
+        loader().saveLabelsPositionsForPreviousProject();
+
+        QVERIFY(QFileInfo(file.path).isSymLink());
+        QCOMPARE(labelPositionsFromJson(target.read()), (LabelPositions {{key, {7.0F, 7.0F, 7.0F}}}));
     }
 
     void aResetWithoutAProjectTellsNothingAndDeletesNothing()
