@@ -16,12 +16,16 @@ QString inOneLine(QString text)
     return text.replace(QLatin1Char('\n'), QLatin1Char(' '));
 }
 
-/** The font in the size at which a line is so high: hinted for it, where a scaled painting would be blurred. */
+/** The font in the largest size whose line is lower than that: hinted for it, where a scaled painting would be blurred.
+ *  A row stays free below, since a face between two rows of the screen loses its last one: that of the underscore. */
 QFont fontForLine(QFont font, double height)
 {
     const double pixels = QFontInfo(font).pixelSize();
     const double line = QFontMetricsF(font).height();
-    font.setPixelSize(std::max(1, qRound(height * pixels / std::max(line, 1.0))));
+    int size = std::max(1, qRound(height * pixels / std::max(line, 1.0)));
+    font.setPixelSize(size);
+    while (size > 1 && QFontMetricsF(font).height() > height - 1.0)
+        font.setPixelSize(--size);
     return font;
 }
 
@@ -33,7 +37,7 @@ void paintLine(QPainter& painter, const QRectF& line, const QString& text, bool 
     painter.translate(line.topLeft());
     painter.scale(stretch, 1.0);
     painter.drawText(QRectF(0.0, 0.0, std::max(width, line.width() / stretch), line.height()),
-                     Qt::AlignVCenter | Qt::TextDontClip, text);
+                     Qt::AlignTop | Qt::TextDontClip, text);
     painter.restore();
 }
 

@@ -29,20 +29,27 @@ QSurfaceFormat coreProfile()
     return format;
 }
 
-/** Names of a folder's programs: each has a vertex and a fragment shader. */
-QStringList programs(const QString& folder)
+/** A dialect's folder among the sources: the same path in the resources holds the shaders of Qt 3D's libraries as well.
+ */
+QDir sources(const QString& dialect)
+{
+    return {QStringLiteral(KX_SHADERS "/") + dialect};
+}
+
+/** Names of a dialect's programs: each has a vertex and a fragment shader. */
+QStringList programs(const QString& dialect)
 {
     QStringList names;
-    const auto files = QDir(folder).entryInfoList({QStringLiteral("*.vert")}, QDir::Files, QDir::Name);
+    const auto files = sources(dialect).entryInfoList({QStringLiteral("*.vert")}, QDir::Files, QDir::Name);
     for (const auto& file : files)
         names << file.completeBaseName();
     return names;
 }
 
-QByteArray source(const QString& folder, const QString& name, const char* ending)
+QByteArray source(const QString& dialect, const QString& name, const char* ending)
 {
     return Qt3DRender::QShaderProgram::loadSource(
-        QUrl(QStringLiteral("qrc%1/%2.%3").arg(folder, name, QLatin1String(ending))));
+        QUrl(QStringLiteral("qrc:/shaders/%1/%2.%3").arg(dialect, name, QLatin1String(ending))));
 }
 
 } // namespace
@@ -79,33 +86,32 @@ bool tst_ShaderDialects::use(const QSurfaceFormat& format)
 
 void tst_ShaderDialects::everyShaderHasItsPartner_data()
 {
-    QTest::addColumn<QString>("folder");
-    QTest::newRow("es2") << ":/shaders/es2";
-    QTest::newRow("gl3") << ":/shaders/gl3";
+    QTest::addColumn<QString>("dialect");
+    QTest::newRow("es2") << "es2";
+    QTest::newRow("gl3") << "gl3";
 }
 
 void tst_ShaderDialects::everyShaderHasItsPartner()
 {
-    QFETCH(QString, folder);
+    QFETCH(QString, dialect);
 
-    const QStringList names = programs(folder);
+    const QStringList names = programs(dialect);
 
     QVERIFY(!names.isEmpty());
-    QCOMPARE(QDir(folder).entryList(QDir::Files).size(), 2 * names.size());
+    QCOMPARE(sources(dialect).entryList(QDir::Files).size(), 2 * names.size());
     for (const QString& name : names)
-        QVERIFY2(QFile::exists(folder + '/' + name + ".frag"), qPrintable(name));
+        QVERIFY2(QFile::exists(QStringLiteral(":/shaders/%1/%2.frag").arg(dialect, name)), qPrintable(name));
 }
 
 void tst_ShaderDialects::aProgramIsCompiledAndLinked_data()
 {
-    QTest::addColumn<QString>("folder");
+    QTest::addColumn<QString>("dialect");
     QTest::addColumn<QString>("name");
     QTest::addColumn<QSurfaceFormat>("format");
     const auto add = [](const char* driver, const QSurfaceFormat& format, const char* dialect) {
-        const QString folder = QStringLiteral(":/shaders/") + QLatin1String(dialect);
-        const auto names = programs(folder);
+        const auto names = programs(dialect);
         for (const auto& name : names)
-            QTest::addRow("%s, %s of %s", driver, qPrintable(name), dialect) << folder << name << format;
+            QTest::addRow("%s, %s of %s", driver, qPrintable(name), dialect) << QString(dialect) << name << format;
     };
     add("OpenGL ES 2", openGlEs2(), "es2");
     add("the desktop's default", QSurfaceFormat::defaultFormat(), "es2");
@@ -116,7 +122,7 @@ void tst_ShaderDialects::aProgramIsCompiledAndLinked_data()
 
 void tst_ShaderDialects::aProgramIsCompiledAndLinked()
 {
-    QFETCH(QString, folder);
+    QFETCH(QString, dialect);
     QFETCH(QString, name);
     QFETCH(QSurfaceFormat, format);
     if (!use(format))
@@ -126,9 +132,9 @@ void tst_ShaderDialects::aProgramIsCompiledAndLinked()
         QCOMPARE(m_context->format().profile(), QSurfaceFormat::CoreProfile);
 
     QOpenGLShaderProgram program;
-    QVERIFY2(program.addShaderFromSourceCode(QOpenGLShader::Vertex, source(folder, name, "vert")),
+    QVERIFY2(program.addShaderFromSourceCode(QOpenGLShader::Vertex, source(dialect, name, "vert")),
              qPrintable(program.log()));
-    QVERIFY2(program.addShaderFromSourceCode(QOpenGLShader::Fragment, source(folder, name, "frag")),
+    QVERIFY2(program.addShaderFromSourceCode(QOpenGLShader::Fragment, source(dialect, name, "frag")),
              qPrintable(program.log()));
     QVERIFY2(program.link(), qPrintable(program.log()));
 }
