@@ -40,8 +40,8 @@ bool BackgroundController::hasTarget() const
 
 void BackgroundController::apply(const QMatrix4x4& rotation)
 {
-    FlaggedTransform* const transform = m_target->transform();
-    transform->setMatrix(rotation * transform->matrix(), 0);
+    Qt3DCore::QTransform* const transform = m_target->placement();
+    transform->setMatrix(rotation * transform->matrix());
 }
 
 void BackgroundController::rememberPlaceInCamera()
@@ -53,11 +53,11 @@ void BackgroundController::rememberPlaceInCamera()
 void BackgroundController::scale(const QVector3D& a1, const QVector3D& a2, const QVector3D& b1, const QVector3D& b2)
 {
     const float factor = PlanAlignment::stretch(a1, a2, b1, b2);
-    FlaggedTransform* const transform = m_target->transform();
+    Qt3DCore::QTransform* const transform = m_target->placement();
     const QMatrix4x4 rotation = PlanAlignment::rotationFromFourPoints(a1, a2, b1, b2);
     transform->setScale3D(transform->scale3D() * QVector3D(factor, 1.0F, factor));
     apply(rotation);
-    m_target->move(PlanAlignment::moveAfterScaling(a1, b1, factor, m_target->position()), sourceOfPlace);
+    m_target->move(PlanAlignment::moveAfterScaling(a1, b1, factor, transform->translation()), sourceOfPlace);
     rememberPlaceInCamera();
 }
 

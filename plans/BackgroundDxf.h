@@ -2,6 +2,9 @@
 
 #include "plans/IBackgroundPlan.h"
 
+#include <atomic>
+#include <memory>
+
 class QThread;
 
 namespace Torvik::DXF {
@@ -12,6 +15,9 @@ namespace Torvik::View3d {
 
 /** A DXF or DWG drawing under the network. The host's reader makes its entities on a thread of its own, which this plan
  *  owns while it loads; then the drawing comes to lie under the middle of the view, its units as metres.
+ *
+ *  Of a drawing whose coordinates are those of a country, transform() tells where their origin lies, as plan.xml does;
+ *  what is drawn and moved hangs on placement(), which carries the drawing's middle.
  *
  *  A cancellation goes through the reader and ends loading within moments; whoever cancels deletes the plan. */
 class KXVIEW3D_EXPORT BackgroundDxf : public IBackgroundPlan {
@@ -32,6 +38,11 @@ public:
     /** The drawing is there. */
     bool isReady() override;
     void load() override;
+    using IBackgroundPlan::move;
+    void move(QVector3D vector, MeasurementType flags) override;
+    void setPlace(const PlanPlace& place) override;
+    Qt3DCore::QTransform* placement() const override;
+    bool savePlanFile(const QString& projectPath) override;
 
     void loadFile(const QString& path);
     static Base::CErrorCode createErrorCode(Error error);
@@ -52,8 +63,14 @@ signals:
     void operationFinished();
 
 private:
+    using Arrived = std::atomic<Qt3DCore::QEntity*>;
+
     void endThread();
     void placeDrawing();
+    void placeByMiddle(const Vector3D<double>& crop);
+    void placeByOrigin();
+    void tellOrigin();
+    void takeOrigin();
     void followView();
     void tellViewScale();
 
@@ -65,6 +82,15 @@ private:
     QThread* m_thread = nullptr;
     QString m_path;
     bool m_cancelled = false;
+    bool m_cancellationTold = false;
+    /** Set while the reader's entity is on its way to this thread. */
+    std::shared_ptr<Arrived> m_arrived;
+
+    /** Null unless the origin is far away; then the entity's transform instead of transform(). */
+    Qt3DCore::QTransform* m_middle = nullptr;
+    /** From the drawing's origin to its middle, before this plan's turn and scale. */
+    Vector3D<double> m_originToMiddle;
+    bool m_telling = false;
 };
 
 } // namespace Torvik::View3d

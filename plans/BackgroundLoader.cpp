@@ -56,8 +56,12 @@ void BackgroundLoader::initGeoProjector(const PlanSettings& settings)
 
 void BackgroundLoader::applyTranslationFromPlanFile(IBackgroundPlan* plan, const PlanSettings& settings)
 {
-    const QVector3D moved = (settings.referencePoint - GdalGeoProjector::instance()->origin()).toQVector3D();
-    plan->setPosRotScaleFromPlanSettings(settings.translation + moved, settings.rotation, settings.scale);
+    PlanPlace place;
+    place.position = Vector3D<double>(settings.translation) + settings.translationRest + settings.referencePoint -
+                     GdalGeoProjector::instance()->origin();
+    place.turnDeg = double(settings.rotation.y()) + settings.turnRest;
+    place.scale = settings.scale;
+    plan->setPlace(place);
     SceneEntities::instance().setBackgroundPlan(plan);
 }
 

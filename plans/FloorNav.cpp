@@ -69,7 +69,7 @@ void FloorNav::resetPosition(QVector3D position)
 {
     for (const auto& plan : qAsConst(m_plans)) {
         if (plan)
-            plan->setPosition(plan->position() - position, 0);
+            plan->move(-position, IBackgroundPlan::MeasurementType(0));
     }
 }
 

@@ -30,7 +30,7 @@ IBackgroundPlan::~IBackgroundPlan() = default;
 void IBackgroundPlan::savePlanTransformationInCamera()
 {
     if (const Qt3DCore::QTransform* const camera = cameraTransform())
-        m_transformationInCamera = camera->matrix().inverted() * transform()->matrix();
+        m_transformationInCamera = camera->matrix().inverted() * placement()->matrix();
 }
 
 void IBackgroundPlan::planTransformUpdate()
@@ -39,10 +39,15 @@ void IBackgroundPlan::planTransformUpdate()
     if (!camera)
         return;
     QVector4D place = camera->matrix() * m_transformationInCamera.column(3);
-    QMatrix4x4 matrix = transform()->matrix();
-    place.setY(transform()->translation().y());
+    QMatrix4x4 matrix = placement()->matrix();
+    place.setY(placement()->translation().y());
     matrix.setColumn(3, place);
-    transform()->setMatrix(matrix, 0);
+    placement()->setMatrix(matrix);
+}
+
+Qt3DCore::QTransform* IBackgroundPlan::placement() const
+{
+    return transform();
 }
 
 bool IBackgroundPlan::isLocked() const
@@ -78,10 +83,15 @@ void IBackgroundPlan::setPosRotScaleFromPlanSettings(QVector3D position, QVector
     transform()->setMatrix(matrix, 0);
 }
 
+void IBackgroundPlan::setPlace(const PlanPlace& place)
+{
+    setPosRotScaleFromPlanSettings(place.position.toQVector3D(), {0.0F, float(place.turnDeg), 0.0F}, place.scale);
+}
+
 void IBackgroundPlan::setElevation(float y)
 {
-    const QVector3D place = transform()->translation();
-    transform()->setTranslation(QVector3D(place.x(), y, place.z()), 0);
+    const QVector3D place = placement()->translation();
+    placement()->setTranslation(QVector3D(place.x(), y, place.z()));
 }
 
 QString IBackgroundPlan::fullPath() const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "domain/boundary/BaseServices.h"
+#include "plans/PlanPlace.h"
 #include "plans/SizeInfo.h"
 #include "scene/KxView3dExport.h"
 #include "scene/Renderable.h"
@@ -40,6 +41,11 @@ public:
     /** Places the plan as plan.xml tells: its anchor corner at `position`, turned about it.
      *  @param rotation  degrees; only the turn about y counts */
     virtual void setPosRotScaleFromPlanSettings(QVector3D position, QVector3D rotation, QVector3D scale);
+    /** The same with all digits, for a kind that has use for them. */
+    virtual void setPlace(const PlanPlace& place);
+    /** The transform by which the plan is moved, turned and scaled: transform(), unless that tells the place of an
+     *  origin too far away for the precision of a float. */
+    virtual Qt3DCore::QTransform* placement() const;
     /** Remembers where the plan lies as the camera sees it, for the lock. */
     virtual void savePlanTransformationInCamera();
     virtual bool isLocked() const;

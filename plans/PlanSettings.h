@@ -16,6 +16,9 @@ struct PlanSettings {
     QVector3D scale {1.0F, 1.0F, 1.0F};
     /** Degrees about the axes; a plan turns about y only. */
     QVector3D rotation;
+    /** What the translation and the turn have lost to single precision. */
+    Vector3D<double> translationRest;
+    double turnRest = 0.0;
     /** As it was given, without blanks around it. */
     QString projectPath;
     /** Full path of the plan's file; empty without a plan. */

@@ -5,6 +5,7 @@
 #include "geo/GdalGeoProjector.h"
 #include "plans/KodraUnitConverter.h"
 #include "plans/PlanPath.h"
+#include "plans/PlanPlace.h"
 #include "plans/PlanXml.h"
 
 #include <QFile>
@@ -43,29 +44,25 @@ QVector3D vector(const PlanXml::Triple& triple)
     return {float(triple[0]), float(triple[1]), float(triple[2])};
 }
 
-PlanXml::Triple triple(const QVector3D& v)
-{
-    return {{double(v.x()), double(v.y()), double(v.z())}};
-}
-
 Vector3D<double> originInFile()
 {
     return KodraUnitConverter().getPlanReferencePointInCoordinateSystem(GdalGeoProjector::instance()->origin(), scene,
                                                                         planFile);
 }
 
-/** Turned and scaled about its anchor corner, a plan leaves that corner where it is: its position tells, together with
- * scale and rotation, where the plan lies. */
-PlanXml::Values valuesOf(const Qt3DCore::QTransform& transform, const QVector3D& anchor)
+PlanXml::Triple triple(const Vector3D<double>& v)
 {
-    const KodraUnitConverter converter;
-    const Vector3D<double> reference = originInFile() * -1.0;
+    return {{v.x(), v.y(), v.z()}};
+}
+
+PlanXml::Values valuesOf(const Vector3D<double>& place, double turnDeg, const QVector3D& planScale)
+{
     PlanXml::Values values;
-    values.mqTranslation = {{reference.x(), reference.y(), reference.z()}};
-    values.translation =
-        triple(converter.getTranslationInCoordinateSystem(transform.matrix().map(anchor), scene, planFile));
-    values.scale = triple(converter.getRotationOrScaleInCoordinateSystem(transform.scale3D(), scene, planFile));
-    values.rotation = {{0.0, 0.0, double(transform.rotationY())}};
+    values.mqTranslation = triple(originInFile() * -1.0);
+    values.translation = triple(place);
+    values.scale =
+        triple(Vector3D<double>(KodraUnitConverter().getRotationOrScaleInCoordinateSystem(planScale, scene, planFile)));
+    values.rotation = {{0.0, 0.0, turnDeg}};
     return values;
 }
 
@@ -101,11 +98,33 @@ bool cannotSave(const QString& reason)
     return false;
 }
 
+bool write(const QString& projectPath, PlanXml::Values values, const QString& planFullPath)
+{
+    values.planData = PlanPath::stored(planFullPath, CFileSystemNames::documentationPathPart());
+    const QByteArray bytes = PlanXml::write(values);
+    const QString hindered = obstacle(values, bytes, planFullPath);
+    if (!hindered.isEmpty())
+        return cannotSave(hindered);
+
+    QSaveFile file(filePath(projectPath));
+    if (!file.open(QIODevice::WriteOnly))
+        return cannotSave(QStringLiteral("%1: %2").arg(file.fileName(), file.errorString()));
+    if (!keepDamaged(file.fileName()))
+        return cannotSave(QStringLiteral("%1: damaged, and no copy of it can be made").arg(file.fileName()));
+    // commit() alone does not notice when the buffer could not be written.
+    if (file.write(bytes) != bytes.size() || !file.flush() || !file.commit())
+        return cannotSave(
+            QStringLiteral("%1: not written whole, the disk may be full: %2").arg(file.fileName(), file.errorString()));
+    return true;
+}
+
 } // namespace
 
 void PlanSettingsIO::resetPreviouslyReadValues()
 {
     m_read = PlanSettings();
+    m_readTranslation = {};
+    m_readTurn = 0.0;
     m_problem.clear();
 }
 
@@ -137,6 +156,9 @@ void PlanSettingsIO::tryToLoadPlanSettings(const QString& projectPath)
     m_read.translation = vector(reading.values.translation);
     m_read.scale = vector(reading.values.scale);
     m_read.rotation = vector(reading.values.rotation);
+    const PlanXml::Triple& place = reading.values.translation;
+    m_readTranslation = Vector3D<double>(place[0], place[1], place[2]);
+    m_readTurn = reading.values.rotation[2];
     m_read.planPath =
         PlanPath::resolved(reading.values.planData, m_read.projectPath, CFileSystemNames::documentationPathPart());
 }
@@ -173,29 +195,30 @@ PlanSettings PlanSettingsIO::getPlanSettings() const
     settings.translation = getPlanTranslation();
     settings.scale = getPlanScale();
     settings.rotation = getPlanRotation();
+    // The same conversion as the translation's, in double precision.
+    const Vector3D<double> exact =
+        KodraUnitConverter().getPlanReferencePointInCoordinateSystem(m_readTranslation, planFile, scene);
+    settings.translationRest = exact - Vector3D<double>(settings.translation);
+    settings.turnRest = m_readTurn - double(settings.rotation.y());
     return settings;
 }
 
 bool PlanSettingsIO::savePlanFile(const QString& projectPath, const Qt3DCore::QTransform& transform,
                                   const QString& planFullPath, const QVector3D& additionalTranslationCorrect)
 {
-    PlanXml::Values values = valuesOf(transform, additionalTranslationCorrect);
-    values.planData = PlanPath::stored(planFullPath, CFileSystemNames::documentationPathPart());
-    const QByteArray bytes = PlanXml::write(values);
-    const QString hindered = obstacle(values, bytes, planFullPath);
-    if (!hindered.isEmpty())
-        return cannotSave(hindered);
+    // Turned and scaled about its anchor corner, a plan leaves that corner where it is: its position tells, together
+    // with scale and rotation, where the plan lies.
+    const QVector3D corner = transform.matrix().map(additionalTranslationCorrect);
+    const QVector3D stored = KodraUnitConverter().getTranslationInCoordinateSystem(corner, scene, planFile);
+    return write(projectPath, valuesOf(Vector3D<double>(stored), double(transform.rotationY()), transform.scale3D()),
+                 planFullPath);
+}
 
-    QSaveFile file(filePath(projectPath));
-    if (!file.open(QIODevice::WriteOnly))
-        return cannotSave(QStringLiteral("%1: %2").arg(file.fileName(), file.errorString()));
-    if (!keepDamaged(file.fileName()))
-        return cannotSave(QStringLiteral("%1: damaged, and no copy of it can be made").arg(file.fileName()));
-    // commit() alone does not notice when the buffer could not be written.
-    if (file.write(bytes) != bytes.size() || !file.flush() || !file.commit())
-        return cannotSave(
-            QStringLiteral("%1: not written whole, the disk may be full: %2").arg(file.fileName(), file.errorString()));
-    return true;
+bool PlanSettingsIO::savePlanFile(const QString& projectPath, const PlanPlace& place, const QString& planFullPath)
+{
+    const Vector3D<double> stored =
+        KodraUnitConverter().getPlanReferencePointInCoordinateSystem(place.position, scene, planFile);
+    return write(projectPath, valuesOf(stored, place.turnDeg, place.scale), planFullPath);
 }
 
 void PlanSettingsIO::deleteOldPlanFile(const QString& path)

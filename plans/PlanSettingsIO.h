@@ -9,6 +9,8 @@ class QTransform;
 
 namespace Torvik::View3d {
 
+struct PlanPlace;
+
 /** Reads and writes plan.xml, which keeps in a project where its background plan lies. A project's path ends in a
  *  separator. Holds what it has read in the file's coordinates and gives it out in the scene's, by the projector's tie
  * at that moment. Main thread only. */
@@ -38,6 +40,9 @@ public:
     static bool savePlanFile(const QString& projectPath, const Qt3DCore::QTransform& transform,
                              const QString& planFullPath, const QVector3D& additionalTranslationCorrect);
 
+    /** The same, from what is already the place of the anchor corner. */
+    static bool savePlanFile(const QString& projectPath, const PlanPlace& place, const QString& planFullPath);
+
     /** Nothing happens with an empty path or one that does not exist. */
     static void deleteOldPlanFile(const QString& path);
 
@@ -46,6 +51,8 @@ private:
 
     // In the file's coordinates, the paths apart.
     PlanSettings m_read;
+    Vector3D<double> m_readTranslation;
+    double m_readTurn = 0.0;
     QString m_problem;
 };
 

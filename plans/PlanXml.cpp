@@ -11,7 +11,6 @@ namespace Torvik::View3d::PlanXml {
 namespace {
 
 constexpr int lengthDigits = 15;
-constexpr int angleDigits = 8;
 constexpr int valueDepth = 3; // envelope, body, settings
 
 const char* const envelopeTag = "<SOAP-ENV:Envelope"

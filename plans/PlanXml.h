@@ -36,10 +36,13 @@ struct Reading {
     bool damaged() const { return !error.isEmpty() || !badVectors.isEmpty(); }
 };
 
+/** Significant digits of the rotation. */
+constexpr int angleDigits = 8;
+
 /** Larger than any plan.xml in earnest; more is refused unread. */
 constexpr qint64 largestFile = 1024 * 1024;
 
-/** Twelve lines, UTF-8, each with its line end. 15 significant digits, the rotation 8. */
+/** Twelve lines, UTF-8, each with its line end. 15 significant digits, the rotation angleDigits. */
 QByteArray write(const Values& values);
 
 /** Elements count by their name and depth, whatever ids, namespaces and parents they have. UTF-8 or UTF-16 with or

@@ -101,10 +101,11 @@ signals:
 protected:
     /** Null in the base. */
     virtual TouchControlBase* createTouchControl();
+    /** The object lies elsewhere: transformChanged(), and editingFinished() once that rests. */
+    void tellChange();
 
 private:
     void initTransform();
-    void tellChange();
     void setRotationKeepingSource(const QQuaternion& rotation) { setRotation(rotation, 0); }
     void setPositionKeepingSource(const QVector3D& position) { setPosition(position, 0); }
 

@@ -113,7 +113,7 @@ void PlanDesk::place(IBackgroundPlan& plan) const
     matrix.translate(m_wish.place ? sceneFromProjected(*m_wish.place) : middle);
     matrix.scale(float(m_wish.scale), 1.0F, float(m_wish.scale));
     matrix.translate(-middle);
-    plan.transform()->setMatrix(matrix * plan.transform()->matrix(), 0);
+    plan.placement()->setMatrix(matrix * plan.placement()->matrix());
     plan.setElevation(View3d::LowestManholeTracker::instance()->getCurrentLowestY() - gapBelowNetwork);
 }
 

@@ -367,7 +367,7 @@ QString PlanWork::align(int way, QVector3D a, QVector3D b, QVector3D c, QVector3
         return tr("The length of the line must be greater than zero.");
     m_controller.setTargetPlan(now);
     // It is scaled about its origin, which need not lie on the ground; its height is none of this.
-    const float height = now->transform()->translation().y();
+    const float height = now->placement()->translation().y();
     if (way == TwoLines)
         m_controller.scalePlanFile(a, b, c, d);
     else if (way == NorthLine)
