@@ -9,6 +9,8 @@ preset=${KX_PRESET:-debug}
 . "$top/scripts/packages.sh"
 
 kx_install_missing "${kx_build_packages[@]}" "${kx_run_packages[@]}" "${kx_headless_packages[@]}" "${kx_test_packages[@]}"
+[ -z "${KX_FUZZ:-}" ] || kx_install_missing "${kx_fuzz_packages[@]}" ||
+    echo "The readers of files won't be fuzzed: there is no clang."
 
 cd "$top"
 build=$top/build/$preset

@@ -1,9 +1,14 @@
 #include "plans/PictureReader.h"
 
+#include "plans/GifExtent.h"
+
 #include <QFile>
 #include <QImageReader>
 #include <QRgba64>
 
+#include <algorithm>
+#include <climits>
+#include <cstdlib>
 #include <cstring>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -70,6 +75,13 @@ QImage narrowed(QImage wide)
             owner};
 }
 
+/** A bitmap whose lines go downwards tells its height below zero. */
+QSize toldSize(const QImageReader& reader)
+{
+    const QSize size = reader.size();
+    return size.width() < 0 ? size : QSize(size.width(), std::abs(std::max(size.height(), -INT_MAX)));
+}
+
 QImage forTexture(QImage image)
 {
     if (image.depth() == 64)
@@ -100,7 +112,11 @@ Reading read(const QString& path, const std::atomic_bool& abandoned)
 {
     AbandonableFile file(path, abandoned);
     QImageReader reader(&file);
-    const SizeCheck before = checkSize(reader.size());
+    // A decoder that is chosen by the file's ending takes any bytes for its own.
+    reader.setDecideFormatFromContent(true);
+    SizeCheck before = checkSize(file.open(QIODevice::ReadOnly) ? gifExtent(file) : QSize());
+    if (before.fits)
+        before = checkSize(toldSize(reader));
     Reading reading;
     reading.size = before.info;
     if (!before.fits) {

@@ -19,6 +19,8 @@ kx_run_packages=(
 # For a machine without a screen, and for the tests.
 kx_headless_packages=(xvfb xauth)
 kx_test_packages=(qml-module-qttest sqlite3)
+# For scripts/fuzz.sh, which leaves it where they are not there.
+kx_fuzz_packages=(clang libclang-rt-14-dev)
 
 kx_is_installed() {
     [ "$(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]

@@ -1,8 +1,7 @@
+#include "common/Mutations.h"
 #include "host_drawing/DxfText.h"
 
 #include <QtTest>
-
-#include <random>
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size);
 
@@ -23,16 +22,7 @@ private slots:
             Dxf::layer("frozen", 1, 1), Dxf::block("b", Dxf::line(5, 0, 0, 1, 1)));
         std::mt19937 chance(7);
         for (int run = 0; run < 500; ++run) {
-            QByteArray text = sound;
-            for (int change = int(chance() % 4); change >= 0; --change) {
-                const int at = int(chance() % unsigned(text.size()));
-                if (chance() % 3 == 0)
-                    text.remove(at, int(chance() % 20));
-                else if (chance() % 2 == 0)
-                    text.insert(at, text.mid(int(chance() % unsigned(text.size())), int(chance() % 60)));
-                else
-                    text[at] = char(chance() % 256);
-            }
+            const QByteArray text = damaged(sound, chance);
             QCOMPARE(LLVMFuzzerTestOneInput(reinterpret_cast<const unsigned char*>(text.constData()),
                                             std::size_t(text.size())),
                      0);
