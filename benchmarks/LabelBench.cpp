@@ -176,6 +176,10 @@ FigureList measure(Stage::Kind kind, int labels)
                 boundOfALabelUs);
     for (const bool lines : {true, false}) {
         nav->setManholeFullInfoVisible(lines);
+        const double firstLook = leastOf(1, comeBack).processorMs;
+        figures.add(lines ? QStringLiteral("the first time with full information, us")
+                          : QStringLiteral("the first time after full information, us"),
+                    firstLook * 1000 / board.tagCount(), 3, boundOfALabelUs);
         waitForLabels(stage);
         const double lasted = leastOf(rounds, comeBack).processorMs;
         figures.add(lines ? QStringLiteral("the same with full information, us")

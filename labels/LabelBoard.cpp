@@ -157,6 +157,8 @@ void LabelBoard::remove(NameTag* tag)
     tag->place = -1;
     if (tagCount() == 0)
         closeGaps();
+    // Others may have waited for its room.
+    schedule();
 }
 
 void LabelBoard::closeGaps()
@@ -322,8 +324,9 @@ void LabelBoard::drawSome()
 
 LabelFace* LabelBoard::takeFace()
 {
+    // In the order in which they came: labels that were switched off find what they had painted.
     while (!m_freeFaces.isEmpty()) {
-        if (LabelFace* const face = m_freeFaces.takeLast())
+        if (LabelFace* const face = m_freeFaces.takeFirst())
             return face;
     }
     if (!m_root)

@@ -33,10 +33,8 @@ void NameTag::enroll()
     auto& board = LabelBoard::instance();
     board.add(this);
     lookUpStoredPosition();
-    m_ownerMoves = QObject::connect(&m_owner, &Renderable::transformChanged, &board, [this] {
-        if (!m_label || !m_label->face())
-            LabelBoard::instance().schedule();
-    });
+    // One that is drawn as well: it leaves room, and takes that of others.
+    m_ownerMoves = QObject::connect(&m_owner, &Renderable::transformChanged, &board, [&board] { board.schedule(); });
 }
 
 ImageLabel* NameTag::liveLabel() const
@@ -131,8 +129,7 @@ void NameTag::setOffset(const QVector3D& offset)
     m_offset = offset;
     if (m_label)
         m_label->setOffset(offset);
-    else if (place >= 0)
-        LabelBoard::instance().schedule();
+    LabelBoard::instance().schedule();
 }
 
 void NameTag::setVisible(bool visible)
@@ -186,17 +183,31 @@ float NameTag::aspect() const
     return m_aspect;
 }
 
+/** Whether the label would be off the screen even if each of its letters were as wide as a row is high. */
+bool NameTag::isFarOff(const LabelPlacement::View& view, const QVector3D& anchorOnPlane) const
+{
+    const float row = ImageLabel::m_textRowHeightOnScreen;
+    const float high = LabelPlacement::heightInPixels(row, NodeInformationToggle::m_labelLineHeight, m_multiline);
+    const auto widest = static_cast<float>(m_text.size());
+    const QPointF corner = LabelPlacement::cornerAbove(LabelPlacement::pixelOf(view, anchorOnPlane), widest, row,
+                                                       LabelPlacement::rowsAbove);
+    const QSizeF pixels(static_cast<double>(widest * high), static_cast<double>(high));
+    return !LabelPlacement::coverage(corner, pixels).intersects(QRectF(QPointF(), view.screen));
+}
+
 std::optional<QRectF> NameTag::coverage(const LabelPlacement::View& view) const
 {
     const auto anchorOnPlane = LabelPlacement::onPlane(view, anchor());
     if (!anchorOnPlane)
         return std::nullopt;
     const float row = ImageLabel::m_textRowHeightOnScreen;
+    const bool moved = wasMoved();
+    if (m_aspect < 0.0F && !moved && isFarOff(view, *anchorOnPlane))
+        return std::nullopt;
     const float wide = aspect();
     const float high = LabelPlacement::heightInPixels(row, NodeInformationToggle::m_labelLineHeight, m_multiline);
     const QSizeF pixels(static_cast<double>(wide * high), static_cast<double>(high));
     const auto offset = m_label && m_label->hasCustomPosition() ? m_label->storedOffset() : m_storedOffset;
-    const bool moved = wasMoved();
     const QPointF corner =
         moved && offset
             ? LabelPlacement::placedByOffset(view, *anchorOnPlane, *offset,

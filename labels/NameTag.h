@@ -75,6 +75,7 @@ private:
     void enroll();
     QVector3D anchor() const;
     float aspect() const;
+    bool isFarOff(const LabelPlacement::View& view, const QVector3D& anchorOnPlane) const;
 
     static constexpr float unknown = -1.0F;
 

@@ -12,6 +12,8 @@
 
 #include <QMatrix4x4>
 
+#include <cmath>
+
 // What the navigation does to the scene's objects and camera; its modes stand in GlobalNav.cpp.
 namespace Torvik::View3d {
 
@@ -52,6 +54,9 @@ void GlobalNav::setManholeFullInfoVisible(bool visible)
 
 void GlobalNav::setLabelLineHeight(float lineHeight)
 {
+    // It is kept in the settings: no project would ever show a label again.
+    if (!std::isfinite(lineHeight) || lineHeight <= 0.0F)
+        return;
     Base::CApplicationSettings& settings = Base::CApplicationSettings::instance();
     settings.setDefaultLabelLineHeight(lineHeight);
     NodeInformationToggle::m_labelLineHeight = settings.getDefaultLabelLineHeight() / kLineHeightPerUnit;

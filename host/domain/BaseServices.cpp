@@ -9,6 +9,7 @@
 #include <QSettings>
 #include <QUuid>
 
+#include <cmath>
 #include <memory>
 
 namespace Torvik::Base {
@@ -87,7 +88,7 @@ float CApplicationSettings::getDefaultLabelLineHeight() const
 {
     bool ok = false;
     const float height = settingsStore()->value(lineHeightKey).toFloat(&ok);
-    return ok ? height : defaultLineHeight;
+    return ok && std::isfinite(height) && height > 0.0F ? height : defaultLineHeight;
 }
 
 void CApplicationSettings::setDefaultLabelLineHeight(const float& height)

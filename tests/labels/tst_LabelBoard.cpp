@@ -5,6 +5,7 @@
 #include <QElapsedTimer>
 #include <Qt3DRender/QParameter>
 
+#include <array>
 #include <limits>
 
 using namespace Torvik::View3d;
@@ -27,6 +28,9 @@ private slots:
     void aPressTakesTheUppermostLabel();
     void anObjectThatGoesTakesItsLabelAlong();
     void anObjectThatGoesLeavesTheOrderOfTheOthers();
+    void roomThatBecomesFreeIsTaken();
+    void anObjectMayGoBeforeItsLabelIsDrawn();
+    void whatIsSwitchedOffAndOnIsNotPaintedAgain();
     void aSecondSceneTakesOver();
     void aSecondSceneTakesOverFromALivingOne();
 
@@ -217,8 +221,57 @@ void tst_LabelBoard::anObjectThatGoesLeavesTheOrderOfTheOthers()
 
     QVERIFY(shown(first) && !shown(second));
     delete first;
-    look({0, 0, 0}, 350.0F);
+    rest();
     QVERIFY(shown(second));
+}
+
+void tst_LabelBoard::roomThatBecomesFreeIsTaken()
+{
+    Node* const first = nodeAt("FIRST", {0, 0, 0});
+    Node* const second = nodeAt("SECOND", {0.1F, 0, 0});
+    Node* const third = nodeAt("THIRD", {0.2F, 0, 0});
+    rest();
+    QVERIFY(shown(first) && !shown(second) && !shown(third));
+
+    first->setPosition({5, 0, 0}, 0);
+    rest();
+    QVERIFY(shown(first) && shown(second) && !shown(third));
+
+    delete second;
+    rest();
+    QVERIFY(shown(third));
+}
+
+void tst_LabelBoard::anObjectMayGoBeforeItsLabelIsDrawn()
+{
+    QVector<Node*> nodes;
+    for (int i = 0; i < 60; ++i)
+        nodes.append(nodeAt(QString::number(i), QVector3D(1.5F * float(i % 10) - 7, 0, 1.5F * float(i / 10) - 4)));
+    LabelBoard::instance().arrange();
+    QVERIFY(LabelBoard::instance().drawnCount() > 40);
+
+    qDeleteAll(nodes);
+    rest();
+
+    QCOMPARE(LabelBoard::instance().drawnCount(), 0);
+    QCOMPARE(LabelBoard::instance().tagCount(), 0);
+}
+
+void tst_LabelBoard::whatIsSwitchedOffAndOnIsNotPaintedAgain()
+{
+    const std::array<Node*, 3> nodes {nodeAt("A", {-5, 0, 0}), nodeAt("B", {0, 0, 0}), nodeAt("C", {5, 0, 0})};
+    rest();
+    const int paintings = PaintedTextureText::paintings();
+
+    GlobalNav::instance()->setLabelsVisible(false);
+    rest();
+    QCOMPARE(LabelBoard::instance().drawnCount(), 0);
+    GlobalNav::instance()->setLabelsVisible(true);
+    rest();
+
+    for (const Node* const node : nodes)
+        QVERIFY(shown(node));
+    QCOMPARE(PaintedTextureText::paintings(), paintings);
 }
 
 void tst_LabelBoard::aSecondSceneTakesOver()

@@ -13,6 +13,8 @@
 #include <Qt3DRender/QCamera>
 #include <Qt3DRender/QCameraLens>
 
+#include <limits>
+
 using namespace Torvik::View3d;
 
 class tst_GlobalNav : public QObject {
@@ -221,6 +223,12 @@ private slots:
 
         QCOMPARE(settings.getDefaultLabelLineHeight(), 25.0F);
         QCOMPARE(NodeInformationToggle::m_labelLineHeight, 2.5F);
+
+        for (const float noHeight : {0.0F, -1.0F, std::numeric_limits<float>::quiet_NaN()})
+            GlobalNav::instance()->setLabelLineHeight(noHeight);
+        QCOMPARE(settings.getDefaultLabelLineHeight(), 25.0F);
+        settings.setDefaultLabelLineHeight(-1.0F); // by another hand
+        QCOMPARE(settings.getDefaultLabelLineHeight(), 10.0F);
         GlobalNav::instance()->setLabelLineHeight(before);
     }
 
