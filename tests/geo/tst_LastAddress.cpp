@@ -61,11 +61,16 @@ private slots:
     void anAddressNeedsThreeEntriesAndOneThatIsFilled();
     void theInspectionOfAPipeIsItsFirstOne();
     void anOpenedProjectSetsThePlaceOfTheNodeInspectedLast();
+    void aNodeWithoutAShapeIsPassedOver();
     void aProjectWithoutANodeIsTold();
+    void withoutAProjectNothingIsTold();
     void aNodeWithAnEmptyShapeIsTold();
     void anActiveStructureSetsThePlaceAndTheAddressOfItsStartNode();
     void withoutAnAddressAtTheStartNodeThePipesOwnCounts();
+    void anActiveInspectionKeepsThePlace();
     void anObjectThatIsGoneChangesNothing();
+    void aShapeGivesLatitudeLongitudeAndHeight();
+    void qmlCanCallIt();
     void aNewNodeStandsAtTheLastPlace();
     void theFirstNodesPlaceBecomesTheOrigin();
     void withoutALastPlaceANewNodeStandsWhereTheUserLooks();
@@ -176,6 +181,23 @@ void tst_LastAddress::anOpenedProjectSetsThePlaceOfTheNodeInspectedLast()
     QTRY_COMPARE(settings().loadLatAndLongPosition(), QStringList({"53.2398", "10.4984"}));
 }
 
+void tst_LastAddress::aNodeWithoutAShapeIsPassedOver()
+{
+    SmallNetwork net;
+    const auto far = net.project.addNode("far", "POINT ZM(600000 5900000 0 16)");
+    const auto bare = net.project.addNode("bare");
+    write(bare, "OBJ_Shape_WKT", QVariant(QVariant::String));
+    write(net.inspection, "INS_TimeStamp", "2023-01-01 00:00:00");
+    net.project.addInspection(net.project.addSection("older", far, {}), {}, 1,
+                              {{"INS_TimeStamp", "2024-01-01 00:00:00"}});
+    net.project.addInspection(net.project.addSection("latest", bare, {}), {}, 1,
+                              {{"INS_TimeStamp", "2025-01-01 00:00:00"}});
+
+    net.project.activate();
+
+    QTRY_COMPARE(settings().loadLatAndLongPosition(), QStringList({"53.2398", "10.4984"}));
+}
+
 void tst_LastAddress::aProjectWithoutANodeIsTold()
 {
     TestProject project;
@@ -184,6 +206,13 @@ void tst_LastAddress::aProjectWithoutANodeIsTold()
 
     QVERIFY(!settings().getLatLongOfNodeFromProject().isValid());
     QCOMPARE(log.count(2, "View3d", "Node with position was not found in the project"), 1);
+}
+
+void tst_LastAddress::withoutAProjectNothingIsTold()
+{
+    LogCapture log;
+    settings().updateLastAddressWhenActiveProjectIsChanged();
+    QCOMPARE(log.count(2, "View3d", "Node with position was not found in the project"), 0);
 }
 
 void tst_LastAddress::aNodeWithAnEmptyShapeIsTold()
@@ -224,6 +253,42 @@ void tst_LastAddress::withoutAnAddressAtTheStartNodeThePipesOwnCounts()
     AppState::instance().setActiveInspection(net.inspection);
 
     QCOMPARE(settings().loadLastAddressPosition(), QStringList({"", "Celle", ""}));
+}
+
+void tst_LastAddress::anActiveInspectionKeepsThePlace()
+{
+    SmallNetwork net;
+    net.project.activate();
+    QTRY_VERIFY(sectionOf(net.inspection));
+    settings().saveLatAndLongPosition("A", "B", "1", "2");
+
+    AppState::instance().setActiveInspection(net.inspection);
+
+    QCOMPARE(settings().loadLatAndLongPosition(), QStringList({"1", "2"}));
+}
+
+void tst_LastAddress::aShapeGivesLatitudeLongitudeAndHeight()
+{
+    SmallNetwork net;
+    net.project.activate();
+    QTRY_VERIFY(nodeOf(net.b));
+
+    const QVector3D place = settings().latLongFromWkt(placeB);
+
+    QVERIFY2(qAbs(place.x() - 52.6158F) < 1e-3F, qPrintable(QString::number(double(place.x()))));
+    QVERIFY2(qAbs(place.y() - 10.0343F) < 1e-3F, qPrintable(QString::number(double(place.y()))));
+    // The ground's, which lies where the first node tied it.
+    QVERIFY2(qAbs(place.z() - 40.0F) < 0.01F, qPrintable(QString::number(double(place.z()))));
+}
+
+void tst_LastAddress::qmlCanCallIt()
+{
+    const QMetaObject& meta = CApplicationSettingsLastAddress::staticMetaObject;
+    for (const char* const function :
+         {"latLongFromWkt(QString)", "loadLastAddressPosition()", "loadLatAndLongPosition()",
+          "saveLastAddressPosition(QString,QString,QString)", "saveLatAndLongPosition(QString,QString,QString,QString)",
+          "resetLatAndLongIfNeeded(QString,QString)"})
+        QVERIFY2(meta.indexOfMethod(function) >= 0, function);
 }
 
 void tst_LastAddress::anObjectThatIsGoneChangesNothing()
@@ -267,6 +332,8 @@ void tst_LastAddress::withoutALastPlaceANewNodeStandsWhereTheUserLooks()
     camera.setViewCenter({3, 0, -4});
     m_root->setCamera(&camera);
     settings().saveLatAndLongPosition("A", "B", "48.5", "east");
+    QCOMPARE(m_root->entitiesManager().calculatePositionForNodeAndResetGeoProjectorIfFirst(), QVector3D(3, 0, -4));
+    settings().saveLatAndLongPosition("A", "B", "", "11.25");
     QCOMPARE(m_root->entitiesManager().calculatePositionForNodeAndResetGeoProjectorIfFirst(), QVector3D(3, 0, -4));
     settings().saveLatAndLongPosition("A", "B", "48.5", "");
     QCOMPARE(m_root->entitiesManager().calculatePositionForNodeAndResetGeoProjectorIfFirst(), QVector3D(3, 0, -4));

@@ -51,6 +51,31 @@ private slots:
         QCOMPARE(command->property("running").toBool(), false);
     }
 
+    void allAreTypesOfTheModule_data()
+    {
+        QTest::addColumn<QByteArray>("name");
+        for (const char* const name : {"GoToCamera", "GoToSection", "GoToNodeUpStream", "GoToNodeDownStream",
+                                       "EditGPSPosition", "GoToGPSPosition", "EditGPSAddress", "GoToGPSAddress"})
+            QTest::newRow(name) << QByteArray(name);
+    }
+
+    void allAreTypesOfTheModule()
+    {
+        QFETCH(QByteArray, name);
+        QObject view;
+        view.setProperty("splitViewMode", false);
+        QQmlContext context(m_engine.rootContext());
+        context.setContextProperty("window3d", &view);
+        QQmlComponent component(&m_engine);
+        component.setData("import view3d 1.0\n" + name + " {}", {});
+
+        const std::unique_ptr<QObject> command(component.create(&context));
+
+        QVERIFY2(command, qPrintable(component.errorString()));
+        QCOMPARE(command->property("running"), QVariant(false));
+        QVERIFY(command->metaObject()->indexOfMethod("run()") >= 0);
+    }
+
 private:
     QQmlEngine m_engine;
 };

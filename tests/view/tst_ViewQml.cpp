@@ -3,13 +3,52 @@
 #include "host/modules/Belmora.h"
 #include "host/modules/HostModules.h"
 #include "host/modules/Screens.h"
+#include "network/Section.h"
+#include "scene/SceneEntities.h"
 
+#include <QQmlComponent>
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QtQuickTest>
 #include <QtTest>
 
+#include <QThread>
+
 #include <memory>
+
+/** A test fails when something warns or reports an error that it has not announced. */
+class Alarm {
+public:
+    static void arm()
+    {
+        const QtMessageHandler before = qInstallMessageHandler(hear);
+        if (before != hear)
+            previous = before;
+    }
+    static void expect(QtMsgType type, const QString& text)
+    {
+        QTest::ignoreMessage(type, qPrintable(text));
+        if (type == QtWarningMsg || type == QtCriticalMsg)
+            expected.append(text);
+    }
+
+private:
+    static void hear(QtMsgType type, const QMessageLogContext& context, const QString& text)
+    {
+        previous(type, context, text);
+        // The render threads' words are left to the tests of pictures.
+        if ((type != QtWarningMsg && type != QtCriticalMsg) || QThread::currentThread() != qApp->thread())
+            return;
+        if (!expected.removeOne(text))
+            QTest::qFail(qPrintable("Not announced: " + text), context.file ? context.file : "", context.line);
+    }
+
+    static QtMessageHandler previous;
+    static QStringList expected;
+};
+
+QtMessageHandler Alarm::previous = nullptr;
+QStringList Alarm::expected;
 
 /** What the tests in QML cannot do by themselves; they know it as "host". */
 class TestHost : public QObject {
@@ -23,9 +62,9 @@ public:
     }
 
     /** The test fails unless console.error() says this until its end. */
-    Q_INVOKABLE void expectError(const QString& text) const { expect(QtCriticalMsg, text); }
+    Q_INVOKABLE void expectError(const QString& text) const { Alarm::expect(QtCriticalMsg, text); }
     /** The same for console.log(). */
-    Q_INVOKABLE void expectLog(const QString& text) const { expect(QtDebugMsg, text); }
+    Q_INVOKABLE void expectLog(const QString& text) const { Alarm::expect(QtDebugMsg, text); }
 
     Q_INVOKABLE void setPage(const QString& key) const
     {
@@ -47,11 +86,35 @@ public:
             m_project->activate();
         }
         AppState::instance().setActiveInspection(active ? m_inspection : CDomainObjectPointer());
-        if (!active) {
-            AppState::instance().setActiveProject({});
-            m_inspection.reset();
-            m_project.reset();
-        }
+        if (!active)
+            closeProject();
+    }
+
+    /** Opens a project with a pipe and a manhole ahead of its end; gives the names by which the scene knows them, once
+     * it does. */
+    Q_INVOKABLE QStringList openPipeAndManhole()
+    {
+        m_project = std::make_unique<Kx::Test::TestProject>();
+        const auto a = m_project->addNode("A", "POINT ZM(400000 5600000 100 16)");
+        const auto b = m_project->addNode("B", "POINT ZM(400030 5600000 99 16)");
+        const auto c = m_project->addNode("C", "POINT ZM(400040 5600020 100 16)");
+        const auto pipe = m_project->addSection("A-B", a, b, {{"OBJ_Size1", 400}});
+        m_inspection = m_project->addInspection(pipe, "LINESTRING ZM(400000 5600000 98 132,400030 5600000 97 0)", 2);
+        m_project->activate();
+        const auto stands = [&] {
+            return section() && Torvik::View3d::SceneEntities::instance().getNodes().value(c->id());
+        };
+        if (!QTest::qWaitFor(stands))
+            return {};
+        return {section()->guid(), c->id()};
+    }
+    Q_INVOKABLE double pipeLength() const { return section() ? double(section()->length()) : 0.0; }
+    Q_INVOKABLE void closeProject()
+    {
+        Torvik::AppState::instance().setActiveInspection({});
+        Torvik::AppState::instance().setActiveProject({});
+        m_inspection.reset();
+        m_project.reset();
     }
     /** The section of that inspection becomes the active structure. */
     Q_INVOKABLE void setActiveStructure() const
@@ -70,7 +133,12 @@ public:
     }
 
 private:
-    static void expect(QtMsgType type, const QString& text) { QTest::ignoreMessage(type, qPrintable(text)); }
+    Torvik::View3d::Section* section() const
+    {
+        return m_inspection
+                   ? Torvik::View3d::SceneEntities::instance().getPipeEntities().getByInspectionId(m_inspection->id())
+                   : nullptr;
+    }
 
     QQmlEngine* m_engine;
     std::unique_ptr<Kx::Test::TestProject> m_project;
@@ -87,6 +155,15 @@ public slots:
         Torvik::Base::HostSettings::setSettingsFile(m_settings.filePath("settings.ini"));
         Torvik::Viewer::registerHostModules(*engine);
         engine->rootContext()->setContextProperty("host", new TestHost(engine));
+        // Nothing is there: no test asks the network for a map.
+        engine->rootContext()->setContextProperty("mapEndpoints", QVariantMap {{"tilesHost", "http://127.0.0.1:9"}});
+        // The log is begun with the first test case, and takes all messages then.
+        QQmlComponent log(engine);
+        log.setData("import QtQml 2.12\nimport QtTest 1.1\nTestResult { Component.onCompleted: startLogging() }", {});
+        const std::unique_ptr<QObject> begun(log.create());
+        if (!begun)
+            qFatal("%s", qPrintable(log.errorString()));
+        Alarm::arm();
     }
 
 private:

@@ -6,6 +6,9 @@ import utils 1.0
 Item {
     id: cameraDistanceInfoPanel
 
+    /** Kept free on both sides of the text, where something lies over the panel. */
+    property real margin: 0
+
     width: parent.width
     height: message.implicitHeight + 20
     visible: false
@@ -33,8 +36,9 @@ Item {
     Text {
         id: message
 
+        objectName: "message"
         anchors.centerIn: parent
-        width: parent.width
+        width: parent.width - 2 * cameraDistanceInfoPanel.margin
         color: "white"
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.WordWrap

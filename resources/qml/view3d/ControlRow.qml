@@ -1,7 +1,8 @@
 import QtQuick 2.12
 
-/** Floors and connections: what stands beside the compass. Expects window3d and scene3d around it. */
-Row {
+/** Floors and connections: what stands beside the compass, in a row, or in several where the view is narrow. Expects
+ *  window3d and scene3d around it. */
+Flow {
     id: controlRow
 
     readonly property bool shown: !window3d.splitViewMode

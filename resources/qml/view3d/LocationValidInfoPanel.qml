@@ -6,6 +6,9 @@ import utils 1.0
 Row {
     id: locationValidInfoPanel
 
+    /** As wide as it may be at most. */
+    property real space: 1120
+
     visible: false
 
     Translator {
@@ -23,8 +26,9 @@ Row {
     }
 
     Item {
-        width: 1120
-        height: 40
+        objectName: "box"
+        width: Math.min(1120, locationValidInfoPanel.space)
+        height: Math.max(40, message.implicitHeight + 6)
 
         Rectangle {
             anchors.fill: parent
@@ -33,9 +37,14 @@ Row {
         }
 
         Text {
+            id: message
+
+            objectName: "message"
             anchors.centerIn: parent
+            width: parent.width
             color: "white"
             horizontalAlignment: Text.AlignHCenter
+            wrapMode: Text.WordWrap
             text: translator.txt("LocationInvalid", "The selected location is outside the bounds of the chosen projection system. \nPlease change location or select a different projection system.")
         }
 

@@ -9,6 +9,10 @@ Item {
 
     /** The compass's picture. */
     readonly property Item compassIcon: compassButton.icon
+    /** Of the compass, and of the zoom handles in the corners on the right. */
+    readonly property real cornerSize: compassButton.width
+    /** Where there is room beside it; a narrow view has none. */
+    readonly property real endOfCompass: compassButton.visible ? compassButton.x + compassButton.width : 0
 
     Component.onCompleted: {
         window3d.screenShootArea = mapAndScene
@@ -79,10 +83,8 @@ Item {
         id: compassButton
 
         objectName: "compassButton"
-        anchors {
-            top: parent.top
-            left: window3d.photoAreaDashedRectangleVisible ? photoAreaDashedRectangle.left : parent.left
-        }
+        // The frame may be wider than the view.
+        x: window3d.photoAreaDashedRectangleVisible ? Math.max(0, photoAreaDashedRectangle.x) : 0
         visible: window3d.controlsVisible && window3d.pipeViewBiggerThan40Percentage()
         camera: scene3d.camera
         onHeld: debugButtonsRow.visible = !debugButtonsRow.visible
@@ -92,9 +94,10 @@ Item {
     Item {
         id: panels
 
-        readonly property real begin: compassButton.x + compassButton.width
+        readonly property real begin: mapAndScene.endOfCompass
 
         anchors.fill: parent
+        z: 11
         visible: window3d.controlsVisible
 
         Row {
@@ -103,9 +106,9 @@ Item {
             property real size: 64
 
             objectName: "debugButtonsRow"
-            // Below the control row, which would take its taps.
+            // Not over the control row, whose taps it would take.
             x: panels.begin
-            y: compassButton.y + compassButton.height - height
+            y: controlRow.y + controlRow.height
             spacing: 1
             visible: false
 
@@ -120,21 +123,28 @@ Item {
         }
 
         CameraDistanceInfoPanel {
+            objectName: "cameraDistanceInfoPanel"
             x: panels.begin
             width: parent.width - x
             z: 11
+            margin: mapAndScene.cornerSize
         }
 
         LocationValidInfoPanel {
             id: locationValidInfoPanel
 
+            objectName: "locationValidInfoPanel"
             anchors { horizontalCenter: parent.horizontalCenter; top: parent.top }
+            space: parent.width - 2 * mapAndScene.cornerSize
         }
     }
 
     ControlRow {
+        id: controlRow
+
         objectName: "controlRow"
-        anchors { left: compassButton.right; leftMargin: 10; top: parent.top }
+        x: mapAndScene.endOfCompass + 10
+        width: mapAndScene.width - mapAndScene.cornerSize - spacing - x
         visible: window3d.controlsVisible && !locationValidInfoPanel.visible
     }
 }

@@ -188,6 +188,8 @@ Item {
     Connections {
         target: root.visible && root.scene ? root.scene.sceneRoot : null
         function onDeselectionMouseEvent(mouseEvent) {
+            if (!root.activePointer.isOnGround(mouseEvent.x, mouseEvent.y))
+                return
             root.activePointer.moveTo(mouseEvent.x, mouseEvent.y)
             root.activePointer.saveWorldPosition()
             canvas.requestPaint()

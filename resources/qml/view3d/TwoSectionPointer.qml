@@ -14,10 +14,21 @@ ScreenPointer {
 
     signal moved()
 
+    function groundAt(x, y) {
+        return Utils3D.pointScreenToWorldGround(x, y, overlay.camera, overlay.width, overlay.height)
+    }
+
     function saveWorldPosition() {
         if (overlay.camera)
-            savedWorldPosition = Utils3D.pointScreenToWorldGround(center.x, center.y, overlay.camera, overlay.width,
-                                                                  overlay.height)
+            savedWorldPosition = groundAt(center.x, center.y)
+    }
+
+    /** Whether the ground is seen there. Above the horizon it is met behind the camera, if at all. */
+    function isOnGround(x, y) {
+        if (!overlay.camera)
+            return false
+        const point = groundAt(x, y)
+        return point.y !== -1 && point.minus(overlay.camera.position).dotProduct(overlay.camera.viewVector) > 0
     }
 
     function restoreSavedWorldPosition() {
@@ -43,6 +54,10 @@ ScreenPointer {
     }
 
     onDragFinished: {
+        if (!isOnGround(center.x, center.y)) {
+            restoreSavedWorldPosition()
+            return
+        }
         saveWorldPosition()
         if (!overlay.ifNextStepButtonShouldBeEnabled())
             updateControlledResultPoint()

@@ -157,6 +157,7 @@ Item {
         objectName: "twoSectionInterface"
         // Its pointers lie over the scene.
         z: 1
+        opacity: window3d.screenshotPending ? 0 : 1
     }
 
     Loader {
@@ -169,7 +170,9 @@ Item {
     }
 
     FloorSet {
+        objectName: "floorSet"
         floorsModel: window3d.floorModel
+        opacity: window3d.screenshotPending ? 0 : 1
     }
 
     GridScaleInfo {

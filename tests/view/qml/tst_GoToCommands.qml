@@ -33,10 +33,16 @@ Item {
         }
 
         function test_their_icons() {
-            for (const command of [goToCamera, goToSection, goToUpstream, goToDownstream]) {
-                verify(String(command.icon.enabled).indexOf("qrc:/icons/goto-") === 0)
-                verify(String(command.icon.active).indexOf("qrc:/icons/goto-") === 0)
+            const icons = [[goToCamera, design.icons.button3DGotoCamera], [goToSection, design.icons.button3DGoToSection],
+                           [goToUpstream, design.icons.button3DGoToNodeUpstream],
+                           [goToDownstream, design.icons.button3DGoToNodeDownstream]]
+            const seen = []
+            for (const pair of icons) {
+                compare(pair[0].icon.enabled, pair[1].enabled)
+                compare(pair[0].icon.active, pair[1].active)
+                seen.push(String(pair[1].enabled))
             }
+            compare(seen.filter(function(icon, i) { return seen.indexOf(icon) === i }).length, 4)
         }
 
         function test_the_camera_is_followed_and_let_go() {

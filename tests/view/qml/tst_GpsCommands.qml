@@ -56,6 +56,29 @@ Item {
     GoToGPSAddress { id: goToAddress; map: map }
     GoToGPSPosition { id: withoutMap }
 
+    EditGPSAddress {
+        id: editNamedAddress
+
+        map: map
+
+        /** As a project whose forms name everything. */
+        function templateLabel(column) {
+            return "T " + column
+        }
+    }
+
+    EditGPSAddress {
+        id: editFromLocale
+
+        map: map
+
+        function initiateAddressValues() {
+            lastAddressStreet = ""
+            lastAddressCity = ""
+            lastAddressCountry = "Polska"
+        }
+    }
+
     SignalSpy { id: screens; target: screenManager; signalName: "screenRequested" }
 
     TestCase {
@@ -99,9 +122,11 @@ Item {
             compare(goToPosition.text, "Go-To\nGPS")
             compare(editAddress.text, "Go-To\nAddress")
             compare(goToAddress.text, "")
-            verify(editPosition.icon.enabled)
-            verify(goToPosition.icon.enabled)
-            verify(editAddress.icon.enabled)
+            compare(editPosition.icon.enabled, design.icons.button3DEditGPS.enabled)
+            compare(goToPosition.icon.enabled, design.icons.button3DGotoGPS.enabled)
+            compare(editAddress.icon.enabled, design.icons.button3DGotoAddress.enabled)
+            verify(String(editPosition.icon.enabled) !== String(goToPosition.icon.enabled))
+            verify(String(editAddress.icon.enabled) !== String(goToPosition.icon.enabled))
             compare(goToAddress.icon, undefined)
         }
 
@@ -177,6 +202,18 @@ Item {
             compare(map.places, [])
             compare(map.lastGpsLatitude, "48.25")
             compare(map.lastGpsLongitude, "")
+            verify(!editPosition.running)
+        }
+
+        function test_a_missing_half_is_an_empty_text() {
+            editPosition.trigger()
+            editPosition.handlePosition([undefined, "11.5"])
+            compare(map.lastGpsLatitude, "")
+            compare(map.lastGpsLongitude, "11.5")
+            editPosition.trigger()
+            editPosition.handlePosition(["48.5", null])
+            compare(map.lastGpsLongitude, "")
+            compare(map.places, [])
             verify(!editPosition.running)
         }
 
@@ -257,6 +294,20 @@ Item {
             compare(editAddress.templateLabel("OBJ_District"), "District")
             compare(editAddress.templateLabel("OBJ_Country"), "")
             compare(editAddress.labelCountry, "Country")
+        }
+
+        function test_labels_of_the_form_reach_the_screen_but_for_the_country() {
+            editNamedAddress.trigger()
+            const model = screenArguments("Input::GpsAddressInputScreen").model
+            compare(model.map(function(row) { return row.labelText }), ["T OBJ_Street", "T OBJ_City", ""])
+            editNamedAddress.handleAddress(false)
+        }
+
+        function test_a_country_alone_is_forgotten_once_it_was_proposed() {
+            editFromLocale.trigger()
+            compare(screenArguments("Input::GpsAddressInputScreen").model[2].inputText, "Polska")
+            compare(editFromLocale.lastAddressCountry, "")
+            editFromLocale.handleAddress(false)
         }
 
         function test_the_country_of_the_locale_is_proposed_and_not_kept() {

@@ -61,6 +61,7 @@ Item {
             const id = button.selectedLateral.id()
             mouseClick(button)
             verify(wasLeft())
+            verify(!GlobalNav.realTimeEnabled)
             compare(screens.count, 1)
             compare(screens.signalArguments[0][0], "ProjectOverview::ProjectOverviewScreen")
             const args = screens.signalArguments[0][1]
@@ -95,6 +96,8 @@ Item {
                     + "\n\nAre you sure you want to close the current inspection?")
             MessageBox.answer(false)
             verify(!wasLeft())
+            verify(GlobalNav.realTimeEnabled)
+            verify(!button.isLateralQuickAccessRunning)
             compare(stops.count, 0)
             compare(screens.count, 0)
             verify(!WaitingBox.shown)
@@ -107,8 +110,16 @@ Item {
         }
 
         function test_after_a_yes_it_waits_for_the_video() {
+            const atTheStop = []
+            const look = function() {
+                atTheStop.push(button.isLateralQuickAccessRunning, WaitingBox.shown, GlobalNav.realTimeEnabled, wasLeft())
+            }
+            belmora.videoRecorder.stopRequested.connect(look)
             beginToLeaveRecording()
+            belmora.videoRecorder.stopRequested.disconnect(look)
+            compare(atTheStop, [true, true, true, false])
             compare(stops.count, 1)
+            verify(!GlobalNav.realTimeEnabled)
             verify(wasLeft())
             verify(WaitingBox.shown)
             verify(button.isLateralQuickAccessRunning)
@@ -153,6 +164,22 @@ Item {
             compare(turn.state, "clicked")
             move.clickAction()
             verify(GlobalNav.translateMode)
+            compare(move.y, -6)
+            compare(turn.y, move.y + 64 - 3)
+        }
+
+        function test_a_tap_changes_a_nodes_mode() {
+            modes.visible = true
+            modes.enabled = true
+            const turn = findChild(modes, "btnRotate")
+            GlobalNav.translateMode = true
+            mouseClick(turn)
+            verify(!GlobalNav.translateMode)
+            compare(turn.state, "clicked")
+            mouseClick(findChild(modes, "btnTranslate"))
+            verify(GlobalNav.translateMode)
+            modes.visible = false
+            modes.enabled = false
         }
     }
 }

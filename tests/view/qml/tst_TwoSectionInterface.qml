@@ -45,6 +45,7 @@ CameraWindow {
         property var heard: []
 
         function init() {
+            theCamera.fieldOfView = 3
             theCamera.position = Qt.vector3d(0, 500, 0)
             theCamera.viewCenter = Qt.vector3d(0, 0, 0)
             theCamera.upVector = Qt.vector3d(0, 0, 1)
@@ -125,6 +126,10 @@ CameraWindow {
                 pointing.state = pointing.stateNames[i]
                 compare(pointing.getCurrentStepDescription(), data.texts[i])
             }
+            const steps = Qt.createQmlObject('import "qrc:/qml/view3d"; TwoSectionSteps {}', pointing)
+            compare(steps.description(data.mode, 6), "")
+            compare(steps.description(data.mode, 0), data.texts[0])
+            steps.destroy()
         }
 
         function test_two_segments_take_tap_tap_button_twice() {
@@ -197,6 +202,26 @@ CameraWindow {
             compare(pointing.state, "noPointerYet")
         }
 
+        function test_back_from_the_confirmation_of_a_length_is_the_start_point_too() {
+            start(TwoSectionMode.oneSectionAndValue)
+            tap(100, 100)
+            tap(200, 150)
+            pointing.state = "confirmation"
+            pointing.previousStateOfOperationMode()
+            compare(pointing.state, "selectingFirstSectionStartPoint")
+        }
+
+        function test_only_two_segments_have_pointers_to_put_back() {
+            start(TwoSectionMode.oneSectionAndValue)
+            tap(100, 100)
+            tap(200, 150)
+            tap(250, 180)
+            pointing.state = "noPointerForSecondSection"
+            pointing.previousStateOfOperationMode()
+            compare(pointing.state, "selectingFirstSectionEndPoint")
+            fuzzyCompare(pointer(2).center.x, 250, 0.1)
+        }
+
         function test_back_to_the_first_segment_puts_its_pointers_back() {
             start(TwoSectionMode.twoSections)
             tap(100, 100)
@@ -248,12 +273,17 @@ CameraWindow {
             fuzzyCompare(pointing.sectionDistanceValue, 3.048, 1e-9)
         }
 
-        function test_a_cancelled_length_keeps_state_and_points() {
+        function test_a_cancelled_length_keeps_state_and_points_data() {
+            return [{ "tag": "undefined", "answer": undefined }, { "tag": "null", "answer": null },
+                    { "tag": "false", "answer": false }, { "tag": "empty", "answer": "" }]
+        }
+
+        function test_a_cancelled_length_keeps_state_and_points(data) {
             start(TwoSectionMode.oneSectionAndValue)
             tap(100, 100)
             tap(200, 100)
             pointing.proceedToNextStep()
-            screens.signalArguments[0][1].screenCallback(undefined)
+            screens.signalArguments[0][1].screenCallback(data.answer)
             compare(pointing.state, "selectingFirstSectionEndPoint")
             compare(results.count, 0)
             compare(pointing.resultPoints.length, 2)
@@ -345,6 +375,88 @@ CameraWindow {
             compareVectors(pointer(1).savedWorldPosition, ground(pointer(1).center.x, pointer(1).center.y))
             compareVectors(pointing.resultPoints[0], pointer(1).savedWorldPosition)
             compare(pointing.state, "selectingFirstSectionStartPoint")
+        }
+
+        function test_a_pointer_dragged_while_the_button_waits_counts_with_the_button() {
+            start(TwoSectionMode.twoSections)
+            tap(100, 100)
+            tap(300, 300)
+            mousePress(window3d, 100, 100)
+            mouseMove(window3d, 120, 110)
+            mouseMove(window3d, 150, 140)
+            mouseRelease(window3d, 150, 140)
+            compareVectors(pointing.resultPoints[0], ground(100, 100))
+            pointing.proceedToNextStep()
+            compareVectors(pointing.resultPoints[0], pointer(1).savedWorldPosition)
+            fuzzyCompare(pointer(1).center.x, 150, 1)
+        }
+
+        /** From 20 degrees above the ground, with the sky in the upper part. */
+        function seeTheSky() {
+            theCamera.fieldOfView = 60
+            theCamera.position = Qt.vector3d(0, 34, -94)
+            theCamera.upVector = Qt.vector3d(0, 0.94, 0.34)
+        }
+
+        function test_the_sky_is_no_place_for_a_point() {
+            seeTheSky()
+            start(TwoSectionMode.twoSections)
+            tap(300, 5)
+            compare(pointing.state, "noPointerYet")
+            tap(300, 300)
+            compare(pointing.state, "selectingFirstSectionStartPoint")
+            const before = ground(300, 300)
+            tap(300, 5)
+            compare(pointing.state, "selectingFirstSectionStartPoint")
+            mousePress(window3d, 300, 300)
+            mouseMove(window3d, 300, 200)
+            mouseMove(window3d, 300, 5)
+            mouseRelease(window3d, 300, 5)
+            compareVectors(pointer(1).savedWorldPosition, before)
+            fuzzyCompare(pointer(1).center.y, 300, 0.1)
+            compare(pointing.resultPoints.length, 0)
+        }
+
+        function test_a_level_view_has_no_ground_to_point_at() {
+            theCamera.position = Qt.vector3d(0, 0, -500)
+            theCamera.upVector = Qt.vector3d(0, 1, 0)
+            start(TwoSectionMode.oneSection)
+            tap(300, 100)
+            tap(300, 300)
+            compare(pointing.state, "noPointerYet")
+        }
+
+        function test_it_keeps_what_aligns_the_plan() {
+            const controller = Qt.createQmlObject("import com.torvik.view3d 1.0; BackgroundController {}", pointing)
+            pointing.planController = controller
+            compare(pointing.planController, controller)
+            pointing.planController = null
+            controller.destroy()
+        }
+
+        function isGreen(picture, x, y) {
+            return picture.green(x, y) > 150 && picture.red(x, y) < 130 && picture.blue(x, y) < 80
+        }
+
+        function test_the_first_segment_has_small_crosses_at_its_ends() {
+            start(TwoSectionMode.twoSections)
+            tap(150, 200)
+            tap(450, 200)
+            pointing.proceedToNextStep()
+            let picture
+            tryVerify(function() {
+                picture = grabImage(window3d)
+                return isGreen(picture, 150, 193)
+            })
+            for (const x of [150, 450]) {
+                verify(isGreen(picture, x, 207))
+                verify(!isGreen(picture, x, 188))
+                verify(!isGreen(picture, x, 212))
+            }
+            verify(isGreen(picture, 143, 200))
+            verify(!isGreen(picture, 138, 200))
+            verify(isGreen(picture, 457, 200))
+            verify(!isGreen(picture, 462, 200))
         }
 
         function test_the_segment_is_drawn_in_green() {

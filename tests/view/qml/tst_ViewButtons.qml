@@ -244,19 +244,32 @@ CameraWindow {
             compare([level.state, height.state], ["modeSet", "normal"])
         }
 
+        function sourceOf(button) {
+            for (let i = 0; i < button.children.length; ++i) {
+                if (button.children[i].fillMode !== undefined)
+                    return String(button.children[i].source)
+            }
+            return undefined
+        }
+
         function test_aClickShowsAndActs() {
             plain.clicks = 0
+            compare(plain.duration, 150)
             compare(plain.state, "normal")
+            compare(sourceOf(plain), "qrc:/icons/zoom-plus.png")
             mouseClick(plain)
             compare(plain.clicks, 1)
             compare(plain.state, "clicked")
+            compare(sourceOf(plain), "qrc:/icons/zoom-plus-active.png")
             tryCompare(plain, "state", "normal")
+            compare(sourceOf(plain), "qrc:/icons/zoom-plus.png")
         }
 
         function test_aModeButtonOnlyActs() {
             window3d.mode3dType = Torvik3d.CameraController.Rotate
             const set = createTemporaryObject(modeButton, window3d)
             compare(set.state, "modeSet")
+            compare(sourceOf(set), "qrc:/icons/zoom-plus-active.png")
             window3d.mode3dType = Torvik3d.CameraController.Translate
             const other = createTemporaryObject(modeButton, window3d)
             compare(other.state, "normal")

@@ -2,7 +2,6 @@ import QtQuick 2.12
 import QtTest 1.12
 import Torvik.Geo 1.0 as TorvikGeo
 import com.torvik.view3d 1.0 as Torvik3d
-import view3d 1.0 as View3d
 
 /** The view as a host embeds it. */
 Item {
@@ -11,62 +10,11 @@ Item {
     width: 900
     height: 600
 
-    Component {
-        id: windowComponent
-
-        View3d.Window3d {
-            anchors.fill: parent
-        }
-    }
-
     SignalSpy { id: screens; target: screenManager; signalName: "screenRequested" }
 
-    TestCase {
+    ViewTestCase {
         name: "Window3d"
-        when: windowShown
-
-        property var view
-        property var scene
-
-        function init() {
-            root.width = 900
-            TorvikGeo.GeoProjector.initFromMap(51, 10, 0)
-            view = createTemporaryObject(windowComponent, root)
-            verify(view)
-            tryVerify(function() { return !!view.compass }, 10000)
-            scene = view.scene3d
-            screens.clear()
-            // The menu unfolds.
-            tryCompare(child("view3dMenu"), "height", 129)
-        }
-
-        function cleanup() {
-            scene.camera.animScheduler.completeAll()
-            host.setPage("Screens::InspectionScreen")
-            GlobalNav.connectionMode = false
-            GlobalNav.lateralNotInProximity()
-            FloorNav.current = -1
-            FloorNav.floorValues = []
-            host.setActiveInspection(false)
-        }
-
-        /** By its name, among the items and what repeaters made. */
-        function find(item, name) {
-            if (item.objectName === name)
-                return item
-            for (let i = 0; i < item.children.length; ++i) {
-                const found = find(item.children[i], name)
-                if (found)
-                    return found
-            }
-            return null
-        }
-
-        function child(name) {
-            const found = find(view, name)
-            verify(found, name)
-            return found
-        }
+        frame: root
 
         function test_it_stands_before_its_scene() {
             const early = createTemporaryObject(windowComponent, root)
@@ -186,21 +134,6 @@ Item {
             verify(!child("controlTypeModeButton").visible)
         }
 
-        function test_every_width_shows_its_controls_data() {
-            return [320, 600, 1280, 3840].map(function(width) { return { "tag": String(width), "width": width } })
-        }
-
-        function test_every_width_shows_its_controls(data) {
-            root.width = data.width
-            waitForRendering(view)
-            compare(scene.width, data.width)
-            for (const name of ["zoomInButton", "zoomOutButton", "view3dMenu"]) {
-                const at = child(name).mapToItem(view, 0, 0)
-                verify(at.x >= 0 && at.x + child(name).width <= data.width, name)
-                verify(at.y >= 0 && at.y + child(name).height <= 600, name)
-            }
-        }
-
         function test_the_mode_button_goes_between_moving_and_turning() {
             const button = child("controlTypeModeButton").item
             compare(button.modeButtonMode, view.mode3dTypes.translate)
@@ -228,17 +161,66 @@ Item {
         function test_leaving_for_split_view_ends_what_was_begun() {
             view.switchMode(view.mode3dTypes.rotate)
             view.connectedState = true
+            scene.camera.setPose(Qt.vector3d(3, 300, 4), Qt.vector3d(3, 0, 4), Qt.vector3d(0, 0, 1))
             view.beforeSplitViewModeChanged()
             compare(view.connectedState, false)
+            compare(scene.camera.lastPositionFullView, Qt.vector3d(3, 300, 4))
             view.splitViewMode = true
             compare(view.mode3dType, view.mode3dTypes.translate)
             verify(!child("floorsInputScreenButton").visible)
             view.connectedState = true
+            scene.camera.setPose(Qt.vector3d(0, 200, 0), Qt.vector3d(0, 0, 0), Qt.vector3d(0, 0, 1))
+            view.switchMode(view.mode3dTypes.rotate)
             view.beforeSplitViewModeChanged()
             compare(view.connectedState, true)
+            compare(scene.camera.lastPositionFullView, Qt.vector3d(3, 300, 4))
+            view.splitViewMode = false
+            compare(view.mode3dType, view.mode3dTypes.translate)
+        }
+
+        function test_addresses_and_places_are_the_maps() {
+            const asked = []
+            view.map = {
+                "gotoAddress": function(address) { asked.push(address) },
+                "gotoPosition": function(place) { asked.push(place) }
+            }
+            view.gotoAddress("Celle")
+            view.gotoPosition("there")
+            compare(asked, ["Celle", "there"])
+        }
+
+        function test_the_mode_button_ends_the_demonstration() {
+            scene.switchDemo()
+            const before = scene.camera.upVector.x
+            tryVerify(function() { return scene.camera.upVector.x !== before })
+            mouseClick(child("controlTypeModeButton").item)
+            const up = scene.camera.upVector.x
+            wait(100)
+            compare(scene.camera.upVector.x, up)
+        }
+
+        function test_the_mode_button_stands_for_the_mode_when_the_view_changes() {
+            const button = child("controlTypeModeButton").item
+            view.switchMode(view.mode3dTypes.rotate)
+            scene.mode3d = false
+            compare(button.modeButtonMode, view.mode3dTypes.rotate)
+            view.switchMode(view.mode3dTypes.translate)
+            scene.mode3d = true
+            compare(button.modeButtonMode, view.mode3dTypes.translate)
+        }
+
+        function test_a_host_may_begin_in_split_view() {
+            const early = createTemporaryObject(windowComponent, root, { "splitViewMode": true })
+            early.switchMode(early.mode3dTypes.rotate)
+            early.beforeSplitViewModeChanged()
+            early.splitViewMode = false
+            early.beforeSplitViewModeChanged()
+            compare(early.mode3dType, early.mode3dTypes.translate)
+            tryVerify(function() { return !!early.compass }, 10000)
         }
 
         function test_floors_are_asked_for() {
+            screens.clear()
             mouseClick(child("floorsInputScreenButton"))
             compare(screens.count, 1)
             compare(screens.signalArguments[0][0], "View3d::FloorsInputScreen")
@@ -294,7 +276,6 @@ Item {
 
         function test_the_compass_turns_with_the_view(data) {
             scene.camera.setPose(Qt.vector3d(0, 300, 0), Qt.vector3d(0, 0, 0), data.up)
-            view.compass.calculateCompass()
             fuzzyCompare(view.compass.rotation, data.rotation, 0.01)
             compare(view.cameraNorthRotation, view.compass.rotation)
         }
@@ -309,11 +290,15 @@ Item {
         function test_holding_the_compass_shows_the_diagnoses() {
             const row = child("debugButtonsRow")
             verify(!row.visible)
+            scene.camera.setPose(Qt.vector3d(0, 300, 0), Qt.vector3d(0, 0, 0), Qt.vector3d(1, 0, 0))
             mousePress(child("compassButton"))
             wait(3500)
             verify(!row.visible)
             tryVerify(function() { return row.visible }, 2000)
             mouseRelease(child("compassButton"))
+            // It was no click: the view stays.
+            verify(!scene.camera.animationsRunning)
+            fuzzyCompare(view.compass.rotation, 90, 0.01)
             const button = row.children[0]
             compare(button.caption, "camera\nprops")
             compare(button.width, 64)
@@ -366,6 +351,7 @@ Item {
             compare(view.twoSectionInterface.oprationMode, 4)
             view.toggleTwoSectionInterface(1)
             verify(!view.twoSectionInterface.enabled)
+            compare(view.twoSectionInterface.oprationMode, 1)
             verify(scene.sceneRoot.selectionsEnabled)
         }
 
@@ -391,6 +377,15 @@ Item {
                 verify(!warnings.children[i].visible)
         }
 
+        function test_what_lies_over_the_scene_is_not_in_a_photo() {
+            const over = [view.twoSectionInterface, child("gridScaleInfo"), child("floorSet")]
+            for (const item of over)
+                compare(item.opacity, 1)
+            view.screenshotPending = true
+            for (const item of over)
+                compare(item.opacity, 0)
+        }
+
         function test_another_project_ends_a_connection() {
             view.connectedState = true
             host.setActiveInspection(true)
@@ -401,9 +396,9 @@ Item {
             const before = view.compass.rotation
             host.expectError("# Camera has wrong state!")
             scene.camera.upVector = Qt.vector3d(NaN, 0, 0)
-            view.compass.calculateCompass()
             compare(view.compass.rotation, before)
             scene.camera.upVector = Qt.vector3d(0, 0, 1)
+            compare(view.compass.rotation, 0)
         }
 
         function test_without_controls_it_is_the_scene_alone() {
