@@ -69,10 +69,12 @@ void PlanLoader::connectCommon(IBackgroundPlan* plan)
         if (plan)
             plan->deleteLater();
     });
-    connect(plan, &IBackgroundPlan::fileTooLarge, this, [this](const SizeInfo& sizeInfo) {
+    connect(plan, &IBackgroundPlan::fileTooLarge, this, [this, plan](const SizeInfo& sizeInfo) {
         emit fileTooLarge(sizeInfo);
         if (m_tooLarge == TooLarge::EndsAtOnce)
             forceCancel();
+        else
+            endUnlessItDoesByItself(plan);
     });
     connect(plan, &IBackgroundPlan::pdfConverterProblem, this, [this](Base::CErrorCode errorCode) {
         forceCancel();
@@ -116,15 +118,14 @@ void PlanLoader::loadPlanFromProject(QSharedPointer<Database::CProjectObject> pr
     }
     if (!begin(path))
         return;
+    // It is laid all the same, somewhere.
+    if (!io.problem().isEmpty())
+        setProblem(tr("%1\nThe plan %2 is laid, but perhaps not where it was: place it anew.").arg(io.problem(), path));
     initGeoProjector(io.getPlanSettings());
     connectCommon(m_plan);
     connect(m_plan, &IBackgroundPlan::fileCorrupted, this, [this, plan = m_plan](Base::CErrorCode errorCode) {
         emit corruptedPlanFile(errorCode);
-        // Mostly a cancellation follows; not every kind tells one.
-        QTimer::singleShot(0, this, [this, plan] {
-            if (plan && plan == m_plan)
-                forceCancel();
-        });
+        endUnlessItDoesByItself(plan);
     });
     // Of the tie to the earth that stands now.
     connect(m_plan, &IBackgroundPlan::backgroundLoadingFinished, this,
@@ -178,6 +179,15 @@ void PlanLoader::forceCancel()
         plan->deleteLater();
     emit cancelFinished();
     emit planLoadingChanged();
+}
+
+void PlanLoader::endUnlessItDoesByItself(const QPointer<IBackgroundPlan>& plan)
+{
+    // Mostly a cancellation follows; not every kind tells one.
+    QTimer::singleShot(0, this, [this, plan] {
+        if (plan && plan == m_plan)
+            forceCancel();
+    });
 }
 
 void PlanLoader::cancel()

@@ -81,6 +81,7 @@ private:
     void processsAfterCorrupted(Base::CErrorCode errorCode);
     void processAfterLoadedAndSetTranslation(IBackgroundPlan* plan, const PlanSettings& settings);
     void forceCancel();
+    void endUnlessItDoesByItself(const QPointer<IBackgroundPlan>& plan);
     IBackgroundPlan* release();
     void setProblem(const QString& problem);
 

@@ -9,6 +9,7 @@ namespace {
 
 const QLatin1Char slash('/');
 const QLatin1Char backslash('\\');
+const QLatin1String above("..");
 
 bool isAbsolute(const QString& path)
 {
@@ -69,8 +70,13 @@ QString resolved(const QString& stored, const QString& projectPath, const QStrin
     const QString path = QString(stored).replace(backslash, slash);
     if (folder.isEmpty() || path.isEmpty() || path.endsWith(slash))
         return {};
-    return projectPath + insideProject(path.split(slash, Qt::SkipEmptyParts), folder,
-                                       documentation.split(slash, Qt::SkipEmptyParts), isAbsolute(path));
+    const QStringList parts = path.split(slash, Qt::SkipEmptyParts);
+    if (parts.last() == above)
+        return {};
+    // What leads out of the project is no plan of it: with the plan its file would be deleted.
+    if (parts.contains(above))
+        return projectPath + documentation + parts.last();
+    return projectPath + insideProject(parts, folder, documentation.split(slash, Qt::SkipEmptyParts), isAbsolute(path));
 }
 
 } // namespace Torvik::View3d::PlanPath

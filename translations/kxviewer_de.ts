@@ -13,6 +13,17 @@
     </message>
 </context>
 <context>
+    <name>CommandPanelBase</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Start</translation>
+    </message>
+</context>
+<context>
     <name>DetailsPage</name>
     <message>
         <source>Select an object, here or in the scene</source>
@@ -254,6 +265,25 @@
     <message>
         <source>Plan</source>
         <translation>Plan</translation>
+    </message>
+</context>
+<context>
+    <name>MessageBoxUtils</name>
+    <message>
+        <source>%1 cannot be read. It is damaged, or no file of its kind. Copy it again from where it came.</source>
+        <translation>%1 kann nicht gelesen werden. Die Datei ist beschädigt oder keine ihrer Art. Kopieren Sie sie noch einmal von ihrer Herkunft.</translation>
+    </message>
+    <message>
+        <source>%1 x %2 pixels are too many; a plan has at most %3 x %4. Make it smaller and try again.</source>
+        <translation>%1 x %2 Bildpunkte sind zu viele; ein Plan hat höchstens %3 x %4. Verkleinern Sie ihn und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>No picture can be made of this PDF. Save it as PNG and choose that file.</source>
+        <translation>Aus diesem PDF lässt sich kein Bild machen. Speichern Sie es als PNG und wählen Sie diese Datei.</translation>
+    </message>
+    <message>
+        <source>The plan cannot be loaded</source>
+        <translation>Der Plan kann nicht geladen werden</translation>
     </message>
 </context>
 <context>
@@ -589,6 +619,119 @@
     </message>
 </context>
 <context>
+    <name>PlanBar</name>
+    <message>
+        <source>This cannot be a plan</source>
+        <translation>Das kann kein Plan sein</translation>
+    </message>
+    <message>
+        <source>%1 lies under the network. When the new plan has been loaded, the old one goes, and its file in the project is deleted.</source>
+        <translation>%1 liegt unter dem Netz. Sobald der neue Plan geladen ist, weicht der alte, und seine Datei im Projekt wird gelöscht.</translation>
+    </message>
+    <message>
+        <source>%1 lies on this floor. When the new plan has been loaded, the old one goes.</source>
+        <translation>%1 liegt auf diesem Stockwerk. Sobald der neue Plan geladen ist, weicht der alte.</translation>
+    </message>
+    <message>
+        <source>Replace the plan?</source>
+        <translation>Den Plan ersetzen?</translation>
+    </message>
+    <message>
+        <source>The plan stays where it is</source>
+        <translation>Der Plan bleibt, wo er ist</translation>
+    </message>
+    <message>
+        <source>Floor %1</source>
+        <translation>Stockwerk %1</translation>
+    </message>
+    <message>
+        <source>%1 is taken out of the view and out of the project. Its file stays among the project&apos;s documents.</source>
+        <translation>%1 wird aus der Ansicht und aus dem Projekt genommen. Die Datei bleibt bei den Dokumenten des Projekts.</translation>
+    </message>
+    <message>
+        <source>%1 is taken off this floor. Its file stays where it is.</source>
+        <translation>%1 wird von diesem Stockwerk genommen. Die Datei bleibt, wo sie ist.</translation>
+    </message>
+    <message>
+        <source>Remove the plan?</source>
+        <translation>Den Plan entfernen?</translation>
+    </message>
+    <message>
+        <source>The plan cannot be laid</source>
+        <translation>Der Plan kann nicht gelegt werden</translation>
+    </message>
+    <message>
+        <source>Not all of the plan is there</source>
+        <translation>Nicht alles vom Plan ist da</translation>
+    </message>
+    <message>
+        <source>Under the network</source>
+        <translation>Unter dem Netz</translation>
+    </message>
+    <message>
+        <source>Heights…</source>
+        <translation>Höhen…</translation>
+    </message>
+    <message>
+        <source>Choose a file…</source>
+        <translation>Datei wählen…</translation>
+    </message>
+    <message>
+        <source>Place by two lines</source>
+        <translation>Mit zwei Linien platzieren</translation>
+    </message>
+    <message>
+        <source>Scale by a length</source>
+        <translation>Nach einer Länge skalieren</translation>
+    </message>
+    <message>
+        <source>North by two points</source>
+        <translation>Norden mit zwei Punkten</translation>
+    </message>
+    <message>
+        <source>Move with the view</source>
+        <translation>Mit der Ansicht bewegen</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>No plan here</source>
+        <translation>Hier liegt kein Plan</translation>
+    </message>
+    <message>
+        <source>Choose a plan</source>
+        <translation>Einen Plan wählen</translation>
+    </message>
+</context>
+<context>
+    <name>PlanKinds</name>
+    <message>
+        <source>Plans (%1)</source>
+        <translation>Pläne (%1)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>Alle Dateien (*)</translation>
+    </message>
+</context>
+<context>
+    <name>PlanSteps</name>
+    <message>
+        <source>NEXT STEP</source>
+        <translation>WEITER</translation>
+    </message>
+    <message>
+        <source>BACK</source>
+        <translation>ZURÜCK</translation>
+    </message>
+    <message>
+        <source>CANCEL</source>
+        <translation>ABBRECHEN</translation>
+    </message>
+</context>
+<context>
     <name>PrintedPage</name>
     <message>
         <source>N</source>
@@ -751,6 +894,12 @@
     <message>
         <source>The plan of the project cannot be laid: %1 is missing or too large</source>
         <translation>Der Plan des Projekts lässt sich nicht auflegen: %1 fehlt oder ist zu groß</translation>
+    </message>
+    <message>
+        <source>%1
+The plan %2 is laid, but perhaps not where it was: place it anew.</source>
+        <translation>%1
+Der Plan %2 liegt in der Ansicht, aber vielleicht nicht dort, wo er lag: Richten Sie ihn neu aus.</translation>
     </message>
 </context>
 <context>
@@ -979,6 +1128,29 @@
     </message>
 </context>
 <context>
+    <name>Torvik::Viewer::PlanWork</name>
+    <message>
+        <source>There is no project that a plan could belong to. Open one first.</source>
+        <translation>Es ist kein Projekt offen, zu dem ein Plan gehören könnte. Öffnen Sie erst eines.</translation>
+    </message>
+    <message>
+        <source>There is no plan any more.</source>
+        <translation>Es gibt keinen Plan mehr.</translation>
+    </message>
+    <message>
+        <source>Both ends of the line are at the same place. Tap two points that are apart.</source>
+        <translation>Beide Enden der Linie liegen an derselben Stelle. Tippen Sie zwei Punkte an, die auseinanderliegen.</translation>
+    </message>
+    <message>
+        <source>The length of the line must be greater than zero.</source>
+        <translation>Die Länge der Linie muss größer als null sein.</translation>
+    </message>
+    <message>
+        <source>Another plan is still being loaded. Wait until it is there, or cancel it.</source>
+        <translation>Ein anderer Plan wird noch geladen. Warten Sie, bis er da ist, oder brechen Sie das Laden ab.</translation>
+    </message>
+</context>
+<context>
     <name>Torvik::Viewer::ProjectTree</name>
     <message>
         <source>without a name</source>
@@ -1060,168 +1232,6 @@
     <message>
         <source>Measure</source>
         <translation>Messen</translation>
-    </message>
-</context>
-<context>
-    <name>CommandPanelBase</name>
-    <message>
-        <source>Cancel</source>
-        <translation>Abbrechen</translation>
-    </message>
-    <message>
-        <source>Start</source>
-        <translation>Start</translation>
-    </message>
-</context>
-<context>
-    <name>MessageBoxUtils</name>
-    <message>
-        <source>%1 cannot be read. It is damaged, or no file of its kind. Copy it again from where it came.</source>
-        <translation>%1 kann nicht gelesen werden. Die Datei ist beschädigt oder keine ihrer Art. Kopieren Sie sie noch einmal von ihrer Herkunft.</translation>
-    </message>
-    <message>
-        <source>%1 x %2 pixels are too many; a plan has at most %3 x %4. Make it smaller and try again.</source>
-        <translation>%1 x %2 Bildpunkte sind zu viele; ein Plan hat höchstens %3 x %4. Verkleinern Sie ihn und versuchen Sie es noch einmal.</translation>
-    </message>
-    <message>
-        <source>No picture can be made of this PDF. Save it as PNG and choose that file.</source>
-        <translation>Aus diesem PDF lässt sich kein Bild machen. Speichern Sie es als PNG und wählen Sie diese Datei.</translation>
-    </message>
-    <message>
-        <source>The plan cannot be loaded</source>
-        <translation>Der Plan kann nicht geladen werden</translation>
-    </message>
-</context>
-<context>
-    <name>PlanBar</name>
-    <message>
-        <source>This cannot be a plan</source>
-        <translation>Das kann kein Plan sein</translation>
-    </message>
-    <message>
-        <source>%1 lies under the network. When the new plan has been loaded, the old one goes, and its file in the project is deleted.</source>
-        <translation>%1 liegt unter dem Netz. Sobald der neue Plan geladen ist, weicht der alte, und seine Datei im Projekt wird gelöscht.</translation>
-    </message>
-    <message>
-        <source>%1 lies on this floor. When the new plan has been loaded, the old one goes.</source>
-        <translation>%1 liegt auf diesem Stockwerk. Sobald der neue Plan geladen ist, weicht der alte.</translation>
-    </message>
-    <message>
-        <source>Replace the plan?</source>
-        <translation>Den Plan ersetzen?</translation>
-    </message>
-    <message>
-        <source>The plan stays where it is</source>
-        <translation>Der Plan bleibt, wo er ist</translation>
-    </message>
-    <message>
-        <source>Floor %1</source>
-        <translation>Stockwerk %1</translation>
-    </message>
-    <message>
-        <source>%1 is taken out of the view and out of the project. Its file stays among the project&apos;s documents.</source>
-        <translation>%1 wird aus der Ansicht und aus dem Projekt genommen. Die Datei bleibt bei den Dokumenten des Projekts.</translation>
-    </message>
-    <message>
-        <source>%1 is taken off this floor. Its file stays where it is.</source>
-        <translation>%1 wird von diesem Stockwerk genommen. Die Datei bleibt, wo sie ist.</translation>
-    </message>
-    <message>
-        <source>Remove the plan?</source>
-        <translation>Den Plan entfernen?</translation>
-    </message>
-    <message>
-        <source>The plan cannot be laid</source>
-        <translation>Der Plan kann nicht gelegt werden</translation>
-    </message>
-    <message>
-        <source>Not all of the plan is there</source>
-        <translation>Nicht alles vom Plan ist da</translation>
-    </message>
-    <message>
-        <source>Under the network</source>
-        <translation>Unter dem Netz</translation>
-    </message>
-    <message>
-        <source>Heights…</source>
-        <translation>Höhen…</translation>
-    </message>
-    <message>
-        <source>Choose a file…</source>
-        <translation>Datei wählen…</translation>
-    </message>
-    <message>
-        <source>Place by two lines</source>
-        <translation>Mit zwei Linien platzieren</translation>
-    </message>
-    <message>
-        <source>Scale by a length</source>
-        <translation>Nach einer Länge skalieren</translation>
-    </message>
-    <message>
-        <source>North by two points</source>
-        <translation>Norden mit zwei Punkten</translation>
-    </message>
-    <message>
-        <source>Move with the view</source>
-        <translation>Mit der Ansicht bewegen</translation>
-    </message>
-    <message>
-        <source>Remove</source>
-        <translation>Entfernen</translation>
-    </message>
-    <message>
-        <source>No plan here</source>
-        <translation>Hier liegt kein Plan</translation>
-    </message>
-    <message>
-        <source>Choose a plan</source>
-        <translation>Einen Plan wählen</translation>
-    </message>
-</context>
-<context>
-    <name>PlanKinds</name>
-    <message>
-        <source>Plans (%1)</source>
-        <translation>Pläne (%1)</translation>
-    </message>
-    <message>
-        <source>All files (*)</source>
-        <translation>Alle Dateien (*)</translation>
-    </message>
-</context>
-<context>
-    <name>PlanSteps</name>
-    <message>
-        <source>NEXT STEP</source>
-        <translation>WEITER</translation>
-    </message>
-    <message>
-        <source>BACK</source>
-        <translation>ZURÜCK</translation>
-    </message>
-    <message>
-        <source>CANCEL</source>
-        <translation>ABBRECHEN</translation>
-    </message>
-</context>
-<context>
-    <name>Torvik::Viewer::PlanWork</name>
-    <message>
-        <source>There is no project that a plan could belong to. Open one first.</source>
-        <translation>Es ist kein Projekt offen, zu dem ein Plan gehören könnte. Öffnen Sie erst eines.</translation>
-    </message>
-    <message>
-        <source>There is no plan any more.</source>
-        <translation>Es gibt keinen Plan mehr.</translation>
-    </message>
-    <message>
-        <source>Both ends of the line are at the same place. Tap two points that are apart.</source>
-        <translation>Beide Enden der Linie liegen an derselben Stelle. Tippen Sie zwei Punkte an, die auseinanderliegen.</translation>
-    </message>
-    <message>
-        <source>The length of the line must be greater than zero.</source>
-        <translation>Die Länge der Linie muss größer als null sein.</translation>
     </message>
 </context>
 </TS>

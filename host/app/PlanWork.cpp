@@ -160,6 +160,8 @@ QString PlanWork::refusal(const QUrl& file) const
     const QString path = file.isLocalFile() ? file.toLocalFile() : file.toString();
     const QFileInfo info(path);
     const qint64 limit = View3d::PlanFiles::sizeLimit(info.suffix());
+    if (m_loading)
+        return tr("Another plan is still being loaded. Wait until it is there, or cancel it.");
     if (projectPath().isEmpty())
         return tr("There is no project that a plan could belong to. Open one first.");
     if (!info.isFile())
@@ -174,9 +176,8 @@ QString PlanWork::refusal(const QUrl& file) const
 void PlanWork::load(const QUrl& file)
 {
     const QString refused = refusal(file);
-    if (m_loading || !refused.isEmpty()) {
-        if (!m_loading)
-            emit failed(refused);
+    if (!refused.isEmpty()) {
+        emit failed(refused);
         return;
     }
     follow();
@@ -265,6 +266,7 @@ void PlanWork::hear(Loader* loader)
     };
     connect(loader, &Loader::cancelFinished, m_hearing, end, Qt::QueuedConnection);
     connect(loader, &Loader::corruptedPlanFile, m_hearing, end, Qt::QueuedConnection);
+    connect(loader, &Loader::fileTooLarge, m_hearing, end, Qt::QueuedConnection);
     connect(loader, &Loader::planLoaded, m_hearing,
             [this](View3d::Renderable* loaded) { onLoaded(qobject_cast<IBackgroundPlan*>(loaded)); });
 }
@@ -284,18 +286,19 @@ void PlanWork::stopHearing()
 void PlanWork::onLoaded(IBackgroundPlan* plan)
 {
     const QStringList warnings = DXF::DrawingJournal::last(m_loadPath).warnings;
+    bool laid = true;
     if (m_loadingFloor == underNetwork) {
-        layUnderNetwork(plan);
+        laid = layUnderNetwork(plan);
     } else {
         // It stands as high as the others of the building.
         setHeights(heights());
     }
-    if (!warnings.isEmpty() && !m_told)
+    if (laid && !warnings.isEmpty())
         emit noted(warnings.join(QLatin1Char('\n')));
     finish();
 }
 
-void PlanWork::layUnderNetwork(IBackgroundPlan* plan)
+bool PlanWork::layUnderNetwork(IBackgroundPlan* plan)
 {
     PlanLoader* const loader = SceneRoot::instance()->planLoader();
     const QString project = projectPath();
@@ -304,13 +307,14 @@ void PlanWork::layUnderNetwork(IBackgroundPlan* plan)
     loader->swapPlan(plan);
     if (!loader->problem().isEmpty()) {
         plan->destroyLater();
-        return;
+        return false;
     }
     SceneEntities::instance().setBackgroundPlan(plan);
     m_told = true;
     emit planLoadedChanged();
     if (!plan->savePlanFile(project))
         emit failed(PlanMessages::placeNotStored(m_source));
+    return true;
 }
 
 void PlanWork::finish()

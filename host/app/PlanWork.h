@@ -99,7 +99,8 @@ private:
     void hear(Loader* loader);
     void stopHearing();
     void onLoaded(View3d::IBackgroundPlan* plan);
-    void layUnderNetwork(View3d::IBackgroundPlan* plan);
+    /** @returns whether it lies there */
+    bool layUnderNetwork(View3d::IBackgroundPlan* plan);
     void finish();
     void fail(const QString& text);
 

@@ -2,6 +2,7 @@
 #include "common/TestProject.h"
 #include "plans/BackgroundImagePdf.h"
 #include "plans/BackgroundLoader.h"
+#include "plans/FakeConverter.h"
 #include "plans/FloorNav.h"
 #include "scene/SceneEntities.h"
 #include "scene/SceneRoot.h"
@@ -15,6 +16,7 @@
 #include <memory>
 
 using namespace Torvik::View3d;
+using Kx::Test::FakeConverter;
 using Kx::Test::LogCapture;
 using Kx::Test::TestProject;
 using Torvik::Base::CErrorCode;
@@ -23,26 +25,6 @@ using Torvik::Base::CFileSystemNames;
 namespace {
 
 const QString category = QStringLiteral("Torvik::BackgroundImagePdf");
-
-/** A command of this name that does what the script says, before the real one on the PATH. */
-class FakeConverter {
-public:
-    explicit FakeConverter(const QByteArray& script)
-        : m_before(qgetenv("PATH"))
-    {
-        QFile file(m_folder.filePath(QStringLiteral("pdftoppm")));
-        if (file.open(QIODevice::WriteOnly))
-            file.write("#!/bin/sh\n" + script + "\n");
-        file.close();
-        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        qputenv("PATH", QFile::encodeName(m_folder.path()) + ':' + m_before);
-    }
-    ~FakeConverter() { qputenv("PATH", m_before); }
-
-private:
-    QTemporaryDir m_folder;
-    QByteArray m_before;
-};
 
 class Told {
 public:

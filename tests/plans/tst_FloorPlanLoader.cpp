@@ -2,6 +2,7 @@
 #include "geo/GdalGeoProjector.h"
 #include "plans/BackgroundImage.h"
 #include "plans/BackgroundLoader.h"
+#include "plans/FakeConverter.h"
 #include "plans/FloorNav.h"
 #include "plans/FloorPlanLoader.h"
 #include "plans/HeardOfLoader.h"
@@ -17,6 +18,7 @@
 #include <memory>
 
 using namespace Torvik::View3d;
+using Kx::Test::FakeConverter;
 using Kx::Test::Heard;
 using Kx::Test::TestProject;
 using Torvik::AppState;
@@ -151,6 +153,39 @@ private slots:
         QVERIFY(!nav().hasFloorPlan(0));
     }
 
+    void aPdfThatIsTooLargeEndsToo()
+    {
+        m_project->activate();
+        const QString page = picture("page.png", {4049, 2});
+        const QString pdf = m_folder->filePath(QStringLiteral("large.pdf"));
+        QVERIFY(QFile(pdf).open(QIODevice::WriteOnly));
+        const FakeConverter converter("cp '" + QFile::encodeName(page) + "' \"$6.png\"");
+        Heard heard(&loader());
+
+        loader().loadPlan(pdf, 0);
+        QTRY_VERIFY(!loader().planLoading());
+
+        QCOMPARE(heard.lines, (QStringList {"loading", "too large 4049", "cancelled", "idle"}));
+        deleteWhatIsToBeDeleted();
+        QCOMPARE(m_root->findChildren<BackgroundImage*>().size(), 0);
+        QVERIFY(!nav().hasFloorPlan(0));
+    }
+
+    void aFailedConverterEndsTheLoadFirst()
+    {
+        m_project->activate();
+        const QString pdf = m_folder->filePath(QStringLiteral("any.pdf"));
+        QVERIFY(QFile(pdf).open(QIODevice::WriteOnly));
+        const FakeConverter converter("kill -SEGV $$");
+        Heard heard(&loader());
+
+        loader().loadPlan(pdf, 0);
+        QTRY_VERIFY(!loader().planLoading());
+
+        QCOMPARE(heard.lines, (QStringList {"loading", "cancelled", "idle", "converter 150202"}));
+        QVERIFY(QFile::exists(pdf));
+    }
+
     void aBrokenPictureLeavesTheFloorAsItWas()
     {
         load("good.png", 0);
@@ -230,6 +265,30 @@ private slots:
         for (int floor = 0; floor < 4; ++floor)
             QVERIFY(!nav().hasFloorPlan(floor));
         told->destroyLater();
+    }
+
+    void aPlanOfTheProjectThatCannotBeReadEndsItsLoad_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<QStringList>("lines");
+        QTest::newRow("too large") << QSize(4049, 2) << QStringList {"loading", "too large 4049", "cancelled", "idle"};
+        QTest::newRow("broken") << QSize() << QStringList {"loading", "corrupted 150201", "cancelled", "idle"};
+    }
+
+    void aPlanOfTheProjectThatCannotBeReadEndsItsLoad()
+    {
+        QFETCH(QSize, size);
+        QFETCH(QStringList, lines);
+        storePlan(picture("stored.png", size.isEmpty() ? QSize(40, 30) : size));
+        if (size.isEmpty())
+            QVERIFY(QFile(documentation() + "stored.png").resize(10));
+        Heard heard(&loader());
+
+        loader().loadPlanFromProject(m_project->project());
+        QTRY_VERIFY(!loader().planLoading());
+        QTest::qWait(20);
+
+        QCOMPARE(heard.lines, lines);
     }
 
     void underAPlanTheProjectsIsNotLoaded()

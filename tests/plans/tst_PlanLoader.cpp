@@ -392,6 +392,28 @@ private slots:
         QVERIFY(m_root->planLoader()->problem().contains(documentation() + "new.png"));
     }
 
+    void aPlaceThatCannotBeReadIsToldWithThePlanInTheScene()
+    {
+        layAndSave();
+        m_project->reopen();
+        QFile file(m_project->project()->projectPath() + CFileSystemNames::graphics3DPathPart() + "plan.xml");
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        const QByteArray text = file.readAll();
+        QVERIFY(text.contains("<PlanScale id=\"ref-5\">"));
+        file.resize(0);
+        file.seek(0);
+        file.write(QByteArray(text).replace("<PlanScale id=\"ref-5\">", "<PlanScale id=\"ref-5\">x"));
+        file.close();
+        QSignalSpy told(m_root->planLoader(), &PlanLoader::problemArisen);
+
+        m_project->activate();
+        QTRY_VERIFY(entities().planLoaded());
+
+        QCOMPARE(told.count(), 1);
+        const QString problem = m_root->planLoader()->problem();
+        QVERIFY2(problem.contains("plan.xml") && problem.contains(documentation() + "new.png"), qPrintable(problem));
+    }
+
     void aBrokenPlanOfTheProjectIsTold()
     {
         layAndSave();

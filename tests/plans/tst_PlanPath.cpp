@@ -75,6 +75,12 @@ private slots:
         QTest::newRow("no separator at the end") << "Documentation\\Plan.png"
                                                  << "/data/Mainz"
                                                  << "/data/MainzDocumentation/Plan.png";
+        QTest::newRow("out of the project") << "..\\..\\home\\me\\Plan.png" << mainz << plan;
+        QTest::newRow("out of the documents") << "Documentation/../../Plan.png" << mainz << plan;
+        QTest::newRow("absolute and out again") << "D:\\Mainz\\..\\Plan.png" << mainz << plan;
+        QTest::newRow("the folder above") << "Documentation\\.." << mainz << "";
+        QTest::newRow("dots in the name")
+            << "Documentation\\Plan..png" << mainz << "/data/Mainz/Documentation/Plan..png";
         QTest::newRow("nothing stored") << "" << mainz << "";
         QTest::newRow("a folder stored") << "Documentation\\" << mainz << "";
         QTest::newRow("no project") << "Documentation\\Plan.png"
