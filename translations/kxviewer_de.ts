@@ -13,6 +13,13 @@
     </message>
 </context>
 <context>
+    <name>CommandBar</name>
+    <message>
+        <source>More</source>
+        <translation>Mehr</translation>
+    </message>
+</context>
+<context>
     <name>CommandPanelBase</name>
     <message>
         <source>Cancel</source>
@@ -39,6 +46,25 @@
     <message>
         <source>Open a folder ...</source>
         <translation>Einen Ordner öffnen ...</translation>
+    </message>
+</context>
+<context>
+    <name>GoToCommands</name>
+    <message>
+        <source>Go to</source>
+        <translation>Gehe zu</translation>
+    </message>
+    <message>
+        <source>Latitude and longitude…</source>
+        <translation>Breite und Länge …</translation>
+    </message>
+    <message>
+        <source>The last address</source>
+        <translation>Die letzte Adresse</translation>
+    </message>
+    <message>
+        <source>An address…</source>
+        <translation>Eine Adresse …</translation>
     </message>
 </context>
 <context>
@@ -179,92 +205,12 @@
 <context>
     <name>MainView</name>
     <message>
-        <source>Lists</source>
-        <translation>Listen</translation>
-    </message>
-    <message>
-        <source>Open</source>
-        <translation>Öffnen</translation>
-    </message>
-    <message>
-        <source>Top</source>
-        <translation>Oben</translation>
-    </message>
-    <message>
-        <source>3D</source>
-        <translation>3D</translation>
-    </message>
-    <message>
-        <source>Front</source>
-        <translation>Vorn</translation>
-    </message>
-    <message>
-        <source>Move</source>
-        <translation>Schieben</translation>
-    </message>
-    <message>
-        <source>Rotate</source>
-        <translation>Drehen</translation>
-    </message>
-    <message>
-        <source>Tilt</source>
-        <translation>Neigen</translation>
-    </message>
-    <message>
-        <source>Zoom</source>
-        <translation>Zoom</translation>
-    </message>
-    <message>
-        <source>Fit</source>
-        <translation>Alles</translation>
-    </message>
-    <message>
-        <source>Grid</source>
-        <translation>Raster</translation>
-    </message>
-    <message>
         <source>Dismiss</source>
         <translation>Schließen</translation>
     </message>
     <message>
         <source>Open a project&apos;s folder</source>
         <translation>Ordner eines Projekts öffnen</translation>
-    </message>
-    <message>
-        <source>Settings</source>
-        <translation>Einstellungen</translation>
-    </message>
-    <message>
-        <source>Map</source>
-        <translation>Karte</translation>
-    </message>
-    <message>
-        <source>Labels</source>
-        <translation>Namen</translation>
-    </message>
-    <message>
-        <source>Manhole info</source>
-        <translation>Schachtdaten</translation>
-    </message>
-    <message>
-        <source>Labels back</source>
-        <translation>Namen zurück</translation>
-    </message>
-    <message>
-        <source>Picture</source>
-        <translation>Bild</translation>
-    </message>
-    <message>
-        <source>Print</source>
-        <translation>Drucken</translation>
-    </message>
-    <message>
-        <source>Keys</source>
-        <translation>Tasten</translation>
-    </message>
-    <message>
-        <source>Plan</source>
-        <translation>Plan</translation>
     </message>
 </context>
 <context>
@@ -849,6 +795,113 @@
     <message>
         <source>Close</source>
         <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Tasten</translation>
+    </message>
+</context>
+<context>
+    <name>ToolCommands</name>
+    <message>
+        <source>Lists</source>
+        <translation>Listen</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>Look</source>
+        <translation>Blick</translation>
+    </message>
+    <message>
+        <source>Top</source>
+        <translation>Oben</translation>
+    </message>
+    <message>
+        <source>3D</source>
+        <translation>3D</translation>
+    </message>
+    <message>
+        <source>Front</source>
+        <translation>Vorn</translation>
+    </message>
+    <message>
+        <source>Finger</source>
+        <translation>Finger</translation>
+    </message>
+    <message>
+        <source>Move</source>
+        <translation>Schieben</translation>
+    </message>
+    <message>
+        <source>Rotate</source>
+        <translation>Drehen</translation>
+    </message>
+    <message>
+        <source>Tilt</source>
+        <translation>Neigen</translation>
+    </message>
+    <message>
+        <source>Zoom</source>
+        <translation>Zoom</translation>
+    </message>
+    <message>
+        <source>Fit</source>
+        <translation>Alles</translation>
+    </message>
+    <message>
+        <source>View</source>
+        <translation>Ansicht</translation>
+    </message>
+    <message>
+        <source>Labels</source>
+        <translation>Namen</translation>
+    </message>
+    <message>
+        <source>Manhole info</source>
+        <translation>Schachtdaten</translation>
+    </message>
+    <message>
+        <source>Names of observations</source>
+        <translation>Namen der Beobachtungen</translation>
+    </message>
+    <message>
+        <source>Labels back</source>
+        <translation>Namen zurück</translation>
+    </message>
+    <message>
+        <source>Grid</source>
+        <translation>Raster</translation>
+    </message>
+    <message>
+        <source>Map</source>
+        <translation>Karte</translation>
+    </message>
+    <message>
+        <source>Lengths in feet</source>
+        <translation>Längen in Fuß</translation>
+    </message>
+    <message>
+        <source>Plan</source>
+        <translation>Plan</translation>
+    </message>
+    <message>
+        <source>Share</source>
+        <translation>Teilen</translation>
+    </message>
+    <message>
+        <source>Picture</source>
+        <translation>Bild</translation>
+    </message>
+    <message>
+        <source>Print</source>
+        <translation>Drucken</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
     </message>
 </context>
 <context>

@@ -169,6 +169,7 @@ void tst_AppDesk::lettersGoIntoTheSearch()
 QString tst_AppDesk::writtenBy(const QString& button)
 {
     QSignalSpy written(m_controller->desk()->photos(), &PhotoDesk::written);
+    m_screen->click("shareMenuButton");
     m_screen->click(button);
     if (written.isEmpty() && !written.wait(30000))
         return {};

@@ -52,7 +52,7 @@ void tst_Language::initTestCase()
     const QString folder = m_project->path();
     m_project->close();
     m_controller = new ViewerController(this);
-    m_screen = new ViewerScreen(*m_controller);
+    m_screen = new ViewerScreen(*m_controller, QSize(1200, 700));
     QSignalSpy opened(m_controller, &ViewerController::opened);
     m_controller->openFolder(folder);
     QVERIFY(opened.wait(20000));

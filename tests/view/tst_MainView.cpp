@@ -85,8 +85,7 @@ private slots:
 
     void init()
     {
-        m_viewer.calls.clear();
-        click("moveButton");
+        chooseMode("moveButton");
         m_viewer.calls.clear();
     }
 
@@ -195,7 +194,7 @@ private slots:
     void zoomingBringsTheCameraNearer()
     {
         start();
-        click("zoomButton");
+        chooseMode("zoomButton");
 
         drag({100, 100}, {100, 120});
 
@@ -207,7 +206,7 @@ private slots:
     void rotatingInTopViewKeepsTheHeight()
     {
         start();
-        click("rotateButton");
+        chooseMode("rotateButton");
 
         drag({100, 100}, {200, 150});
 
@@ -302,7 +301,7 @@ private slots:
 
     void buttonsAreAsHighAsAFingerNeeds()
     {
-        for (const char* name : {"topButton", "moveButton", "fitButton", "tab0", "search", "listsButton"}) {
+        for (const char* name : {"topButton", "openButton", "fitButton", "tab0", "search", "listsButton"}) {
             const QQuickItem* item = itemNamed(m_window->contentItem(), name);
             QVERIFY(item);
             const double heightMm = item->height() / (m_window->screen()->physicalDotsPerInch() / 25.4);
@@ -353,12 +352,14 @@ private slots:
         pose({0, 400, 0}, {0, 0, 0}, {0, 0, 1}, CameraController::View2dTop);
         QTRY_VERIFY(root->gridVisible());
 
+        click("viewMenuButton");
         click("gridButton");
         QTRY_VERIFY(!root->gridVisible());
         QVERIFY(!itemNamed(m_window->contentItem(), "gridButton")->property("on").toBool());
 
         click("gridButton");
         QTRY_VERIFY(root->gridVisible());
+        click("viewMenuButton");
     }
 
     void namesOfManholesGetAndLoseTheirInformation()
@@ -367,10 +368,13 @@ private slots:
         auto* const nav = GlobalNav::instance();
         nav->setManholeFullInfoVisible(false);
 
+        nav->setLabelsVisible(true);
+        click("viewMenuButton");
         click("manholeInfoButton");
         QTRY_VERIFY(nav->manholeFullInfoVisible());
         click("manholeInfoButton");
         QTRY_VERIFY(!nav->manholeFullInfoVisible());
+        click("viewMenuButton");
     }
 
     void aButtonPutsAllLabelsBack()
@@ -386,6 +390,7 @@ private slots:
         GlobalNav::instance()->setLabelsVisible(true);
         project.activate();
 
+        click("viewMenuButton");
         click("labelsBackButton");
 
         QTRY_VERIFY(!QFile::exists(path));
@@ -497,6 +502,15 @@ private:
         const QPointF center = item->mapToScene({item->width() / 2, item->height() / 2});
         QTest::mouseClick(m_window, Qt::LeftButton, {}, center.toPoint());
         QCoreApplication::processEvents();
+    }
+
+    /** What one finger does. Where the bar is short the modes stand in a menu. */
+    void chooseMode(const QString& name)
+    {
+        if (!itemNamed(m_window->contentItem(), name)) {
+            click("modeMenuButton");
+        }
+        click(name);
     }
 
     QPoint inWindow(QPointF inScene) const { return m_scene->mapToScene(inScene).toPoint(); }

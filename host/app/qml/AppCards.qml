@@ -59,5 +59,8 @@ Item {
             cards.close()
             cards.folderWanted()
         }
+        function onCardWanted(name) {
+            cards.show(name)
+        }
     }
 }

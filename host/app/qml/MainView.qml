@@ -15,9 +15,17 @@ Rectangle {
     readonly property bool wide: width >= 700
     /** Nothing but the scene, for a picture. */
     readonly property bool sceneOnly: viewer.sceneOnly === true
-    property bool listsOpen: !sceneOnly
+    /** In a narrow window they lie over the scene. */
+    property bool listsOpen: !sceneOnly && wide
+    readonly property bool listsBeside: sceneArea.splitViewMode || (wide && listsOpen && !sceneOnly)
+    readonly property string currentId: viewer.currentId
 
     color: Style.paper
+    onWideChanged: listsOpen = wide && !sceneOnly
+    onCurrentIdChanged: {
+        if (!wide && currentId !== "")
+            listsOpen = false
+    }
 
     Connections {
         target: viewer
@@ -39,150 +47,53 @@ Rectangle {
         }
     }
 
-    RowLayout {
-        anchors.fill: parent
-        spacing: 0
+    CommandBar {
+        id: commandBar
+
+        objectName: "commandBar"
+        anchors { left: parent.left; right: parent.right; top: parent.top }
+        height: mainView.sceneOnly ? 0 : implicitHeight
+        visible: !mainView.sceneOnly
+        groups: commands.groups
+        menu: barMenu
+    }
+
+    ToolCommands {
+        id: commands
+
+        area: sceneArea
+        listsOpen: mainView.listsOpen
+        planOpen: planBar.open
+        onListsToggled: mainView.listsOpen = !mainView.listsOpen
+        onPlanToggled: planBar.open = !planBar.open
+        onCardWanted: appCards.show(name)
+    }
+
+    Item {
+        anchors { left: parent.left; right: parent.right; top: commandBar.bottom; bottom: parent.bottom }
 
         ObjectLists {
-            objectName: "lists"
-            Layout.fillHeight: true
-            Layout.preferredWidth: sceneArea.splitViewMode ? mainView.width / 2 : mainView.wide ? 300 : mainView.width * 0.6
-            visible: mainView.listsOpen || sceneArea.splitViewMode
-        }
+            id: lists
 
-        Rectangle {
-            Layout.fillHeight: true
-            implicitWidth: 1
-            color: Style.line
-            visible: mainView.listsOpen
+            objectName: "lists"
+            anchors { left: parent.left; top: parent.top; bottom: parent.bottom }
+            z: 1
+            width: sceneArea.splitViewMode ? parent.width / 2 : Math.min(300, parent.width - 56)
+            visible: (mainView.listsOpen && !mainView.sceneOnly) || sceneArea.splitViewMode
+
+            Rectangle {
+                anchors { left: parent.right; top: parent.top; bottom: parent.bottom }
+                width: 1
+                color: Style.line
+            }
         }
 
         ColumnLayout {
-            Layout.fillWidth: true
-            Layout.fillHeight: true
-            spacing: 0
-
-            Flow {
-                id: tools
-
-                visible: !mainView.sceneOnly
-                Layout.fillWidth: true
-                Layout.margins: Style.gap
-                spacing: Style.gap
-
-                ToolButton {
-                    objectName: "listsButton"
-                    text: qsTr("Lists")
-                    on: mainView.listsOpen
-                    onClicked: mainView.listsOpen = !mainView.listsOpen
-                }
-                ToolButton {
-                    objectName: "openButton"
-                    text: qsTr("Open")
-                    onClicked: appCards.show("OpenCard")
-                }
-
-                Item { width: Style.gap; height: 1 }
-
-                Repeater {
-                    model: [
-                        { name: qsTr("Top"), view: Torvik3d.CameraController.View2dTop, id: "top" },
-                        { name: qsTr("3D"), view: Torvik3d.CameraController.View3d, id: "3d" },
-                        { name: qsTr("Front"), view: Torvik3d.CameraController.View2dFront, id: "front" }
-                    ]
-
-                    ToolButton {
-                        objectName: modelData.id + "Button"
-                        text: modelData.name
-                        on: !!sceneArea.scene && sceneArea.scene.camera.viewType === modelData.view
-                        onClicked: sceneArea.goToView(modelData.view)
-                    }
-                }
-
-                Item { width: Style.gap; height: 1 }
-
-                Repeater {
-                    model: [
-                        { name: qsTr("Move"), mode: Torvik3d.CameraController.Translate, id: "move" },
-                        { name: qsTr("Rotate"), mode: Torvik3d.CameraController.Rotate, id: "rotate" },
-                        { name: qsTr("Tilt"), mode: Torvik3d.CameraController.Tilt, id: "tilt" },
-                        { name: qsTr("Zoom"), mode: Torvik3d.CameraController.Zoom, id: "zoom" }
-                    ]
-
-                    ToolButton {
-                        objectName: modelData.id + "Button"
-                        text: modelData.name
-                        on: sceneArea.mode3dType === modelData.mode
-                        onClicked: sceneArea.mode3dType = modelData.mode
-                    }
-                }
-
-                ToolButton {
-                    objectName: "mapButton"
-                    visible: sceneArea.hasTiles
-                    text: qsTr("Map")
-                    on: sceneArea.mapVisible
-                    onClicked: sceneArea.mapVisible = !sceneArea.mapVisible
-                }
-                ToolButton {
-                    objectName: "fitButton"
-                    text: qsTr("Fit")
-                    onClicked: viewer.fit()
-                }
-                ToolButton {
-                    objectName: "gridButton"
-                    text: qsTr("Grid")
-                    on: sceneArea.gridVisible
-                    onClicked: sceneArea.gridVisible = !sceneArea.gridVisible
-                }
-                ToolButton {
-                    objectName: "planButton"
-                    visible: !!viewer.plans && viewer.projectOpen
-                    text: qsTr("Plan")
-                    on: planBar.open
-                    onClicked: planBar.open = !planBar.open
-                }
-                ToolButton {
-                    objectName: "labelsButton"
-                    text: qsTr("Labels")
-                    on: GlobalNav.labelsVisible
-                    onClicked: GlobalNav.labelsVisible = !GlobalNav.labelsVisible
-                }
-                ToolButton {
-                    objectName: "manholeInfoButton"
-                    text: qsTr("Manhole info")
-                    on: GlobalNav.manholeFullInfoVisible
-                    onClicked: GlobalNav.manholeFullInfoVisible = !GlobalNav.manholeFullInfoVisible
-                }
-                ToolButton {
-                    objectName: "labelsBackButton"
-                    text: qsTr("Labels back")
-                    enabled: GlobalNav.labelsVisible
-                    onClicked: GlobalNav.resetLabelsPositions()
-                }
-                ToolButton {
-                    objectName: "pictureButton"
-                    text: qsTr("Picture")
-                    enabled: viewer.projectOpen
-                    onClicked: viewer.desk.photos.takePicture(sceneArea)
-                }
-                ToolButton {
-                    objectName: "printButton"
-                    text: qsTr("Print")
-                    enabled: viewer.projectOpen
-                    onClicked: viewer.desk.photos.printPage(sceneArea)
-                }
-                ToolButton {
-                    objectName: "keysButton"
-                    text: qsTr("Keys")
-                    onClicked: appCards.show("KeysCard")
-                }
-                ToolButton {
-                    objectName: "settingsButton"
-                    text: qsTr("Settings")
-                    onClicked: appCards.show("SettingsCard")
-                }
+            anchors {
+                left: parent.left; right: parent.right; top: parent.top; bottom: parent.bottom
+                leftMargin: mainView.listsBeside ? lists.width + 1 : 0
             }
+            spacing: 0
 
             Item {
                 Layout.fillWidth: true
@@ -324,9 +235,13 @@ Rectangle {
 
     KeyCommands {
         window3d: sceneArea
-        cardOpen: appCards.open !== "" || hostScreens.open.length > 0
+        cardOpen: appCards.open !== "" || hostScreens.open.length > 0 || barMenu.open
         onOpenWanted: appCards.show("OpenCard")
         onHelpWanted: appCards.show("KeysCard")
+    }
+
+    BarMenu {
+        id: barMenu
     }
 
     AppCards {

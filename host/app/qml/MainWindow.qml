@@ -9,7 +9,7 @@ Window {
 
     width: 1280
     height: 800
-    minimumWidth: 480
+    minimumWidth: 360
     minimumHeight: 400
     visible: true
     title: viewer.projectName !== "" ? viewer.projectName + " - kxviewer" : "kxviewer"

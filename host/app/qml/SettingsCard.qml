@@ -6,6 +6,9 @@ import "."
 ModalCard {
     id: card
 
+    /** Another card is to stand in place of this one. */
+    signal cardWanted(string name)
+
     caption: qsTr("Settings")
 
     Text {
@@ -57,6 +60,12 @@ ModalCard {
         }
     }
 
+    ToolButton {
+        objectName: "keysButton"
+        width: parent.width
+        text: qsTr("Keys")
+        onClicked: card.cardWanted("KeysCard")
+    }
     ToolButton {
         objectName: "closeSettingsButton"
         width: parent.width

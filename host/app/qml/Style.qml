@@ -19,6 +19,10 @@ QtObject {
     readonly property int smallTextSize: 13
     readonly property int gap: 8
     readonly property int radius: 6
+    /** From a frame to what it holds. */
+    readonly property int inset: 3
     /** A finger hits what is 9 mm high. */
     readonly property int touch: Math.max(40, Math.ceil(9 * Screen.pixelDensity))
+    /** In the bar and its menus, which are used in gloves. */
+    readonly property int bar: Math.max(48, Math.ceil(11 * Screen.pixelDensity))
 }

@@ -9,6 +9,8 @@ AbstractButton {
 
     /** Whether what it stands for is on. In place of the base's, which a tap would turn over by itself. */
     property bool on: false
+    /** Without an edge of its own, inside a frame. */
+    property bool flat: false
 
     implicitHeight: Style.touch
     implicitWidth: Math.max(Style.touch, label.implicitWidth + 24)
@@ -29,8 +31,8 @@ AbstractButton {
 
     background: Rectangle {
         radius: Style.radius
-        color: button.on ? Style.accent : button.down ? Style.pressed : Style.paper
-        border.width: button.visualFocus ? 2 : 1
+        color: button.on ? Style.accent : button.down ? Style.pressed : button.flat ? "transparent" : Style.paper
+        border.width: button.visualFocus ? 2 : button.flat ? 0 : 1
         border.color: button.visualFocus ? Style.accent : Style.line
     }
 }
