@@ -31,6 +31,7 @@ private slots:
     void roomThatBecomesFreeIsTaken();
     void anObjectMayGoBeforeItsLabelIsDrawn();
     void whatIsSwitchedOffAndOnIsNotPaintedAgain();
+    void onlyTheScenesCameraHidesLabels();
     void aSecondSceneTakesOver();
     void aSecondSceneTakesOverFromALivingOne();
 
@@ -272,6 +273,22 @@ void tst_LabelBoard::whatIsSwitchedOffAndOnIsNotPaintedAgain()
     for (const Node* const node : nodes)
         QVERIFY(shown(node));
     QCOMPARE(PaintedTextureText::paintings(), paintings);
+}
+
+void tst_LabelBoard::onlyTheScenesCameraHidesLabels()
+{
+    nodeAt("A", {0, 0, 0});
+    rest();
+    Qt3DRender::QCamera next;
+    next.setViewCenter({0, 0, 0});
+    m_scene->root->setCamera(&next);
+    rest();
+
+    m_camera->setPosition({0, 300, 0});
+    QVERIFY(!LabelBoard::instance().isHidden());
+    next.setPosition({0, 300, 0});
+    QVERIFY(LabelBoard::instance().isHidden());
+    m_scene->root->setCamera(m_camera.get());
 }
 
 void tst_LabelBoard::aSecondSceneTakesOver()

@@ -44,19 +44,6 @@ private slots:
         QVERIFY(shown.wait(5000));
         QCOMPARE(shown.count(), 2);
     }
-
-    void manyLabelsConnectOneSlotOnce()
-    {
-        auto& router = LabelsSignalRouter::instance();
-        QTimer camera;
-        const auto connectLabel = [&] {
-            return connect(&camera, &QTimer::timeout, &router, &LabelsSignalRouter::onLabelPositionChanged,
-                           Qt::UniqueConnection);
-        };
-
-        QVERIFY(connectLabel());
-        QVERIFY(!connectLabel());
-    }
 };
 
 QTEST_GUILESS_MAIN(tst_LabelsSignalRouter)

@@ -71,6 +71,23 @@ Item {
             compare(findChild(info, "gridScaleText").text, data.text)
         }
 
+        function test_theBarEndsInTwoMarks() {
+            const bar = findChild(info, "rulerBody")
+            const text = findChild(info, "gridScaleText")
+            compare(bar.children.length, 2)
+            for (let i = 0; i < 2; ++i) {
+                const mark = bar.children[i]
+                compare(mark.x, i === 0 ? 0 : bar.width - 2)
+                compare(mark.width, 2)
+                compare(mark.height, 10)
+                compare(mark.y + mark.height, bar.height)
+                verify(Qt.colorEqual(mark.color, design.misc.flyingObject.textColor))
+            }
+            verify(Qt.colorEqual(bar.color, design.misc.flyingObject.textColor))
+            verify(Qt.colorEqual(text.color, design.misc.flyingObject.textColor))
+            compare(text.font.pixelSize, design.misc.flyingObject.fontSize)
+        }
+
         function test_theBarIsAsLongAsASquareIsSeen() {
             const bar = findChild(info, "rulerBody")
             fuzzyCompare(bar.width, 165 * 50 / (400 * 0.15), 1e-9)
