@@ -2,6 +2,7 @@
 
 #include "benchmarks/FigureList.h"
 #include "benchmarks/GeneratedDxf.h"
+#include "benchmarks/Heartbeat.h"
 #include "benchmarks/Stage.h"
 #include "domain/boundary/DXFWorker.h"
 #include "host/domain/LogSink.h"
@@ -12,7 +13,6 @@
 #include <QGuiApplication>
 #include <QTemporaryDir>
 #include <QThread>
-#include <QTimer>
 #include <QVector3D>
 #include <Qt3DRender/QCamera>
 #include <Qt3DRender/QGeometryRenderer>
@@ -60,26 +60,6 @@ double gdalAloneMs(const QString& path)
     reader->wait();
     return took;
 }
-
-/** The longest time for which the window's thread did not come back to its event loop. */
-class Heartbeat : public QObject {
-public:
-    Heartbeat()
-    {
-        connect(&m_timer, &QTimer::timeout, this, [this] {
-            m_longestMs = std::max(m_longestMs, static_cast<double>(m_since.nsecsElapsed()) / 1e6);
-            m_since.restart();
-        });
-        m_since.start();
-        m_timer.start(0);
-    }
-    double longestMs() const { return m_longestMs; }
-
-private:
-    QTimer m_timer;
-    QElapsedTimer m_since;
-    double m_longestMs = 0.0;
-};
 
 /** Loads a drawing as a plan does and hangs it into the stage. */
 class Plan : public QObject {

@@ -38,11 +38,13 @@ QSize gifExtent(QIODevice& file)
     const int flags = uchar(bytes[10]);
     const bool hasColours = (flags & 0x80) != 0;
     int at = headerBytes + (hasColours ? 3 * (2 << (flags & 7)) : 0);
-    while (at < bytes.size() && bytes[at] == '!')
-        at = behindBlocks(bytes, at + 2);
-    if (at + frameBytes > bytes.size() || bytes[at] != ',')
+    // Decoders pass over what is no block.
+    while (at < bytes.size() && bytes[at] != ',')
+        at = bytes[at] == '!' ? behindBlocks(bytes, at + 2) : at + 1;
+    if (at + frameBytes > bytes.size())
         return {};
-    return {word(bytes, at + 1) + word(bytes, at + 5), word(bytes, at + 3) + word(bytes, at + 7)};
+    return {width > 0 ? width : word(bytes, at + 1) + word(bytes, at + 5),
+            height > 0 ? height : word(bytes, at + 3) + word(bytes, at + 7)};
 }
 
 } // namespace Torvik::View3d

@@ -69,9 +69,10 @@ private slots:
         QTest::addColumn<QSize>("extent");
         QTest::newRow("its own size") << gif(20, 10, 5, 5) << QSize(20, 10);
         QTest::newRow("no size: that of the frame where it lies") << gif(0, 0, 5, 6) << QSize(8, 10);
-        QTest::newRow("half a size") << gif(20, 0, 5, 6) << QSize(8, 10);
+        QTest::newRow("half a size") << gif(20, 0, 5, 6) << QSize(20, 10);
         QTest::newRow("behind extensions")
             << gif(0, 0, 5, 6, QByteArray("!\xf9\4\0\0\0\0\0!\xfe\2ab\1c\0", 16)) << QSize(8, 10);
+        QTest::newRow("behind what is no block") << gif(0, 0, 5, 6, "abc") << QSize(8, 10);
         QTest::newRow("cut in an extension") << gif(0, 0, 5, 6, QByteArray("!\xf9\xff", 3)).left(22) << QSize();
         QTest::newRow("cut in the frame") << gif(0, 0, 5, 6).left(28) << QSize();
         QTest::newRow("cut in the header") << gif(0, 0, 5, 6).left(12) << QSize();
@@ -100,6 +101,8 @@ private slots:
             << "a.gif" << gif(0, 0, 9728, 18759) << int(Outcome::TooLarge) << QSize(9731, 18763);
         QTest::newRow("gif with a large size and a small frame")
             << "a.gif" << gif(63488, 3335, 1, 1) << int(Outcome::TooLarge) << QSize(63488, 3335);
+        QTest::newRow("gif with half a size, with a large frame")
+            << "a.gif" << gif(37376, 0, 257, 2595, "\xff") << int(Outcome::TooLarge) << QSize(37376, 2599);
         QTest::newRow("bitmap whose many lines go downwards")
             << "a.bmp" << bitmap(5, -16521180) << int(Outcome::TooLarge) << QSize(5, 16521180);
         QTest::newRow("large gif by its name, and none by its bytes")
