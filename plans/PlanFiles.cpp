@@ -1,5 +1,6 @@
 #include "plans/PlanFiles.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QMap>
@@ -15,9 +16,14 @@ namespace {
 
 constexpr qint64 blockBytes = 1024 * 1024;
 
+/** What the user reads, in the user's language. */
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(Torvik::View3d::PlanFiles)
+};
+
 QString cannotMove(const QString& from, const QString& to, const QString& reason)
 {
-    return QStringLiteral("%1 cannot be moved to %2: %3").arg(from, to, reason);
+    return Text::tr("%1 cannot be moved to %2: %3").arg(from, to, reason);
 }
 
 /** Empty when the copy is whole and on the disk. */
@@ -34,12 +40,12 @@ QString copy(const QString& from, const QString& to)
         if (block.isEmpty())
             break;
         if (out.write(block) != block.size())
-            return cannotMove(from, to, QStringLiteral("the disk may be full: ") + out.errorString());
+            return cannotMove(from, to, Text::tr("the disk may be full: %1").arg(out.errorString()));
     }
     if (in.error() != QFileDevice::NoError)
         return cannotMove(from, to, in.errorString());
     if (!out.flush() || !out.commit())
-        return cannotMove(from, to, QStringLiteral("the disk may be full: ") + out.errorString());
+        return cannotMove(from, to, Text::tr("the disk may be full: %1").arg(out.errorString()));
     return {};
 }
 
@@ -101,9 +107,9 @@ bool isValid(const QString& path)
 QString move(const QString& from, const QString& to)
 {
     if (!QFile::exists(from))
-        return cannotMove(from, to, QStringLiteral("it is not there any more"));
+        return cannotMove(from, to, Text::tr("it is not there any more"));
     if (QFile::exists(to))
-        return cannotMove(from, to, QStringLiteral("there is a file of that name already"));
+        return cannotMove(from, to, Text::tr("there is a file of that name already"));
     if (std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0)
         return {};
     if (errno != EXDEV)

@@ -8,6 +8,7 @@
 #include "plans/PlanPlace.h"
 #include "plans/PlanXml.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QSaveFile>
 
@@ -19,6 +20,11 @@ using Torvik::Logging::LogLevel;
 namespace Torvik::View3d {
 
 namespace {
+
+/** What the user reads, in the user's language. */
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(Torvik::View3d::PlanSettingsIO)
+};
 
 constexpr auto planFile = KodraUnitConverter::CoordinateSystem::PlanFile;
 constexpr auto scene = KodraUnitConverter::CoordinateSystem::Scene;
@@ -146,9 +152,8 @@ void PlanSettingsIO::tryToLoadPlanSettings(const QString& projectPath)
         return;
     }
     for (const QString& text : reading.badVectors) {
-        const QString message = QStringLiteral("Failed to convert \"%1\" to vector.").arg(text);
-        log(Logging::LogError, message);
-        m_problem = QStringLiteral("%1: %2").arg(file.fileName(), message);
+        log(Logging::LogError, QStringLiteral("Failed to convert \"%1\" to vector.").arg(text));
+        m_problem = Text::tr("%1: \"%2\" should be three numbers with commas between them").arg(file.fileName(), text);
     }
     const PlanXml::Triple& reference = reading.values.mqTranslation;
     m_read.referencePoint =

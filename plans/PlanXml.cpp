@@ -1,5 +1,6 @@
 #include "plans/PlanXml.h"
 
+#include <QCoreApplication>
 #include <QTextCodec>
 #include <QXmlStreamReader>
 
@@ -9,6 +10,11 @@
 namespace Torvik::View3d::PlanXml {
 
 namespace {
+
+/** What the user reads, in the user's language. */
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(Torvik::View3d::PlanXml)
+};
 
 constexpr int lengthDigits = 15;
 constexpr int valueDepth = 3; // envelope, body, settings
@@ -100,7 +106,7 @@ QByteArray write(const Values& values)
 Reading read(const QByteArray& bytes)
 {
     if (bytes.size() > largestFile)
-        return failed(QStringLiteral("larger than %1 bytes, which no settings of a plan are").arg(largestFile));
+        return failed(Text::tr("larger than %1 bytes, which no settings of a plan are").arg(largestFile));
 
     QXmlStreamReader reader;
     if (isInCodePage(bytes))
@@ -126,7 +132,7 @@ Reading read(const QByteArray& bytes)
         }
     }
     if (reader.hasError())
-        return failed(QStringLiteral("line %1: %2").arg(reader.lineNumber()).arg(reader.errorString()));
+        return failed(Text::tr("line %1: %2").arg(reader.lineNumber()).arg(reader.errorString()));
     return reading;
 }
 

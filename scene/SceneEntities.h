@@ -8,6 +8,7 @@
 #include "scene/EntityRegistry.h"
 #include "scene/KxView3dExport.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
 #include <QVariant>
@@ -131,6 +132,7 @@ private:
     RealTimeController m_realTimeController;
     QPointer<IBackgroundPlan> m_backgroundPlan;
     QString m_planProjectPath;
+    QElapsedTimer m_planStored; ///< since the plan last followed the lowest object into its file
     QPointer<IBackgroundPlan> m_backgroundPlanToConfirm;
     PipeEntityBuilder m_pipeEntityBuilder;
 };

@@ -13,6 +13,7 @@ namespace {
 
 /** The plan lies that much below the lowest object, so that the two do not flicker through each other. */
 constexpr float gapBelowNetwork = 0.0001F;
+constexpr int betweenStoresMs = 500;
 
 } // namespace
 
@@ -63,6 +64,7 @@ void SceneEntities::setBackgroundPlan(IBackgroundPlan* plan)
         old->deleteLater();
     }
     m_planProjectPath = getProjectPathOrEmptyString();
+    m_planStored.invalidate();
     if (plan) {
         plan->onTaken();
         follow(plan);
@@ -85,6 +87,10 @@ void SceneEntities::follow(IBackgroundPlan* plan)
     connect(plan, &IBackgroundPlan::layerLockChanged, root, &SceneRoot::planLayerLockChanged);
     connect(LowestManholeTracker::instance(), &LowestManholeTracker::lowestObjectChanged, plan, [this, plan](float y) {
         plan->setElevation(y - gapBelowNetwork);
+        // While the lowest object is dragged, not at every step: editingFinished stores the last.
+        if (m_planStored.isValid() && !m_planStored.hasExpired(betweenStoresMs))
+            return;
+        m_planStored.start();
         saveBackgroundPlan();
     });
     // Where the user has aligned it, or let it go from the camera, is where it lies the next time; its height is ours.

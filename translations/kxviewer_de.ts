@@ -939,6 +939,25 @@
     </message>
 </context>
 <context>
+    <name>Torvik::View3d::PlanFiles</name>
+    <message>
+        <source>%1 cannot be moved to %2: %3</source>
+        <translation>%1 lässt sich nicht nach %2 verschieben: %3</translation>
+    </message>
+    <message>
+        <source>the disk may be full: %1</source>
+        <translation>der Datenträger ist vielleicht voll: %1</translation>
+    </message>
+    <message>
+        <source>it is not there any more</source>
+        <translation>die Datei ist nicht mehr da</translation>
+    </message>
+    <message>
+        <source>there is a file of that name already</source>
+        <translation>dort gibt es schon eine Datei dieses Namens</translation>
+    </message>
+</context>
+<context>
     <name>Torvik::View3d::PlanLoader</name>
     <message>
         <source>%1 is no kind of plan that can be laid</source>
@@ -953,6 +972,24 @@
 The plan %2 is laid, but perhaps not where it was: place it anew.</source>
         <translation>%1
 Der Plan %2 liegt in der Ansicht, aber vielleicht nicht dort, wo er lag: Richten Sie ihn neu aus.</translation>
+    </message>
+</context>
+<context>
+    <name>Torvik::View3d::PlanSettingsIO</name>
+    <message>
+        <source>%1: &quot;%2&quot; should be three numbers with commas between them</source>
+        <translation>%1: „%2“ sollte aus drei Zahlen mit Kommas dazwischen bestehen</translation>
+    </message>
+</context>
+<context>
+    <name>Torvik::View3d::PlanXml</name>
+    <message>
+        <source>larger than %1 bytes, which no settings of a plan are</source>
+        <translation>größer als %1 Bytes, so groß sind keine Einstellungen eines Plans</translation>
+    </message>
+    <message>
+        <source>line %1: %2</source>
+        <translation>Zeile %1: %2</translation>
     </message>
 </context>
 <context>

@@ -19,6 +19,7 @@
 
 using namespace Torvik::View3d;
 using Kx::Test::LogCapture;
+using Kx::Test::TestProject;
 using Torvik::Base::CErrorCode;
 
 namespace {
@@ -110,6 +111,36 @@ private slots:
         QCOMPARE(plan.fullPath(), path);
         QCOMPARE(plan.fileName(), QFileInfo(path).fileName());
         QCOMPARE(plan.position(), QVector3D(120.0F, 0.0F, -30.0F));
+    }
+
+    void aPictureThatHasLoadedIsRememberedInTheCamera()
+    {
+        BackgroundImage plan(picture(20, 10), m_root.get());
+        load(plan);
+
+        m_camera->translateWorld({5.0F, 0.0F, 0.0F});
+        plan.planTransformUpdate();
+
+        QVERIFY((plan.position() - QVector3D(125.0F, 0.0F, -30.0F)).length() < 1e-3F);
+    }
+
+    void withoutACameraAPictureLiesAtTheLowestObject()
+    {
+        m_root->setCamera(nullptr);
+        TestProject project(QStringLiteral("EPSG:25832"));
+        m_root->qmlOnCompleted();
+        project.activate();
+        project.addNode(QStringLiteral("A"), QStringLiteral("POINT ZM(570000 5830000 40 16)"),
+                        {{"OBJ_DepthToInvert", 3.0}});
+        QCoreApplication::processEvents();
+        const float lowest = LowestManholeTracker::instance()->getCurrentLowestY();
+        QVERIFY(lowest < -1.0F);
+
+        BackgroundImage plan(picture(20, 10), m_root.get());
+        load(plan);
+
+        QCOMPARE(plan.position(), QVector3D(0.0F, lowest, 0.0F));
+        project.close();
     }
 
     void theLongerSideIsAHundredMetres_data()

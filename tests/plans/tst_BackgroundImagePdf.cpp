@@ -414,6 +414,48 @@ private slots:
         QVERIFY(!QFile::exists(pdf));
     }
 
+    void aPdfThatCannotBeRemovedIsLoggedAndThePlanComes()
+    {
+        QImage small(40, 30, QImage::Format_RGB32);
+        small.fill(Qt::yellow);
+        QVERIFY(small.save(m_folder->filePath("small.png")));
+        const FakeConverter fake("cp \"" + QFile::encodeName(m_folder->filePath("small.png")) +
+                                 "\" \"$6.png\"; rm \"$5\"");
+        const LogCapture log;
+        const QString pdf = page("plan.pdf");
+        BackgroundImagePdf plan(pdf, path(), m_root.get());
+        Told told(&plan);
+
+        plan.load();
+        QTRY_COMPARE(told.lines, QStringList("finished"));
+
+        QCOMPARE(log.count(1, category, "Failed to remove pdf file: \"" + pdf + "\""), 1);
+        QCOMPARE(plan.fullPath(), documentation() + "plan.png");
+    }
+
+    void cancellingWhileThePictureIsDecodedIsToldOnce()
+    {
+        QImage large(4000, 4000, QImage::Format_RGB32);
+        large.fill(Qt::yellow);
+        QVERIFY(large.save(m_folder->filePath("large.png")));
+        const FakeConverter fake("cp \"" + QFile::encodeName(m_folder->filePath("large.png")) + "\" \"$6.png\"");
+        const QString pdf = page("plan.pdf");
+        auto plan = std::make_unique<BackgroundImagePdf>(pdf, path(), m_root.get());
+        Told told(plan.get());
+        plan->load();
+        QTRY_VERIFY(!QFile::exists(pdf));
+        QCOMPARE(told.lines, QStringList());
+
+        plan->cancelFileLoading();
+        plan->cancelFileLoading();
+        QCOMPARE(told.lines, QStringList("cancelled"));
+        plan.reset();
+        QTest::qWait(50);
+
+        QCOMPARE(told.lines, QStringList("cancelled"));
+        QCOMPARE(QImage(documentation() + "plan.png").size(), QSize(4000, 4000));
+    }
+
     void halfAPictureIsNotLeftBehind()
     {
         const FakeConverter fake("echo half > \"$6.png\"; exec sleep 60");

@@ -109,6 +109,16 @@ private slots:
         QVERIFY(near(m_plan->position(), {40.0F, -3.0F, 20.0F}));
     }
 
+    void lettingAPlanGoPutsItOnceMoreWhereTheCameraHasIt()
+    {
+        m_plan->setLock(true);
+        m_plan->setPosition({-60.0F, -3.0F, 0.0F}, 0);
+
+        m_plan->setLock(false);
+
+        QVERIFY(near(m_plan->position(), {10.0F, -3.0F, 20.0F}));
+    }
+
     void anElevationWhileLockedIsKept()
     {
         m_plan->setLock(true);

@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
+#include <QTranslator>
 #include <QtTest>
 
 #include <csignal>
@@ -256,6 +257,23 @@ private slots:
         put("docs/old.png.bak", "older");
         PlanFiles::recover(at("docs/old.png"));
         QCOMPARE(content(at("docs/old.png")), QByteArray("old"));
+    }
+
+    void whatCannotBeMovedIsToldInTheUsersLanguage()
+    {
+        struct Shouting : QTranslator {
+            bool isEmpty() const override { return false; }
+            QString translate(const char* context, const char* source, const char*, int) const override
+            {
+                const bool ours = qstrcmp(context, "Torvik::View3d::PlanFiles") == 0;
+                return ours ? QString::fromUtf8(source).toUpper() : QString();
+            }
+        } shouting;
+        QVERIFY(QCoreApplication::installTranslator(&shouting));
+
+        const QString problem = PlanFiles::move(at("a"), at("b"));
+
+        QCOMPARE(problem, QStringLiteral("%1 CANNOT BE MOVED TO %2: IT IS NOT THERE ANY MORE").arg(at("a"), at("b")));
     }
 
     void aConversionThatWasCutOffGivesThePictureBack()

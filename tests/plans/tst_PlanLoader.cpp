@@ -1,6 +1,7 @@
 #include "common/LogCapture.h"
 #include "common/TestProject.h"
 #include "geo/GdalGeoProjector.h"
+#include "plans/BackgroundController.h"
 #include "plans/BackgroundImage.h"
 #include "plans/BackgroundLoader.h"
 #include "plans/HeardOfLoader.h"
@@ -10,6 +11,9 @@
 #include "scene/SceneRoot.h"
 
 #include <QImage>
+#include <QQmlComponent>
+#include <QQmlContext>
+#include <QQmlEngine>
 #include <QtTest>
 
 #include <memory>
@@ -354,6 +358,93 @@ private slots:
         QVERIFY((placeOnEarth() - QVector3D(-570000.0F, 0.0F, 5830000.0F)).length() < 1.0F);
         AppState::instance().setActiveProject({});
         entities().setBackgroundPlan(nullptr);
+    }
+
+    void aSceneThatIsTiedKeepsItsTie()
+    {
+        TestProject empty(QStringLiteral("EPSG:25832"));
+        QVERIFY(QFile::copy(picture("only.png"), documentation(empty) + "only.png"));
+        auto& projector = *GdalGeoProjector::instance();
+        const auto tie = [&projector](const char* place) {
+            QString system = QStringLiteral("EPSG:25832");
+            projector.deinit();
+            projector.init(Torvik::Database::WktPoint(QString::fromLatin1(place)), system);
+        };
+        tie("POINT ZM(570000 5830000 0 0)");
+        QVERIFY(PlanSettingsIO::savePlanFile(empty.project()->projectPath(), Qt3DCore::QTransform(),
+                                             documentation(empty) + "only.png", {}));
+        tie("POINT ZM(570033 5830044 0 0)");
+        const Vector3D<double> origin = projector.origin();
+
+        m_root->planLoader()->loadPlanFromProject(empty.project());
+        QTRY_VERIFY(entities().planLoaded());
+
+        QVERIFY(projector.origin() == origin);
+        QVERIFY((placeOnEarth() - QVector3D(-570000.0F, 0.0F, 5830000.0F)).length() < 1.0F);
+        entities().setBackgroundPlan(nullptr);
+    }
+
+    void aSceneWithPlacedNodesIsNotTiedByAPlan()
+    {
+        m_project->addNode(QStringLiteral("A"), QStringLiteral("POINT ZM(570000 5830000 40 16)"));
+        m_project->activate();
+        QVERIFY(m_root->sceneHasNodesWithPosition());
+        GdalGeoProjector::instance()->deinit();
+        PlanSettings settings;
+        settings.referencePoint = Vector3D<double>(-570000.0, 0.0, 5830000.0);
+
+        BackgroundLoader().initGeoProjector(settings);
+
+        QVERIFY(!GdalGeoProjector::instance()->initialized());
+    }
+
+    void aPlanOfTheProjectThatIsTooLargeIsTold()
+    {
+        layAndSave();
+        m_project->reopen();
+        QVERIFY(QFile::remove(documentation() + "new.png"));
+        QVERIFY(QFile::copy(picture("large.png", {4049, 2}), documentation() + "new.png"));
+        Heard heard(m_root->planLoader());
+
+        m_project->activate();
+        QTRY_VERIFY(heard.lines.size() >= 6);
+
+        QCOMPARE(heard.lines, (QStringList {"loading", "too large 4049", "cancelled", "idle", "cancelled", "idle"}));
+        QVERIFY(QFile::exists(documentation() + "new.png"));
+    }
+
+    void qmlLaysWhatTheLoaderHandsOn()
+    {
+        m_project->activate();
+        documentation();
+        QQmlEngine engine;
+        engine.rootContext()->setContextProperty(QStringLiteral("loader"), m_root->planLoader());
+        QQmlComponent component(&engine);
+        component.setData("import QtQml 2.12\nimport com.torvik.view3d 1.0\n"
+                          "QtObject {\n"
+                          "  property var controller: BackgroundController {\n"
+                          "    targetPlan: SceneEntities.planRenderable || null\n  }\n"
+                          "  property var laying: Connections {\n"
+                          "    target: loader\n"
+                          "    function onPlanLoaded(loadedPlan) {\n"
+                          "      loader.swapPlan(loadedPlan)\n"
+                          "      SceneEntities.setBackgroundPlan(loadedPlan)\n"
+                          "    }\n  }\n}",
+                          {});
+        const std::unique_ptr<QObject> object(component.create());
+        QVERIFY2(object, qPrintable(component.errorString()));
+        auto* const controller = object->property("controller").value<BackgroundController*>();
+        QVERIFY(controller && !controller->getTargetPlan());
+
+        m_root->planLoader()->loadPlan(picture("new.png"));
+        QTRY_VERIFY(entities().planLoaded());
+
+        IBackgroundPlan* const plan = entities().getBackgroundPlan();
+        QCOMPARE(plan->fullPath(), documentation() + "new.png");
+        QVERIFY(QFile::exists(documentation() + "new.png"));
+        QCOMPARE(controller->getTargetPlan(), plan);
+        entities().deleteBackgroundPlan();
+        QVERIFY(!controller->getTargetPlan());
     }
 
     void withAPlanInPlaceTheProjectsIsNotLoaded()

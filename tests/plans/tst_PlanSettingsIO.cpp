@@ -337,7 +337,7 @@ private slots:
         QCOMPARE(log.count(1, category, QStringLiteral("Failed to convert \"1,2\" to vector.")), 1);
         QCOMPARE(io.getPlanScale(), QVector3D(1, 1, 1));
         QCOMPARE(io.getPlanRotation(), QVector3D(0, 7, 0));
-        QVERIFY(io.problem().contains(folders.file()));
+        QCOMPARE(io.problem(), folders.file() + ": \"1,2\" should be three numbers with commas between them");
     }
 
     void anotherReadingForgetsTheOneBefore()

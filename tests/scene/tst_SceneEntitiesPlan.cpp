@@ -119,6 +119,65 @@ private slots:
         QVERIFY(storedPlan(m_project->project()->projectPath()) != before);
     }
 
+    void aPlanIsStoredAtItsHeight()
+    {
+        m_project->activate();
+        m_project->addNode(QStringLiteral("A"), QStringLiteral("POINT ZM(570000 5830000 40 16)"),
+                           {{"OBJ_DepthToInvert", 3.0}});
+        QCoreApplication::processEvents();
+        const float lowest = LowestManholeTracker::instance()->getCurrentLowestY();
+        QVERIFY(lowest < -1.0F);
+
+        entities().setBackgroundPlan(new PaperPlan(m_root.get()));
+
+        PlanSettingsIO io;
+        io.tryToLoadPlanSettings(m_project->project()->projectPath());
+        QCOMPARE(io.getPlanTranslation().y(), lowest - 0.0001F);
+    }
+
+    void whileTheLowestObjectIsDraggedThePlanIsStoredNowAndThen()
+    {
+        m_project->activate();
+        auto* const plan = new PaperPlan(m_root.get());
+        entities().setBackgroundPlan(plan);
+        const auto storedHeight = [this] {
+            PlanSettingsIO io;
+            io.tryToLoadPlanSettings(m_project->project()->projectPath());
+            return io.getPlanTranslation().y();
+        };
+
+        QElapsedTimer drag;
+        drag.start();
+        QSet<float> heights;
+        int steps = 0;
+        for (; drag.elapsed() < 300; ++steps) {
+            emit LowestManholeTracker::instance()->lowestObjectChanged(-1.0F - 0.001F * float(steps));
+            QCOMPARE(plan->position().y(), -1.0F - 0.001F * float(steps) - 0.0001F);
+            heights << storedHeight();
+        }
+
+        QVERIFY(steps > 5);
+        QCOMPARE(heights.size(), 1);
+        QVERIFY(*heights.begin() < -1.0F);
+        // It has come to rest: what is stored is where it lies, at the height of the scene's own lowest object again.
+        const float rest = LowestManholeTracker::instance()->getCurrentLowestY() - 0.0001F;
+        QTRY_COMPARE(storedHeight(), rest);
+    }
+
+    void anEarlierPlanNoLongerFollows()
+    {
+        auto* const first = new PaperPlan(m_root.get());
+        auto* const second = new PaperPlan(m_root.get());
+        entities().setBackgroundPlan(first);
+        entities().setBackgroundPlan(second);
+        const float before = first->position().y();
+
+        emit LowestManholeTracker::instance()->lowestObjectChanged(-44.0F);
+
+        QCOMPARE(first->position().y(), before);
+        QCOMPARE(second->position().y(), -44.0F - 0.0001F);
+    }
+
     void withoutAProjectNothingIsStored()
     {
         auto* const plan = new PaperPlan(m_root.get());

@@ -311,6 +311,8 @@ private slots:
         QCOMPARE(QQmlEngine::objectOwnership(&SceneEntities::instance()), QQmlEngine::CppOwnership);
         QVERIFY(QMetaType::type("Node3d*") != QMetaType::UnknownType);
         QVERIFY(QMetaType::type("Section*") != QMetaType::UnknownType);
+        for (const char* plans : {"BackgroundLoader*", "PlanLoader*", "FloorPlanLoader*", "BackgroundController*"})
+            QVERIFY2(QMetaType::type(plans) != QMetaType::UnknownType, plans);
         QVERIFY(QMetaType::type("Renderable*") != QMetaType::UnknownType);
         QVERIFY(QMetaType::type("TouchControlBase*") != QMetaType::UnknownType);
         QVERIFY(QMetaType::type("FlaggedTransform*") != QMetaType::UnknownType);

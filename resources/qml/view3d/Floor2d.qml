@@ -17,6 +17,11 @@ Item {
     height: parent ? parent.height : 0
     visible: !!screenY && !!camera && camera.viewType === Torvik3d.CameraController.View2dFront
 
+    onWidthChanged: screenY = projectPoint()
+    onHeightChanged: screenY = projectPoint()
+    onPoint3DChanged: screenY = projectPoint()
+    onCameraChanged: screenY = projectPoint()
+
     Connections {
         target: floor.camera
         function onCameraProjectionChanged() {

@@ -10,7 +10,7 @@ Item {
     function calculateY(index) {
         let height = 0
         for (let i = 0; i <= index; ++i)
-            height += Number(floorsModel[i])
+            height += Number(floorsModel[i]) || 0 // FloorNav counts what is no number as 0 too
         return height
     }
 

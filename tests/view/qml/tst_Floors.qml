@@ -38,6 +38,9 @@ CameraWindow {
         when: windowShown
 
         function init() {
+            window3d.scene3d = scene
+            window3d.width = 600
+            window3d.height = 400
             theCamera.viewType = Torvik3d.CameraController.View2dFront
             theCamera.upVector = Qt.vector3d(0, 1, 0)
             theCamera.viewCenter = Qt.vector3d(0, 4, 0)
@@ -85,6 +88,31 @@ CameraWindow {
             verify(lineY(1) > before + 10)
         }
 
+        function test_lines_follow_the_size_of_the_window() {
+            theCamera.cameraProjectionChanged()
+            const before = lineY(1)
+            window3d.width = 900
+            window3d.height = 600
+            const expected = Utils3D.pointWorldToScreen(theCamera, Qt.vector3d(0, 3, 0), 900, 600).y
+            verify(Math.abs(expected - before) > 50)
+            fuzzyCompare(lineY(1), expected, 0.01)
+            compare(findChild(floor(1), "floorLine").width, 900)
+        }
+
+        function test_lines_follow_their_height() {
+            theCamera.cameraProjectionChanged()
+            floor(1).point3D = Qt.vector3d(0, 5, 0)
+            fuzzyCompare(lineY(1), Utils3D.pointWorldToScreen(theCamera, Qt.vector3d(0, 5, 0), 600, 400).y, 0.01)
+        }
+
+        function test_without_a_scene_there_are_no_lines() {
+            window3d.scene3d = null
+            verify(!floor(1).visible)
+            window3d.scene3d = scene
+            verify(floor(1).visible)
+            fuzzyCompare(lineY(1), Utils3D.pointWorldToScreen(theCamera, Qt.vector3d(0, 3, 0), 600, 400).y, 0.01)
+        }
+
         function test_only_the_front_view_has_floors() {
             verify(floor(1).visible)
             theCamera.viewType = Torvik3d.CameraController.View2dTop
@@ -111,6 +139,11 @@ CameraWindow {
             const label = findChild(floor(2), "floorLabel")
             compare(label.x, 5)
             compare(label.radius, 10)
+            verify(Qt.colorEqual(label.color, "lightgrey"))
+            verify(Qt.colorEqual(label.border.color, "black"))
+            compare(label.border.width, 1)
+            compare(label.height, label.children[0].height + 10)
+            compare(label.children[0].font.bold, false)
             fuzzyCompare(label.y + label.height / 2, line.y + 1.5, 0.01)
             compare(label.children[0].text, "Floor2 (6m)")
             compare(label.width, label.children[0].width + 10)
@@ -121,6 +154,12 @@ CameraWindow {
             floors.floorsModel = ["2.8", "2.8"]
             fuzzyCompare(floors.calculateY(1), 5.6, 1e-9)
             compare(findChild(floor(0), "floorLabel").children[0].text, "Floor0 (2.8m)")
+        }
+
+        function test_what_is_no_number_counts_as_nothing() {
+            floors.floorsModel = ["0", "3", "x", "3"]
+            compare(floors.calculateY(2), 3)
+            compare(floors.calculateY(3), 6)
         }
 
         function test_without_a_model_there_is_none() {

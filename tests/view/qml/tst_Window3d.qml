@@ -16,6 +16,13 @@ Item {
         name: "Window3d"
         frame: root
 
+        function countOf(item, name) {
+            let count = item.objectName === name ? 1 : 0
+            for (let i = 0; i < item.children.length; ++i)
+                count += countOf(item.children[i], name)
+            return count
+        }
+
         function test_it_stands_before_its_scene() {
             const early = createTemporaryObject(windowComponent, root)
             compare(early.scene3d, undefined)
@@ -237,6 +244,7 @@ Item {
             args.screenCallback({ "floorsModel": [0, 2.5] })
             compare(view.floorModel, [0, 2.5])
             compare(FloorNav.floorValues, [0, 2.5])
+            compare(countOf(view, "floorLine"), 2)
         }
 
         function test_a_floor_is_shown_and_taken_off() {
