@@ -1,8 +1,11 @@
 #include "common/SceneTest.h"
 #include "labels/GridEffect.h"
 
+#include <QMatrix4x4>
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
+#include <QOpenGLFramebufferObject>
+#include <QOpenGLFunctions>
 #include <QOpenGLShaderProgram>
 #include <QSet>
 #include <Qt3DRender/QFilterKey>
@@ -13,6 +16,8 @@
 #include <Qt3DRender/QTechnique>
 #include <QtTest>
 
+#include <array>
+
 using namespace Torvik::View3d;
 using Qt3DRender::QGraphicsApiFilter;
 
@@ -21,7 +26,7 @@ class tst_GridEffect : public QObject {
 
 private slots:
     void bothTechniquesShareOnePass();
-    void theShadersCompile();
+    void itsLinesLieAHundredPixelsApart();
 };
 
 void tst_GridEffect::bothTechniquesShareOnePass()
@@ -46,7 +51,7 @@ void tst_GridEffect::bothTechniquesShareOnePass()
     }
 }
 
-void tst_GridEffect::theShadersCompile()
+void tst_GridEffect::itsLinesLieAHundredPixelsApart()
 {
     const GridEffect effect;
     const auto* const code = effect.techniques().first()->renderPasses().first()->shaderProgram();
@@ -61,6 +66,29 @@ void tst_GridEffect::theShadersCompile()
     QVERIFY2(program.addShaderFromSourceCode(QOpenGLShader::Fragment, code->fragmentShaderCode()),
              qPrintable(program.log()));
     QVERIFY2(program.link(), qPrintable(program.log()));
+
+    constexpr int side = 220;
+    QOpenGLFramebufferObject target(side, side);
+    QVERIFY(target.bind() && program.bind());
+    auto* const gl = context.functions();
+    gl->glViewport(0, 0, side, side);
+    program.setUniformValue("mvp", QMatrix4x4());
+    program.setUniformValue("modelMatrix", QMatrix4x4());
+    const std::array<float, 12> corners {-1, -1, 0, 1, -1, 0, -1, 1, 0, 1, 1, 0};
+    program.enableAttributeArray("vertexPosition");
+    program.setAttributeArray("vertexPosition", corners.data(), 3);
+    gl->glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+    QImage picture(side, side, QImage::Format_RGBA8888);
+    gl->glReadPixels(0, 0, side, side, GL_RGBA, GL_UNSIGNED_BYTE, picture.bits());
+
+    const auto at = [&picture](int x, int y) { return QColor::fromRgba(picture.pixel(x, y)); };
+    for (const int line : {0, 100, 200}) {
+        QVERIFY2(at(line, 50).alphaF() > 0.5, qPrintable(QString::number(line)));
+        QVERIFY2(at(50, line).alphaF() > 0.5, qPrintable(QString::number(line)));
+    }
+    QCOMPARE(at(100, 50).rgb(), QColor(Qt::white).rgb());
+    for (const QPoint square : {QPoint(50, 50), QPoint(150, 50), QPoint(10, 190), QPoint(110, 90)})
+        QCOMPARE(at(square.x(), square.y()).alpha(), 0);
 }
 
 KX_SCENE_TEST_MAIN(tst_GridEffect)

@@ -26,6 +26,7 @@ private slots:
     void aNewGridHasTheBaseSize();
     void theMeshIsOfBlackLines();
     void anotherDistanceScalesTheMesh();
+    void theSizeIsToldBeforeTheLinesAreMoved();
     void theSameStepIsToldOnce();
     void theGridMovesByWholeSquares();
     void aMoveWithinASquareIsNoMove();
@@ -110,6 +111,22 @@ void tst_GridPlane::anotherDistanceScalesTheMesh()
     QCOMPARE(mesh->geometry(), geometry);
     QCOMPARE(m_grid->calculateGridSquareSize(49), 20.0F);
     QCOMPARE(m_grid->squareSize(), 50.0F);
+}
+
+void tst_GridPlane::theSizeIsToldBeforeTheLinesAreMoved()
+{
+    int told = 0;
+    connect(m_grid, &GridPlane::gridSquareSizeChanged, this, [&](float size) {
+        ++told;
+        QCOMPARE(size, 50.0F);
+        QCOMPARE(m_grid->squareSize(), 50.0F);
+        QCOMPARE(transform()->scale3D(), QVector3D(50, 50, 1));
+    });
+
+    m_grid->resizeForDistance(60);
+
+    QCOMPARE(told, 1);
+    QCOMPARE(transform()->scale3D(), QVector3D(2500, 2500, 1));
 }
 
 void tst_GridPlane::theSameStepIsToldOnce()

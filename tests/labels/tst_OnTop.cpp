@@ -1,3 +1,4 @@
+#include "common/PlainScene.h"
 #include "common/SceneTest.h"
 #include "labels/OnTopEffect.h"
 #include "labels/OnTopTextureEffect.h"
@@ -35,40 +36,6 @@ using namespace Torvik::View3d;
 using Qt3DRender::QGraphicsApiFilter;
 
 namespace {
-
-/** Looks straight down from the height; the scene's lens. */
-const char* const sceneQml = R"(
-import QtQuick 2.12
-import QtQuick.Scene3D 2.12
-import Qt3D.Core 2.12
-import Qt3D.Render 2.12
-import Qt3D.Extras 2.12
-
-Scene3D {
-    multisample: false
-    property alias sceneRoot: sceneRoot
-    property real cameraHeight
-    Entity {
-        id: sceneRoot
-        components: [
-            RenderSettings {
-                activeFrameGraph: ForwardRenderer { clearColor: "black"; camera: cam }
-                renderPolicy: RenderSettings.Always
-            }
-        ]
-        Camera {
-            id: cam
-            fieldOfView: 3
-            aspectRatio: 1
-            nearPlane: 1
-            farPlane: 10000
-            position: Qt.vector3d(0, cameraHeight, 0)
-            viewCenter: Qt.vector3d(0, 0, 0)
-            upVector: Qt.vector3d(0, 0, 1)
-        }
-    }
-}
-)";
 
 constexpr int side = 300;
 /** Metres that the picture shows at a distance of one metre: 2 tan 1.5 degrees. */
@@ -298,8 +265,11 @@ void tst_OnTop::anObjectIsSeenThroughAPipeInFrontOfIt()
     show(format, height);
     if (QTest::currentTestFailed())
         return;
-    if (!m_root)
-        QSKIP("This driver makes no such context.");
+    if (!m_root) {
+        if (qEnvironmentVariableIsSet("KX_WITHOUT_ES2"))
+            QSKIP("This driver makes no such context.");
+        QFAIL("This driver makes no such context; KX_WITHOUT_ES2 leaves these tests out.");
+    }
 
     addObject(makeMaterial, 20.0F * metresPerPixel);
 
@@ -321,11 +291,10 @@ void tst_OnTop::show(const QSurfaceFormat& format, float height)
     m_view = std::make_unique<QQuickView>();
     m_view->setFormat(format);
     QQmlComponent component(m_view->engine());
-    component.setData(sceneQml, QUrl());
+    component.setData(Kx::Test::plainSceneQml(3, double(height)), QUrl());
     QVERIFY2(component.isReady(), qPrintable(component.errorString()));
     auto* const item = qobject_cast<QQuickItem*>(component.create());
     QVERIFY(item);
-    item->setProperty("cameraHeight", height);
     m_view->setContent(QUrl(), nullptr, item);
     m_view->setResizeMode(QQuickView::SizeRootObjectToView);
     m_view->resize(side, side);
