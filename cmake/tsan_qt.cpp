@@ -178,7 +178,8 @@ void _ZN16QCoreApplication9postEventEP7QObjectP6QEventi(void* receiver, QEvent* 
     post(receiver, event, priority);
 }
 
-void _ZN7QObject11deleteLaterEv(void* object)
+// Connections take its address as that of a member function, of which an odd one would mean a virtual function.
+__attribute__((aligned(16))) void _ZN7QObject11deleteLaterEv(void* object)
 {
     KX_ORIGINAL(deleteLater, _ZN7QObject11deleteLaterEv);
     __tsan_release(&events);

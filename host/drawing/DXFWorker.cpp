@@ -5,13 +5,15 @@
 #include <QCoreApplication>
 #include <QThread>
 
+#include <atomic>
+#include <memory>
 #include <utility>
 
 namespace Torvik::DXF {
 
 namespace {
 
-/** An entity on its way to another thread; it goes when nobody is there to take it. */
+/** An entity on its way to another thread; it goes when nobody is there to take it. Either thread may be the last. */
 class HeldEntity {
 public:
     explicit HeldEntity(Qt3DCore::QEntity* entity)
@@ -20,16 +22,16 @@ public:
     }
     ~HeldEntity()
     {
-        if (m_entity)
-            m_entity->deleteLater();
+        if (Qt3DCore::QEntity* const entity = take())
+            entity->deleteLater();
     }
     HeldEntity(const HeldEntity&) = delete;
     HeldEntity& operator=(const HeldEntity&) = delete;
 
-    Qt3DCore::QEntity* take() { return std::exchange(m_entity, nullptr); }
+    Qt3DCore::QEntity* take() { return m_entity.exchange(nullptr); }
 
 private:
-    Qt3DCore::QEntity* m_entity;
+    std::atomic<Qt3DCore::QEntity*> m_entity;
 };
 
 } // namespace
