@@ -30,6 +30,7 @@ private slots:
     void labelsAreDraggedInEveryView();
     void labelsOfPipesAndFindingsAreDraggedToo();
     void theLastTouchedLabelLiesOnTopAndIsTaken();
+    void aSecondFingerEndsTheDrag();
 
 private:
     void touchDrag(QPoint from, QPoint way)
@@ -267,6 +268,43 @@ void tst_LabelDrags::theLastTouchedLabelLiesOnTopAndIsTaken()
     touchDrag((under & over).center(), {0, -150});
     QCOMPARE(areaOf(labelOf(m_b)), under);
     QVERIFY((areaOf(labelOf(m_a)).topLeft() - over.topLeft() - QPoint(0, -150)).manhattanLength() <= 2);
+}
+
+void tst_LabelDrags::aSecondFingerEndsTheDrag()
+{
+    const QRect before = areaOf(labelOf(m_a));
+    const QPoint from = before.center();
+    const QVector3D camera = m_view->camera()->position();
+    auto* const window = m_view->window();
+    QTest::touchEvent(window, m_screen).press(0, m_view->inWindow(from));
+    m_view->frames(4);
+    for (int step = 1; step <= 4; ++step) {
+        QTest::touchEvent(window, m_screen).move(0, m_view->inWindow(from + QPoint(0, 25) * step));
+        m_view->frames(3);
+    }
+    const QPoint second(600, 200);
+    QTest::touchEvent(window, m_screen).stationary(0).press(1, m_view->inWindow(second));
+    m_view->frames(2);
+    for (int step = 1; step <= 6; ++step) {
+        QTest::touchEvent(window, m_screen)
+            .move(0, m_view->inWindow(from + QPoint(-12 * step, 100)))
+            .move(1, m_view->inWindow(second + QPoint(12 * step, 0)));
+        m_view->frames(2);
+    }
+    QTest::touchEvent(window, m_screen)
+        .release(0, m_view->inWindow(from + QPoint(-72, 100)))
+        .release(1, m_view->inWindow(second + QPoint(72, 0)));
+    m_view->frames(4);
+    rest();
+
+    QVERIFY(m_view->controller()->property("enabled").toBool());
+    QVERIFY(labelOf(m_a)->hasCustomPosition());
+    // The two have moved the view, and the label has not followed the first of them.
+    QVERIFY(m_view->camera()->position() != camera);
+    const QPoint object = m_view->pixelOf(node(m_a)->position());
+    const QPoint apart = areaOf(labelOf(m_a)).center() - object;
+    QVERIFY2((apart - QPoint(0, 100 - 39)).manhattanLength() <= 30,
+             qPrintable(QString("%1 %2").arg(apart.x()).arg(apart.y())));
 }
 
 KX_SCENE_TEST_MAIN(tst_LabelDrags)
