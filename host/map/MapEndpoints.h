@@ -52,6 +52,8 @@ public:
     void removeScratch() { m_scratch.reset(); }
     /** The map waits for tiles, or may ask for more in a moment. */
     bool busy();
+    /** Requests of the map so far. */
+    int asked() const { return m_server ? m_server->asked() : 0; }
 
 signals:
     void changed();

@@ -52,12 +52,14 @@ void TileAddress::fetch(const TileKey& from, const TileKey& wanted, const TileSe
     QNetworkReply* reply = m_network.get(request);
     connect(reply, &QNetworkReply::finished, this, [this, reply, from, wanted, answer] {
         reply->deleteLater();
-        if (reply->error() == QNetworkReply::NoError) {
-            answer(cutOut(reply->readAll(), from, wanted));
+        const bool answered = reply->error() == QNetworkReply::NoError;
+        const QByteArray picture = answered ? reply->readAll() : QByteArray();
+        if (!picture.isEmpty()) {
+            answer(cutOut(picture, from, wanted));
             return;
         }
-        const bool noSuchTile =
-            reply->error() == QNetworkReply::ContentNotFoundError || reply->error() == QNetworkReply::ContentGoneError;
+        const bool noSuchTile = answered || reply->error() == QNetworkReply::ContentNotFoundError ||
+                                reply->error() == QNetworkReply::ContentGoneError;
         if (noSuchTile && from.z > 0 && wanted.z - from.z < mostLevelsUp) {
             fetch(from.parent(), wanted, answer);
             return;

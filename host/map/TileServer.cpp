@@ -87,8 +87,9 @@ void TileServer::answer(QTcpSocket* socket, const QByteArray& request)
             ++self->m_served;
         if (!waiting)
             return;
+        // No error: the map would ask again and again, and log each tile that it gives up.
         if (picture.isEmpty())
-            send(waiting, "404 Not Found", "text/plain", "no tile\n");
+            waiting->write("HTTP/1.1 204 No Content\r\n\r\n");
         else
             send(waiting, "200 OK", typeOf(picture), picture);
     });

@@ -14,8 +14,8 @@ class QTcpSocket;
 namespace Torvik::Map {
 
 /** Serves a street map's tiles by HTTP to this machine only, GET /z/x/y.png, which is how map plug-ins want them. What
- * is no request for a tile is answered with an error, and closes the connection if it is no HTTP. The thread that it
- *  lives on only. */
+ * is no request for a tile is answered with an error, and closes the connection if it is no HTTP; a tile that there is
+ * not, with an empty answer. The thread that it lives on only. */
 class TileServer : public QObject {
     Q_OBJECT
 

@@ -87,6 +87,7 @@ private slots:
     void aPlanThatCannotBeLaidGivesOneLineAndStatus1();
     void twoDumpsAreTheSame();
     void aPictureShowsPipesAndManholesWhereTheyAre();
+    void aPictureIsTakenWithoutTheTilesAskedFor();
     void aPageIsPrintedTrueToScale();
     void aPictureLooksAtTheObjectAskedFor();
     void anUnknownKeyGivesOneLineAndStatus1();
@@ -413,6 +414,23 @@ void tst_Program::aPictureShowsPipesAndManholesWhereTheyAre()
     QVERIFY(near(picture, middle + QPoint(0, -far), isPipe));
     QVERIFY(!near(picture, middle + QPoint(far, far), isManhole, 40));
     QVERIFY(!near(picture, middle, isPipe, 40));
+}
+
+void tst_Program::aPictureIsTakenWithoutTheTilesAskedFor()
+{
+    TestProject project(utm32);
+    fill(project);
+    project.close();
+    const QString file = m_folder->filePath("picture.png");
+
+    // Nobody listens on that port.
+    const Outcome outcome = run({project.path(), "--screenshot", file, "--size", "600x500", "--distance", "1909.4",
+                                 "--view", "top", "--tiles", "http://127.0.0.1:1"});
+
+    QCOMPARE(outcome.status, 0);
+    QCOMPARE(outcome.errors.filter("no map").size(), 1);
+    QVERIFY2(outcome.errors.filter("tile", Qt::CaseInsensitive).isEmpty(), qPrintable(outcome.errors.join('\n')));
+    QVERIFY(near(QImage(file), QPoint(300 - 150, 250 + 150), isManhole));
 }
 
 void tst_Program::aPageIsPrintedTrueToScale()

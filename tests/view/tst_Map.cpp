@@ -1,10 +1,6 @@
 #include "common/SceneTest.h"
-#include "host/map/MapEndpoints.h"
-#include "host/map/TileServer.h"
 #include "view/MapTown.h"
-#include "view/SceneWindow.h"
-
-#include <QGeoCoordinate>
+#include "view/MapView.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,41 +10,17 @@ using namespace Kx::Test;
 using namespace Torvik;
 using View3d::GdalGeoProjector;
 
-namespace {
-
-/** What the view asks of its host for a map whose tiles the test paints. */
-class PaintedEndpoints : public QObject {
+/** The street map under the scene: what is painted at a place on earth is seen where the scene has that place. */
+class tst_Map : public QObject, private MapView {
     Q_OBJECT
-    Q_PROPERTY(bool available MEMBER available CONSTANT)
-    Q_PROPERTY(QString tilesHost MEMBER tilesHost CONSTANT)
-    Q_PROPERTY(QString geocodingHost MEMBER tilesHost CONSTANT)
-    Q_PROPERTY(QString placesHost MEMBER tilesHost CONSTANT)
-    Q_PROPERTY(QString copyright MEMBER copyright CONSTANT)
-    Q_PROPERTY(QString cacheDirectory MEMBER cacheDirectory CONSTANT)
 
 public:
-    explicit PaintedEndpoints(Map::TileServer::Source source)
-        : server(std::move(source))
-        , cacheDirectory(scratch.path())
+    tst_Map()
+        : MapView([this](const Map::TileKey& key, const Map::TileServer::Answer& answer) {
+            m_painter.request(key, answer);
+        })
     {
-        if (!server.listen().isEmpty())
-            qFatal("No port for the tiles.");
-        tilesHost = QStringLiteral("http://127.0.0.1:%1").arg(server.port());
     }
-
-    Map::TileServer server;
-    QTemporaryDir scratch;
-    bool available = true;
-    QString tilesHost;
-    QString copyright;
-    QString cacheDirectory;
-};
-
-} // namespace
-
-/** The street map under the scene: what is painted at a place on earth is seen where the scene has that place. */
-class tst_Map : public QObject {
-    Q_OBJECT
 
 private slots:
     void mapAndSceneCoincideInTheCorners_data()
@@ -180,15 +152,12 @@ private slots:
         const auto* projector = GdalGeoProjector::instance();
         QSignalSpy tied(projector, &GdalGeoProjector::geoLocationChanged);
         QSignalSpy moved(qtMap(), SIGNAL(centerChanged(QGeoCoordinate)));
-        int asked = -1;
-        while (asked != m_endpoints.server.asked()) {
-            asked = m_endpoints.server.asked();
-            QTest::qWait(400);
-        }
+        waitForTiles();
+        const int asked = endpoints().server.asked();
 
         window().frames(60);
 
-        QCOMPARE(m_endpoints.server.asked(), asked);
+        QCOMPARE(endpoints().server.asked(), asked);
         QCOMPARE(moved.count(), 0);
         QCOMPARE(tied.count(), 0);
     }
@@ -222,53 +191,6 @@ private:
         bool m_held = false;
     };
 
-    SceneWindow& window()
-    {
-        if (!m_window) {
-            m_window = new SceneWindow(&m_endpoints);
-            m_window->camera()->setFarPlane(500000);
-            if (!QTest::qWaitFor([this] { return map() != nullptr; }))
-                qFatal("The map was not loaded.");
-            m_window->frames(10);
-        }
-        return *m_window;
-    }
-    QQuickItem* qtMap() { return map()->findChild<QQuickItem*>("map"); }
-    QObject* map() { return m_window->area()->property("map").value<QObject*>(); }
-
-    void tie(const Place& place)
-    {
-        window();
-        auto* projector = GdalGeoProjector::instance();
-        projector->deinit();
-        projector->setProjectionSystem("EPSG:25832");
-        projector->initFromMap(place.latitude, place.longitude, 0);
-        QTRY_VERIFY(!window().camera()->property("animationsRunning").toBool());
-    }
-    QGeoCoordinate centre() { return qtMap()->property("center").value<QGeoCoordinate>(); }
-    /** The level at which a pixel of the screen is one of the tiles. */
-    double wantedLevel()
-    {
-        const double latitude = qtMap()->property("center").value<QGeoCoordinate>().latitude();
-        const double metres = qtMap()->property("metersPerPixelLatitude").toDouble();
-        return std::log2(40075016.686 * std::cos(qDegreesToRadians(latitude)) / metres) - 8;
-    }
-    static Place placeOf(QVector3D scene)
-    {
-        auto* projector = GdalGeoProjector::instance();
-        const auto place = projector->geoCoords(projector->origin() + View3d::Vector3D<double>(scene));
-        return {qRadiansToDegrees(place.lon()), qRadiansToDegrees(place.lat())};
-    }
-    /** From a direction that is so many degrees off the vertical, with the upper edge towards the heading. */
-    void lookAtGround(QVector3D centre, double tilt, double heading, double distance)
-    {
-        const double t = qDegreesToRadians(tilt);
-        const double h = qDegreesToRadians(heading);
-        const QVector3D ahead(float(-std::sin(h)), 0, float(std::cos(h)));
-        const QVector3D back = float(std::cos(t)) * QVector3D(0, 1, 0) - float(std::sin(t)) * ahead;
-        const QVector3D up = float(std::sin(t)) * QVector3D(0, 1, 0) + float(std::cos(t)) * ahead;
-        window().look(centre + float(distance) * back, centre, up);
-    }
     /** Has marks painted at the places in the view's corners and middle, and waits until they are seen there. */
     void checkCorners(const QString& picture)
     {
@@ -309,9 +231,6 @@ private:
     }
 
     Painter m_painter;
-    PaintedEndpoints m_endpoints {
-        [this](const Map::TileKey& key, const Map::TileServer::Answer& answer) { m_painter.request(key, answer); }};
-    SceneWindow* m_window = nullptr;
     int m_row = 0;
 };
 

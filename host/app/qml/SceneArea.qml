@@ -42,8 +42,6 @@ View3d.Window3d {
     sceneLoader.asynchronous: false
     mapWanted: hasTiles
     controlsVisible: false
-    // A map says so too, when there is one.
-    gridIsFarAwayFromCamera: !!scene && scene.camera.viewVectorLength > gridVisibilityLimit
     toggleSplitViewCallback: function() {
         beforeSplitViewModeChanged()
         splitViewMode = !splitViewMode

@@ -40,7 +40,8 @@ Item {
 
     onNavigationModeChanged: {
         if (navigationMode) {
-            lastMapCenter = QtPositioning.coordinate(map.center.latitude, map.center.longitude)
+            lastMapCenter = currentCenter()
+            map.center = lastMapCenter
         } else if (lastMapCenter) {
             map.center = lastMapCenter
             refresh()
@@ -56,15 +57,16 @@ Item {
     }
 
     function initGeoProjector(coordinate, altitude) {
-        const place = coordinate || map.center
+        const place = coordinate || currentCenter()
         const height = altitude === undefined || Number.isNaN(altitude) ? 0.0 : altitude
         scene3d.sceneRoot.safeGeoProjectorInitFromMap(place.latitude, place.longitude, height)
     }
 
     function resetGeoProjector(coordinate, altitude) {
         camera.scheduleDelayedAnimation(function() {
+            const place = coordinate || currentCenter()
             GeoProjector.deinit()
-            initGeoProjector(coordinate, altitude)
+            initGeoProjector(place, altitude)
         })
     }
 
@@ -92,25 +94,34 @@ Item {
 
     function gotoAddress(address) {
         if (address) {
-            geocodeModel.translateMap = true
-            geocodeModel.query = address
-            geocodeModel.update()
+            geocodeModel.ask(address, true)
         }
     }
 
     function gotoPosition(coordinate) {
+        if (!MapMath.isPlace(coordinate)) {
+            return
+        }
         if (navigationMode) {
             map.center = coordinate
-            geocodeModel.translateMap = false
-            geocodeModel.query = coordinate
-            geocodeModel.update()
+            geocodeModel.ask(coordinate, false)
         } else {
-            moveCameraToPosition(coordinate)
-            resetGeoProjectorIfNoNods(coordinate)
+            goAlong(coordinate)
         }
     }
 
+    /** With the scene. */
+    function goAlong(coordinate) {
+        // What is left of a running animation would come on top of the way.
+        camera.animScheduler.completeAll()
+        moveCameraToPosition(coordinate)
+        resetGeoProjectorIfNoNods(coordinate)
+    }
+
     function moveCameraToPosition(coordinate) {
+        if (!MapMath.isPlace(coordinate)) {
+            return
+        }
         const target = GeoProjector.sceneCoordsFromGeoCoords(coordinate.latitude, coordinate.longitude)
         const positionDiff = Qt.vector3d(target.x, 0, target.z).minus(camera.groundCenter())
         camera.animScheduler.completeAll()
@@ -123,13 +134,16 @@ Item {
     }
 
     function requestAddress(position) {
-        geocodeModel.translateMap = false
-        geocodeModel.query = toCoordinateWrapper(position, false)
-        geocodeModel.update()
+        geocodeModel.ask(toCoordinateWrapper(position, false), false)
     }
 
     /** The place under a pixel of this item. */
     function toCoordinateWrapper(position, clipToViewPort) {
+        if (sceneLeads()) {
+            const ground = Utils3D.pointScreenToWorldGround(position.x, position.y, camera, scene3d.width,
+                                                            scene3d.height)
+            return placeOnGround(ground, Qt.vector3d(0, 1, 0))
+        }
         return map.toCoordinate(map.mapFromItem(mapContainer, position.x, position.y), clipToViewPort)
     }
 
@@ -158,18 +172,32 @@ Item {
     function setupAnglesAndViewVecLen() {
         map.bearing = MapMath.bearing(camera.viewVector, camera.upVector)
         map.calculatedTilt = MapMath.tilt(camera.viewVector)
-        // Written ahead of its binding's own turn, which it keeps.
-        camera.viewVectorLength = Qt.binding(function() { return camera.viewVector.length() })
+        camera.updateViewVectorLength()
+    }
+
+    function placeOnGround(point, ray) {
+        const place = GeoProjector.geoCoordsDegFromPointOnGround(point.x, point.y, point.z, ray)
+        return QtPositioning.coordinate(place.y, place.x)
+    }
+
+    function viewedPlace() {
+        return placeOnGround(camera.viewCenter, camera.position.minus(camera.viewCenter))
+    }
+
+    /** A hidden map stays where it was, since it would load tiles all the same. */
+    function sceneLeads() {
+        return !map.visible && !navigationMode && GeoProjector.initialized
+    }
+
+    /** Of the map, or where it would be if it were seen. */
+    function currentCenter() {
+        return sceneLeads() ? viewedPlace() : QtPositioning.coordinate(map.center.latitude, map.center.longitude)
     }
 
     function setupTranslation() {
-        if (navigationMode || !map.visible) {
-            return
+        if (!navigationMode && map.visible) {
+            map.center = viewedPlace()
         }
-        const center = camera.viewCenter
-        const place = GeoProjector.geoCoordsDegFromPointOnGround(center.x, center.y, center.z,
-                                                                 camera.position.minus(center))
-        map.center = QtPositioning.coordinate(place.y, place.x)
     }
 
     function addVertex(point) { drawing.addVertex(map.mapFromItem(mapContainer, point.x, point.y)) }
@@ -272,7 +300,8 @@ Item {
     Torvik3d.MapSheet {
         id: sheet
 
-        camera: mapContainer.camera
+        // To cover a view that leaves it behind, a map that stands still would grow and grow.
+        camera: map.visible ? mapContainer.camera : null
         screenWidth: scene3d.width
         screenHeight: scene3d.height
         place: Qt.point(map.center.longitude, map.center.latitude)
@@ -281,28 +310,19 @@ Item {
         adrift: mapContainer.navigationMode || gestureMapTrans.initialCenter !== undefined
     }
 
-    GeocodeModel {
+    MapSearch {
         id: geocodeModel
 
-        property bool translateMap: true
-
         plugin: mapPlugin
-        autoUpdate: false
-
-        onLocationsChanged: {
-            if (count <= 0) {
-                return
-            }
-            const location = get(0)
+        onFound: {
             locationReceived(location)
-            if (!translateMap) {
+            if (!translateMap || !MapMath.isPlace(location.coordinate)) {
                 return
             }
             if (navigationMode) {
                 map.center = location.coordinate
             } else {
-                moveCameraToPosition(location.coordinate)
-                resetGeoProjectorIfNoNods(location.coordinate)
+                goAlong(location.coordinate)
             }
             refresh()
         }

@@ -13,6 +13,7 @@ QtObject {
     }
 
     function start() {
+        finish()
         underConstruction = buildingComponent.createObject(map)
     }
 

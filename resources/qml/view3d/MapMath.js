@@ -32,6 +32,11 @@ function drawnLevel(level) {
     return Math.abs(level - whole) < 0.01 ? whole : level
 }
 
+/** Whether a coordinate is one on earth: a search or a device may give NaN, or nothing. */
+function isPlace(coordinate) {
+    return !!coordinate && Math.abs(coordinate.latitude) <= 90 && Math.abs(coordinate.longitude) <= 180
+}
+
 /** Clockwise from north. */
 function azimuth(metersNorth, metersEast) {
     return 90 - degrees(Math.atan2(metersNorth, metersEast))

@@ -80,6 +80,11 @@ Camera {
         initialized = true
     }
 
+    /** Ahead of its binding's own turn. The binding is made anew here, where it lives as long as the camera. */
+    function updateViewVectorLength() {
+        viewVectorLength = Qt.binding(function() { return viewVector.length() })
+    }
+
     function groundCenter() {
         const point = Utils3D.rayPlaneIntersec(position, viewVector)
         if (point === undefined) {

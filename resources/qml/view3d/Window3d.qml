@@ -132,6 +132,15 @@ Item {
     Binding { target: GlobalNav; property: "manholeFullInfoVisible"; value: window3d.manholeFullInfoVisible }
 
     Connections {
+        target: window3d.scene3d ? window3d.scene3d.camera : null
+
+        // The map says so too, ahead of this; a host may have none.
+        function onViewVectorLengthChanged() {
+            window3d.gridIsFarAwayFromCamera = target.viewVectorLength > window3d.gridVisibilityLimit
+        }
+    }
+
+    Connections {
         target: belmora.appStateData
         ignoreUnknownSignals: true
 

@@ -2,6 +2,7 @@ import Qt3D.Core 2.12
 import Qt3D.Render 2.12
 import QtQuick 2.12
 import QtTest 1.12
+import Torvik.Geo 1.0
 
 import "qrc:/qml/view3d"
 
@@ -27,6 +28,10 @@ Item {
         id: lengthLabel
     }
 
+    LocationValidInfoPanel {
+        id: locationPanel
+    }
+
     CameraDistanceInfoPanel {
         id: panel
     }
@@ -49,6 +54,26 @@ Item {
     TestCase {
         name: "SmallItems"
         when: windowShown
+
+        function test_aPlaceOutsideTheCoordinateSystemIsTold() {
+            verify(!locationPanel.visible)
+            GeoProjector.locationWithinProjectionRegion(false)
+            verify(locationPanel.visible)
+            compare(locationPanel.width, 1120)
+            compare(locationPanel.height, 40)
+            const parts = locationPanel.children[0].children
+            verify(Qt.colorEqual(parts[0].color, "red"))
+            compare(parts[0].opacity, 0.55)
+            verify(Qt.colorEqual(parts[1].color, "white"))
+            compare(parts[1].text, "The selected location is outside the bounds of the chosen projection system. \n"
+                    + "Please change location or select a different projection system.")
+            mouseClick(locationPanel, 30, 20)
+            verify(!locationPanel.visible)
+            GeoProjector.locationWithinProjectionRegion(false)
+            verify(locationPanel.visible)
+            GeoProjector.locationWithinProjectionRegion(true)
+            verify(!locationPanel.visible)
+        }
 
         function test_aLengthHasTheUnitThatSuitsIt_data() {
             return [{tag: "centimetres", value: 0.456, text: "46 cm"}, {tag: "metres", value: 12.4, text: "12 m"},

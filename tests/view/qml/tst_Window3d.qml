@@ -54,6 +54,16 @@ Item {
             compare(view.screenPointer, undefined)
         }
 
+        function test_far_away_the_grid_gives_way() {
+            for (const wanted of [true, false]) {
+                view.mapWanted = wanted
+                scene.camera.setPose(Qt.vector3d(0, 3501, 0), Qt.vector3d(0, 0, 0), Qt.vector3d(0, 0, 1))
+                verify(view.gridIsFarAwayFromCamera, wanted)
+                scene.camera.setPose(Qt.vector3d(0, 3499, 0), Qt.vector3d(0, 0, 0), Qt.vector3d(0, 0, 1))
+                verify(!view.gridIsFarAwayFromCamera, wanted)
+            }
+        }
+
         function test_modes() {
             const modes = Torvik3d.CameraController
             compare(view.mode3dTypes.none, modes.None)
