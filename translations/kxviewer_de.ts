@@ -905,6 +905,85 @@
     </message>
 </context>
 <context>
+    <name>Torvik::DXF</name>
+    <message>
+        <source>Save it as DXF in text form (ASCII DXF) and choose that file.</source>
+        <translation>Speichern Sie die Zeichnung als DXF in Textform (ASCII-DXF) und wählen Sie diese Datei.</translation>
+    </message>
+    <message>
+        <source>%1 is no DXF or DWG drawing, whatever its name says.</source>
+        <translation>%1 ist trotz des Namens keine DXF- oder DWG-Zeichnung.</translation>
+    </message>
+    <message>
+        <source>%1 is no drawing, whatever its name says, but a %2 file. Rename it so that its name ends in .%3, and choose it again.</source>
+        <translation>%1 ist trotz des Namens keine Zeichnung, sondern eine %2-Datei. Benennen Sie sie um, sodass ihr Name auf .%3 endet, und wählen Sie sie erneut.</translation>
+    </message>
+    <message>
+        <source>%1 is not there any more.</source>
+        <translation>%1 ist nicht mehr da.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read. Look whether it is a file, whether you may open it, and whether its disk is connected.</source>
+        <translation>%1 ist nicht lesbar. Prüfen Sie, ob es eine Datei ist, ob Sie sie öffnen dürfen und ob ihr Datenträger verbunden ist.</translation>
+    </message>
+    <message>
+        <source>%1 is empty. Copy it again from where it came.</source>
+        <translation>%1 ist leer. Kopieren Sie die Datei noch einmal von ihrer Quelle.</translation>
+    </message>
+    <message>
+        <source>%1 is a DXF in binary form, which cannot be read here.</source>
+        <translation>%1 ist ein DXF in binärer Form, das hier nicht gelesen werden kann.</translation>
+    </message>
+    <message>
+        <source>%1 is a DWG%2 drawing (%3); only DWG 2000 can be read here.</source>
+        <translation>%1 ist eine DWG-Zeichnung der Version%2 (%3); hier kann nur DWG 2000 gelesen werden.</translation>
+    </message>
+    <message>
+        <source>%1 is damaged in line %2. Copy it again from where it came, or save the drawing again.</source>
+        <translation>%1 ist in Zeile %2 beschädigt. Kopieren Sie die Datei noch einmal von ihrer Quelle oder speichern Sie die Zeichnung noch einmal.</translation>
+    </message>
+    <message>
+        <source>%1 is cut off: it ends before its drawing does. Copy it again from where it came.</source>
+        <translation>%1 ist abgeschnitten: die Datei endet vor der Zeichnung. Kopieren Sie sie noch einmal von ihrer Quelle.</translation>
+    </message>
+    <message>
+        <source>%1 holds more lines than can be shown, most of them in blocks. Save the part that is needed as a drawing of its own.</source>
+        <translation>%1 enthält mehr Linien, als gezeigt werden können, die meisten in Blöcken. Speichern Sie den Teil, der gebraucht wird, als eigene Zeichnung.</translation>
+    </message>
+    <message>
+        <source>%1 (DWG%2) cannot be read.</source>
+        <translation>%1 (DWG%2) ist nicht lesbar.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read.</source>
+        <translation>%1 ist nicht lesbar.</translation>
+    </message>
+    <message>
+        <source>%1 holds nothing that can be drawn, or only on layers that are frozen or off.</source>
+        <translation>%1 enthält nichts, was gezeichnet werden kann, oder nur auf Layern, die gefroren oder ausgeschaltet sind.</translation>
+    </message>
+    <message>
+        <source>%1: only %2 of %3 entities can be read, too few for a plan.</source>
+        <translation>%1: nur %2 von %3 Objekten sind lesbar, zu wenige für einen Plan.</translation>
+    </message>
+    <message>
+        <source>%1: %2 of %3 entities could not be read%4. Save it again as DXF in text form if something is missing.</source>
+        <translation>%1: %2 von %3 Objekten waren nicht lesbar%4. Speichern Sie die Zeichnung noch einmal als DXF in Textform, falls etwas fehlt.</translation>
+    </message>
+    <message>
+        <source>%1: some kinds of entities cannot be drawn here and are left out: %2. Where they matter, break them up into lines in the CAD program, and save the drawing again.</source>
+        <translation>%1: manche Arten von Objekten können hier nicht gezeichnet werden und fehlen: %2. Wo sie wichtig sind, lösen Sie sie im CAD-Programm in Linien auf und speichern Sie die Zeichnung noch einmal.</translation>
+    </message>
+    <message>
+        <source>%1 has no end mark; what comes after its entities may be missing.</source>
+        <translation>%1 hat keine Endmarke; was nach den Objekten kommt, fehlt vielleicht.</translation>
+    </message>
+    <message>
+        <source>%1 is a DWG, of which only a part of the entities can be read. Save it as DXF in text form if something is missing.</source>
+        <translation>%1 ist ein DWG, von dessen Objekten nur ein Teil gelesen werden kann. Speichern Sie die Zeichnung als DXF in Textform, falls etwas fehlt.</translation>
+    </message>
+</context>
+<context>
     <name>Torvik::Database::StoreTrouble</name>
     <message>
         <source>Close the other program, or wait until it is done.</source>
@@ -1215,6 +1294,18 @@ Der Plan %2 liegt in der Ansicht, aber vielleicht nicht dort, wo er lag: Richten
     <message>
         <source>%1: the plan lies under the network, but where it lies could not be stored in the project. Is the disk full, or may it not be written to? Make room and lay the plan again.</source>
         <translation>%1: Der Plan liegt unter dem Netz, aber seine Lage konnte nicht im Projekt gespeichert werden. Ist der Datenträger voll oder schreibgeschützt? Schaffen Sie Platz und legen Sie den Plan noch einmal.</translation>
+    </message>
+    <message>
+        <source>%1: this file is empty. Copy it again from where it came.</source>
+        <translation>%1: diese Datei ist leer. Kopieren Sie sie noch einmal von ihrer Quelle.</translation>
+    </message>
+    <message>
+        <source>%1: whatever its name says, this is a %2 file. Rename it so that its name ends in .%3, and choose it again.</source>
+        <translation>%1: trotz des Namens ist das eine %2-Datei. Benennen Sie sie um, sodass ihr Name auf .%3 endet, und wählen Sie sie erneut.</translation>
+    </message>
+    <message>
+        <source>%1: this PDF cannot be read; it is damaged, or locked by a password. Open it in a PDF program, save it without a password, and try again.</source>
+        <translation>%1: dieses PDF ist nicht lesbar; es ist beschädigt oder mit einem Passwort gesperrt. Öffnen Sie es in einem PDF-Programm, speichern Sie es ohne Passwort und versuchen Sie es erneut.</translation>
     </message>
 </context>
 <context>

@@ -3,6 +3,7 @@
 #include "host/drawing/DrawingJournal.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QFileInfo>
 
 namespace Torvik::Viewer::PlanMessages {
@@ -10,16 +11,22 @@ namespace Torvik::Viewer::PlanMessages {
 namespace {
 
 constexpr qint64 megabyte = 1024 * 1024;
+constexpr qint64 firstBytes = 4096;
 
 QString tr(const char* text)
 {
     return QCoreApplication::translate("Torvik::Viewer::PlanMessages", text);
 }
 
-bool isDrawing(const QString& file)
+/** What reads files of such an ending. */
+enum class Loader { Picture, Pdf, Drawing };
+
+Loader loaderOf(const QString& ending)
 {
-    const QString suffix = QFileInfo(file).suffix().toLower();
-    return suffix == QLatin1String("dxf") || suffix == QLatin1String("dwg");
+    const QString lower = ending.toLower();
+    if (lower == QLatin1String("dxf") || lower == QLatin1String("dwg"))
+        return Loader::Drawing;
+    return lower == QLatin1String("pdf") ? Loader::Pdf : Loader::Picture;
 }
 
 } // namespace
@@ -41,17 +48,45 @@ QString closed(const QString& file)
     return tr("%1: you may not open this file. Ask whoever it belongs to, or copy it to a folder of yours.").arg(file);
 }
 
-QString unreadable(const QString& file)
+QString unreadable(const QString& file, const QString& loadedAs)
 {
-    const QString known = DXF::DrawingJournal::last(file).message;
+    const QFileInfo loaded(loadedAs.isEmpty() ? file : loadedAs);
+    QString known = DXF::DrawingJournal::last(loaded.absoluteFilePath()).message;
     if (!known.isEmpty())
-        return known;
-    if (isDrawing(file))
+        return known.replace(loaded.fileName(), QFileInfo(file).fileName());
+    QFile contents(file);
+    const QByteArray first = contents.open(QIODevice::ReadOnly) ? contents.read(firstBytes) : QByteArray();
+    if (contents.isOpen() && first.isEmpty())
+        return tr("%1: this file is empty. Copy it again from where it came.").arg(file);
+    const QString ending = DXF::endingByContents(first);
+    if (!ending.isEmpty() && loaderOf(ending) != loaderOf(QFileInfo(file).suffix()))
+        return tr("%1: whatever its name says, this is a %2 file. Rename it so that its name ends in .%3, and choose "
+                  "it "
+                  "again.")
+            .arg(file, ending.toUpper(), ending);
+    switch (loaderOf(QFileInfo(file).suffix())) {
+    case Loader::Drawing:
         return tr("%1: this drawing cannot be read. Save it as an ASCII DXF and try again.").arg(file);
+    case Loader::Pdf:
+        return tr("%1: this PDF cannot be read; it is damaged, or locked by a password. Open it in a PDF program, save "
+                  "it "
+                  "without a password, and try again.")
+            .arg(file);
+    case Loader::Picture:
+        break;
+    }
     return tr("%1: this cannot be read; it is damaged, or no picture of its kind. Open it in a picture program, save "
               "it "
               "as PNG or JPEG, and try again.")
         .arg(file);
+}
+
+QString notes(const QString& file, const QString& loadedAs)
+{
+    const QFileInfo loaded(loadedAs.isEmpty() ? file : loadedAs);
+    return DXF::DrawingJournal::last(loaded.absoluteFilePath())
+        .warnings.join(QLatin1Char('\n'))
+        .replace(loaded.fileName(), QFileInfo(file).fileName());
 }
 
 QString tooLarge(const QString& file, const View3d::SizeInfo& size)

@@ -11,8 +11,11 @@ QString missing(const QString& file);
 QString noPlan(const QString& file);
 /** The user may not open it. */
 QString closed(const QString& file);
-/** What the drawings' reader has found out, where it was one. */
-QString unreadable(const QString& file);
+/** What the drawings' reader has found out, where it was one.
+ *  @param loadedAs  the copy of the file that was loaded; empty when it was the file */
+QString unreadable(const QString& file, const QString& loadedAs = {});
+/** What of a drawing is not shown although a plan came of it; empty when all is well. */
+QString notes(const QString& file, const QString& loadedAs = {});
 QString tooLarge(const QString& file, const View3d::SizeInfo& size);
 QString fileTooLarge(const QString& file, qint64 limitBytes);
 QString converterFailed(const QString& file);

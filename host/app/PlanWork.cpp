@@ -3,7 +3,6 @@
 #include "domain/boundary/AppState.h"
 #include "host/app/PlanCopy.h"
 #include "host/app/PlanMessages.h"
-#include "host/drawing/DrawingJournal.h"
 #include "network/LowestManholeTracker.h"
 #include "plans/FloorNav.h"
 #include "plans/FloorPlanLoader.h"
@@ -285,7 +284,7 @@ void PlanWork::stopHearing()
 
 void PlanWork::onLoaded(IBackgroundPlan* plan)
 {
-    const QStringList warnings = DXF::DrawingJournal::last(m_loadPath).warnings;
+    const QString notes = PlanMessages::notes(m_source, m_loadPath);
     bool laid = true;
     if (m_loadingFloor == underNetwork) {
         laid = layUnderNetwork(plan);
@@ -293,8 +292,8 @@ void PlanWork::onLoaded(IBackgroundPlan* plan)
         // It stands as high as the others of the building.
         setHeights(heights());
     }
-    if (laid && !warnings.isEmpty())
-        emit noted(warnings.join(QLatin1Char('\n')));
+    if (laid && !notes.isEmpty())
+        emit noted(notes);
     finish();
 }
 
@@ -357,7 +356,7 @@ QString PlanWork::explanation(const QString& kind) const
         return PlanMessages::tooLarge(m_source, m_size);
     if (kind == QLatin1String("converter"))
         return PlanMessages::converterFailed(m_source);
-    return PlanMessages::unreadable(m_loadPath).replace(m_loadPath, m_source);
+    return PlanMessages::unreadable(m_source, m_loadPath);
 }
 
 QString PlanWork::align(int way, QVector3D a, QVector3D b, QVector3D c, QVector3D d)

@@ -6,6 +6,7 @@
 #include "host/app/PhotoDesk.h"
 #include "host/app/PictureTaker.h"
 #include "host/app/PlanDesk.h"
+#include "host/app/PlanMessages.h"
 #include "host/app/ReplayCommand.h"
 #include "host/app/ReplayRun.h"
 #include "host/app/StoringTime.h"
@@ -145,9 +146,12 @@ int showWindow(ViewerController& controller, bool hasMap, const QString& folder,
             QGuiApplication::exit(Commands::failure(noSuchInspection(options)));
         else if (!startVehicle(*controller.vehicle(), options, recording))
             QGuiApplication::exit(1);
-        layPlan(controller, options, [&controller](const QString& error) {
+        layPlan(controller, options, [&controller, file = options.planFile](const QString& error) {
+            const QString notes = PlanMessages::notes(file);
             if (!error.isEmpty())
                 controller.showError(error);
+            else if (!notes.isEmpty())
+                emit controller.plans()->noted(notes);
         });
     });
     const EndSignals endSignals;

@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 #include <cstring>
 
@@ -49,12 +50,6 @@ DrawingProblem problemOf(const DrawingFile& file)
     return census.unfolded > mostEntities ? DrawingProblem::TooMuch : DrawingProblem::None;
 }
 
-QString nameOf(const DrawingFile& file)
-{
-    const QString release = releaseOf(file.version);
-    return release.isEmpty() ? QString() : QLatin1Char(' ') + release;
-}
-
 } // namespace
 
 DrawingFile::Kind kindOfDrawing(const char* data, std::size_t size)
@@ -79,6 +74,31 @@ QString releaseOf(const QString& version)
             return QLatin1String(row.release);
     }
     return {};
+}
+
+QString endingByContents(const QByteArray& first)
+{
+    static const struct {
+        QByteArray begin;
+        const char* ending;
+    } known[] = {{"%PDF", "pdf"},
+                 {QByteArrayLiteral("\x89PNG"), "png"},
+                 {QByteArrayLiteral("\xff\xd8\xff"), "jpg"},
+                 {QByteArrayLiteral("II*\0"), "tif"},
+                 {QByteArrayLiteral("MM\0*"), "tif"},
+                 {"GIF8", "gif"}};
+    for (const auto& row : known) {
+        if (first.startsWith(row.begin))
+            return QLatin1String(row.ending);
+    }
+    const DrawingFile::Kind kind = kindOfDrawing(first.constData(), std::size_t(first.size()));
+    if (kind == DrawingFile::Dwg)
+        return QStringLiteral("dwg");
+    static const QRegularExpression sectionOfDxf(QStringLiteral("^\\s*(999\\s*\\n[^\\n]*\\n\\s*)*0\\s*\\n\\s*SECTION"));
+    const bool dxf =
+        kind == DrawingFile::BinaryDxf ||
+        (kind == DrawingFile::TextDxf && sectionOfDxf.match(QString::fromLatin1(first.left(4000))).hasMatch());
+    return dxf ? QStringLiteral("dxf") : QString();
 }
 
 DrawingFile inspectDrawing(const QString& path, const std::atomic<bool>& cancelled)
@@ -107,56 +127,11 @@ DrawingFile inspectDrawing(const QString& path, const std::atomic<bool>& cancell
     else if (found.kind == DrawingFile::TextDxf)
         count(file, first, found, cancelled);
     found.problem = cancelled ? DrawingProblem::Cancelled : problemOf(found);
+    if (found.problem == DrawingProblem::NoDrawing)
+        found.instead = endingByContents(first);
     if (file.error() == QFileDevice::ReadError)
         found.problem = DrawingProblem::NotReadable;
     return found;
-}
-
-QString explain(const DrawingFile& file, const QString& path)
-{
-    const QString name = QFileInfo(path).fileName();
-    const QString help = QStringLiteral(" Save it as DXF in text form (ASCII DXF) and choose that file.");
-    switch (file.problem) {
-    case DrawingProblem::None:
-    case DrawingProblem::Cancelled:
-        return {};
-    case DrawingProblem::Missing:
-        return QStringLiteral("%1 is not there any more.").arg(name);
-    case DrawingProblem::NotReadable:
-        return QStringLiteral("%1 cannot be read. Look whether it is a file, whether you may open it, and whether its "
-                              "disk is connected.")
-            .arg(name);
-    case DrawingProblem::Empty:
-        return QStringLiteral("%1 is empty. Copy it again from where it came.").arg(name);
-    case DrawingProblem::NoDrawing:
-        return QStringLiteral("%1 is no DXF or DWG drawing, whatever its name says.").arg(name) + help;
-    case DrawingProblem::BinaryDxf:
-        return QStringLiteral("%1 is a DXF in binary form, which cannot be read here.").arg(name) + help;
-    case DrawingProblem::DwgVersion:
-        return QStringLiteral("%1 is a DWG%2 drawing (%3); only DWG 2000 can be read here.")
-                   .arg(name, nameOf(file), file.version) +
-               help;
-    case DrawingProblem::Damaged:
-        return QStringLiteral("%1 is damaged in line %2. Copy it again from where it came, or save the drawing again.")
-            .arg(name)
-            .arg(file.census.brokenLine);
-    case DrawingProblem::CutOff:
-        return QStringLiteral("%1 is cut off: it ends before its drawing does. Copy it again from where it came.")
-            .arg(name);
-    case DrawingProblem::TooMuch:
-        return QStringLiteral("%1 holds more lines than can be shown, most of them in blocks. Save the part that is "
-                              "needed as a drawing of its own.")
-            .arg(name);
-    case DrawingProblem::Unread:
-        return QStringLiteral("%1%2 cannot be read.")
-                   .arg(name,
-                        file.kind == DrawingFile::Dwg ? QStringLiteral(" (DWG%1)").arg(nameOf(file)) : QString()) +
-               help;
-    case DrawingProblem::NothingToDraw:
-        return QStringLiteral("%1 holds nothing that can be drawn, or only on layers that are frozen or off.")
-            .arg(name);
-    }
-    return {};
 }
 
 } // namespace Torvik::DXF

@@ -1,5 +1,7 @@
 #include "host/drawing/DrawingTask.h"
+
 #include "domain/boundary/CLogger.h"
+#include "host/drawing/DrawingTexts.h"
 #include "host/drawing/OgrDrawingReader.h"
 
 #include <QFileInfo>
@@ -28,29 +30,6 @@ void describe(DrawingReport& report, const DrawingFile& file)
     report.problem = file.problem;
 }
 
-void warn(DrawingReport& report, const DrawingFile& file, const DrawingLosses& losses)
-{
-    const QString name = QFileInfo(report.path).fileName();
-    if (losses.lostAtLeast > 0) {
-        const QString kinds = losses.lost.empty() ? QString() : QStringLiteral(" (%1)").arg(listed(losses.lost));
-        report.warnings << QStringLiteral(
-                               "%1: %2 of %3 entities could not be read%4. Save it again as DXF in text form "
-                               "if something is missing.")
-                               .arg(name)
-                               .arg(losses.lostAtLeast)
-                               .arg(report.entities)
-                               .arg(kinds);
-    }
-    if (file.kind == DrawingFile::TextDxf && !file.census.hasEnd)
-        report.warnings
-            << QStringLiteral("%1 has no end mark; what comes after its entities may be missing.").arg(name);
-    if (file.kind == DrawingFile::Dwg)
-        report.warnings << QStringLiteral(
-                               "%1 is a DWG, of which only a part of the entities can be read. Save it as DXF "
-                               "in text form if something is missing.")
-                               .arg(name);
-}
-
 void log(const DrawingReport& report, const DrawingRead& read)
 {
     for (const QString& warning : report.warnings)
@@ -71,11 +50,12 @@ void log(const DrawingReport& report, const DrawingRead& read)
                             QStringLiteral("%1: passed over %2").arg(report.path, listed(read.losses.passedOver)));
 }
 
-void fail(DrawingReport& report, DrawingFile& file, DrawingProblem problem, const QString& complaint)
+void fail(DrawingReport& report, DrawingFile& file, DrawingProblem problem, const QString& complaint,
+          const QString& message = {})
 {
     file.problem = problem;
     report.problem = problem;
-    report.message = explain(file, report.path);
+    report.message = message.isEmpty() ? explain(file, report.path) : message;
     if (problem != DrawingProblem::Cancelled)
         CLogger::logMessage(Logging::LogError, category(),
                             complaint.isEmpty() ? report.message
@@ -98,10 +78,12 @@ void readInto(DrawingResult& result, const std::shared_ptr<const std::atomic<boo
     report.points = int(read.drawing.points.size());
     if (read.problem != DrawingProblem::None) {
         const bool gone = read.problem == DrawingProblem::Unread && !QFileInfo::exists(report.path);
-        fail(report, file, gone ? DrawingProblem::Missing : read.problem, read.complaint);
+        const bool few = !gone && read.problem == DrawingProblem::Unread && report.lost > 0;
+        fail(report, file, gone ? DrawingProblem::Missing : read.problem, read.complaint,
+             few ? explainLosses(file, read.losses, report.path) : QString());
         return;
     }
-    warn(report, file, read.losses);
+    report.warnings = warningsOf(file, read.losses, report.path);
     log(report, read);
     result.meshes = meshesOf(read.drawing);
 }
