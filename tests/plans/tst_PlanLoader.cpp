@@ -14,9 +14,13 @@
 #include <QQmlComponent>
 #include <QQmlContext>
 #include <QQmlEngine>
+#include <QStorageInfo>
 #include <QtTest>
 
+#include <csignal>
 #include <memory>
+
+#include <sys/resource.h>
 
 using namespace Torvik::View3d;
 using Kx::Test::Heard;
@@ -563,6 +567,56 @@ private slots:
         QCOMPARE(plan->fullPath(), documentation() + "new.png");
         QVERIFY(m_root->planLoader()->problem().contains(source));
         QVERIFY(QFile::exists(documentation() + "new.png"));
+    }
+
+    void aFullDiskLeavesTheOldPlanInPlaceAndSaysSoOnce()
+    {
+        QTemporaryDir elsewhere(QStringLiteral("/dev/shm/plan-loader-XXXXXX"));
+        if (!elsewhere.isValid() || QStorageInfo(elsewhere.path()).device() == QStorageInfo(m_folder->path()).device())
+            QSKIP("there is no second disk here");
+        layAndSave();
+        const IBackgroundPlan* const old = entities().getBackgroundPlan();
+        const QString source = elsewhere.filePath(QStringLiteral("large.bmp"));
+        QImage image(600, 600, QImage::Format_RGB32);
+        image.fill(Qt::red);
+        QVERIFY(image.save(source));
+        auto* const plan = new BackgroundImage(source, m_root.get());
+        plan->setFullPath(source);
+        const QSignalSpy told(m_root->planLoader(), &PlanLoader::problemArisen);
+
+        std::signal(SIGXFSZ, SIG_IGN);
+        rlimit before {};
+        getrlimit(RLIMIT_FSIZE, &before);
+        const rlimit narrow {100000, before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &narrow);
+        m_root->planLoader()->swapPlan(plan);
+        setrlimit(RLIMIT_FSIZE, &before);
+
+        QCOMPARE(told.size(), 1);
+        QVERIFY(m_root->planLoader()->problem().contains(QStringLiteral("disk may be full")));
+        QCOMPARE(entities().getBackgroundPlan(), old);
+        QCOMPARE(old->fullPath(), documentation() + "new.png");
+        QVERIFY(!QImage(old->fullPath()).isNull());
+        QVERIFY(!QImage(source).isNull());
+        QCOMPARE(QDir(documentation()).entryList(QDir::Files), QStringList("new.png"));
+    }
+
+    void closingTheProjectWhileAChosenPlanLoadsLeavesNothing()
+    {
+        m_project->addNode(QStringLiteral("A"), QStringLiteral("POINT ZM(570000 5830000 40 16)"));
+        m_project->activate();
+        const QString source = picture("chosen.png", {3000, 3000});
+        Heard heard(m_root->planLoader());
+        m_root->planLoader()->loadPlan(source);
+        QVERIFY(m_root->planLoader()->planLoading());
+
+        m_project->close();
+        QTest::qWait(300);
+
+        QVERIFY(!heard.lines.contains("loaded imagebackground"));
+        QCOMPARE(heard.lines.last(), QStringLiteral("idle"));
+        QVERIFY(QFile::exists(source));
+        QCOMPARE(m_root->findChildren<BackgroundImage*>().size(), 0);
     }
 
     void aPlanThatIsLaidIsToldByTheLoaderToo()
