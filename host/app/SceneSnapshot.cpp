@@ -11,7 +11,6 @@ namespace Torvik::Viewer {
 namespace {
 
 /** A pipe whose course is not known yet is a stub of one centimetre. */
-constexpr double longestStub = 0.011;
 
 QJsonArray toJson(const View3d::Vector3D<double>& v)
 {

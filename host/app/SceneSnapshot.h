@@ -110,6 +110,9 @@ struct SceneSnapshot {
  * as many digits as tell them apart from all others. */
 QJsonObject toJson(const SceneSnapshot& snapshot);
 
+/** A pipe of this length has no course yet. Metres. */
+constexpr double longestStub = 0.011;
+
 /** What is to be seen of the scene: nodes that show, down to their invert, and pipes longer than the stub that stands
  * for a course yet unknown. */
 Bounds boundsOf(const SceneSnapshot& snapshot);

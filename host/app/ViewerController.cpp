@@ -5,6 +5,7 @@
 #include "host/app/PlanMessages.h"
 #include "host/app/ProjectLists.h"
 #include "host/app/SceneReader.h"
+#include "host/app/ViewFit.h"
 #include "host/domain/ProjectStore.h"
 #include "host/domain/ShownUnit.h"
 #include "host/domain/StoreTrouble.h"
@@ -247,6 +248,8 @@ void ViewerController::lookAt(const QString& id, StandardView view, std::optiona
 {
     const Bounds bounds = id.isEmpty() ? m_bounds : SceneReader::boundsOfObject(id);
     CameraPose pose = fittingPose(bounds, view, aspectOfScene());
+    if (id.isEmpty() && !bounds.isEmpty() && !distance)
+        pose = ViewFit::wholeProject(pose, m_view);
     if (!id.isEmpty())
         pose = standardPose(view, pose.center, std::max(closestGoTo, double((pose.center - pose.position).length())));
     if (distance)
@@ -265,7 +268,7 @@ void ViewerController::goTo(const QString& id)
     m_selection.select(id);
     setCurrentId(id);
     showObservationsOf(id);
-    bringIntoView(bounds, closestGoTo);
+    bringIntoView(bounds);
 }
 
 void ViewerController::onSelectionChanged()
@@ -292,19 +295,31 @@ QStringList ViewerController::currentIds() const
     return ids;
 }
 
+void ViewerController::setView(QQuickItem* view)
+{
+    if (m_view == view)
+        return;
+    m_view = view;
+    emit viewChanged();
+}
+
 void ViewerController::fit()
 {
     setCurrentId({});
-    bringIntoView(m_bounds, closestFit);
+    const Qt3DRender::QCamera* camera = SceneRoot::camera();
+    if (!camera || m_bounds.isEmpty())
+        return;
+    const CameraPose pose = ViewFit::wholeProject(poseOf(*camera), m_view);
+    emit requestPose(pose.position, pose.center, pose.up, View3d::GlobalNav::instance()->viewType(), true);
 }
 
-void ViewerController::bringIntoView(const Bounds& bounds, double closest)
+void ViewerController::bringIntoView(const Bounds& bounds)
 {
     const Qt3DRender::QCamera* camera = SceneRoot::camera();
     if (!camera || bounds.isEmpty())
         return;
     const CameraPose now = poseOf(*camera);
-    const double distance = std::max(closest, distanceToFit(bounds, now, aspectOfScene()));
+    const double distance = std::max(closestGoTo, distanceToFit(bounds, now, aspectOfScene()));
     const CameraPose pose = movedPose(now, bounds.center(), distance);
     emit requestPose(pose.position, pose.center, pose.up, View3d::GlobalNav::instance()->viewType(), true);
 }

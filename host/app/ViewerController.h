@@ -11,6 +11,8 @@
 #include "host/app/VehicleDesk.h"
 
 #include <QObject>
+#include <QPointer>
+#include <QQuickItem>
 #include <QUrl>
 #include <QVector3D>
 
@@ -42,6 +44,7 @@ class ViewerController : public QObject {
     Q_PROPERTY(QObject* vehicle READ vehicle CONSTANT)
     Q_PROPERTY(QObject* desk READ desk CONSTANT)
     Q_PROPERTY(QObject* plans READ plans CONSTANT)
+    Q_PROPERTY(QQuickItem* view READ view WRITE setView NOTIFY viewChanged)
 
 public:
     /** From where a project is seen when it has opened. */
@@ -88,6 +91,9 @@ public:
     VehicleDesk* vehicle() { return &m_vehicle; }
     AppDesk* desk() { return &m_desk; }
     PlanWork* plans() { return &m_plans; }
+    /** The scene with its controls, of which no object of a fitted project lies under one. May be missing. */
+    QQuickItem* view() const { return m_view; }
+    void setView(QQuickItem* view);
 
     /** Opens the project in a folder; the one before is closed first. Ends in opened() or in an errorText. */
     Q_INVOKABLE void openFolder(const QString& folder);
@@ -118,6 +124,7 @@ signals:
     void errorTextChanged();
     void currentIdChanged();
     void currentIdsChanged();
+    void viewChanged();
     /** The project is read and stands in the scene; its first pose has been requested. */
     void opened();
     /** Opening has come to nothing; errorText says why. */
@@ -136,7 +143,7 @@ private:
     void takeOpeningView();
     void followCamera();
     void adaptLens();
-    void bringIntoView(const Bounds& bounds, double closest);
+    void bringIntoView(const Bounds& bounds);
     void fillLists();
     /** All texts of the lists, after a change of language or unit. */
     void writeAnew();
@@ -158,6 +165,7 @@ private:
     VehicleDesk m_vehicle;
     AppDesk m_desk;
     PlanWork m_plans;
+    QPointer<QQuickItem> m_view;
     OpeningView m_openingView;
     Bounds m_bounds;
     QString m_projectName;

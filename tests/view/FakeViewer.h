@@ -73,6 +73,7 @@ class FakeViewer : public QObject {
     Q_PROPERTY(QObject* sectionsModel MEMBER sections CONSTANT)
     Q_PROPERTY(QObject* inspectionsModel MEMBER inspections CONSTANT)
     Q_PROPERTY(QObject* observations MEMBER observations CONSTANT)
+    Q_PROPERTY(QObject* view MEMBER view NOTIFY changed)
 
 public:
     Q_INVOKABLE void goTo(const QString& id) { calls << "goTo " + id; }
@@ -96,6 +97,7 @@ public:
     QObject* inspections = new FakeObjects(QStringLiteral("I"), 0, this);
     /** Of no inspection. */
     QObject* observations = new Torvik::Viewer::ObservationPage(this);
+    QObject* view = nullptr;
     QStringList calls;
 
 signals:

@@ -30,6 +30,8 @@ private slots:
     void init();
     void cleanupTestCase();
 
+    void fitLeavesNothingUnderTheControls_data();
+    void fitLeavesNothingUnderTheControls();
     void withoutASelectionNothingCanBeDone();
     void aTapOnAManholeTellsItAndMarksItsLine();
     void aTapOnAPipeMarksPipeAndInspection();
@@ -82,7 +84,7 @@ void tst_HandWork::initTestCase()
     m_project->addInspection(s, "LINESTRING ZM(400030 5600000 98 320,400000 5600000 98 0)");
     m_project->close();
     m_viewer = std::make_unique<ViewerController>();
-    m_screen = std::make_unique<ViewerScreen>(*m_viewer, QSize(1200, 900));
+    m_screen = std::make_unique<ViewerScreen>(*m_viewer, QSize(1000, 700));
     QSignalSpy opened(m_viewer.get(), &ViewerController::opened);
     m_viewer->openFolder(m_project->path());
     QTRY_COMPARE(opened.count(), 1);
@@ -139,6 +141,54 @@ void tst_HandWork::select(const char* key)
 {
     m_screen->tap(pixelOf(key));
     QTRY_COMPARE(m_screen->text("selectedName"), QString(key));
+}
+
+void tst_HandWork::fitLeavesNothingUnderTheControls_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QString>("view");
+    for (const QSize& size : {QSize(1000, 700), QSize(1280, 800), QSize(800, 600), QSize(480, 800)}) {
+        for (const char* view : {"Top", "3d", "Front"})
+            QTest::addRow("%d x %d %s", size.width(), size.height(), view) << size << QString(view);
+    }
+}
+
+void tst_HandWork::fitLeavesNothingUnderTheControls()
+{
+    QFETCH(QSize, size);
+    QFETCH(QString, view);
+    m_screen->window()->resize(size);
+    QTRY_COMPARE(m_screen->window()->contentItem()->size(), QSizeF(size));
+    m_screen->waitFrames(3);
+    QMetaObject::invokeMethod(m_screen->scene(), qPrintable(view == "3d" ? "switchTo3d" : "switchTo2d" + view));
+    m_screen->settle();
+
+    m_viewer->fit();
+    m_screen->settle();
+    m_screen->waitFrames(3);
+    m_screen->keep(QString("fit-%1-%2").arg(size.width()).arg(view));
+
+    const QRectF scene(0, 0, m_screen->scene()->width(), m_screen->scene()->height());
+    for (const char* key : {"A", "B", "C"}) {
+        const QPointF pixel = pixelOf(key);
+        // With its name above it.
+        const QRectF place(pixel - QPointF(10, 51), QSizeF(20, 54));
+        QVERIFY2(scene.contains(place), key);
+        for (const char* name : {"compassButton", "floorsInputScreenButton", "floorButton0", "floorButton1",
+                                 "floorButton2", "floorButton3", "zoomInButton", "zoomOutButton", "view3dMenu"}) {
+            const QQuickItem* const control = m_screen->item(name);
+            const QRectF covered =
+                control->mapRectToItem(m_screen->scene(), {0, 0, control->width(), control->height()});
+            QVERIFY2(!control->isVisible() || !covered.intersects(place), qPrintable(QString(key) + " " + name));
+        }
+    }
+    if (size == QSize(480, 800)) {
+        m_screen->window()->resize(1000, 700);
+        QMetaObject::invokeMethod(m_screen->scene(), "switchTo2dTop");
+        m_screen->settle();
+        QTRY_COMPARE(m_screen->window()->contentItem()->width(), 1000.0);
+        m_screen->waitFrames(3);
+    }
 }
 
 void tst_HandWork::withoutASelectionNothingCanBeDone()

@@ -270,6 +270,27 @@ private slots:
         QCOMPARE(GlobalNav::instance()->viewType(), CameraController::View3d);
     }
 
+    void whereTheApplicationWentIsNotTooFar()
+    {
+        start();
+        const QQuickItem* const warning = itemNamed(m_window->contentItem(), "cameraDistanceInfoPanel");
+        QVERIFY(warning);
+
+        pose({0, 20000, 0}, {0, 0, 0}, {0, 0, 1}, CameraController::View2dTop);
+        QVERIFY(!warning->isVisible());
+        start();
+        emit m_viewer.requestPose({0, 20000, 0}, {0, 0, 0}, {0, 0, 1}, CameraController::View2dTop, true);
+        settle();
+        QVERIFY(!warning->isVisible());
+
+        // Of the user's own way there it warns.
+        start();
+        m_camera->setPosition({0, 12000, 0});
+        QTRY_VERIFY(warning->isVisible());
+        start();
+        QVERIFY(!warning->isVisible());
+    }
+
     void aTapOnALineGoesToTheObject()
     {
         QQuickItem* list = itemNamed(m_window->contentItem(), "objects");

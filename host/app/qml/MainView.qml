@@ -38,6 +38,12 @@ Rectangle {
         }
     }
 
+    Binding {
+        target: viewer
+        property: "view"
+        value: sceneArea
+    }
+
     DropArea {
         anchors.fill: parent
         onDropped: {

@@ -23,8 +23,26 @@ View3d.Window3d {
             } else {
                 camera.viewType = viewType
                 camera.setPose(position, center, up)
+                passOverDistance()
             }
         })
+    }
+
+    /** Where the application itself took the camera is not too far away, however large the project is. */
+    function passOverDistance() {
+        const warning = itemNamed(sceneArea, "cameraDistanceInfoPanel")
+        if (warning)
+            warning.visible = false
+    }
+
+    function itemNamed(root, name) {
+        for (let i = 0; i < root.children.length; ++i) {
+            const child = root.children[i]
+            const found = child.objectName === name ? child : itemNamed(child, name)
+            if (found)
+                return found
+        }
+        return null
     }
 
     function goToView(viewType) {
@@ -59,6 +77,7 @@ View3d.Window3d {
         onStopped: {
             sceneArea.scene.camera.viewType = endViewType
             sceneArea.scene.camera.animScheduler.onAnimationFinished(poseAnimation)
+            sceneArea.passOverDistance()
         }
 
         Vector3dAnimation {
