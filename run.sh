@@ -2,6 +2,8 @@
 # ./run.sh [ARGUMENTS]: installs what is missing, builds in release mode and starts "kxviewer ARGUMENTS".
 # Without arguments the sample opens. Without a display the view goes into a picture file, whose name is printed.
 set -euo pipefail
+# For --timing.
+export KX_STARTED_MS=$(date +%s%3N)
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 . "$top/scripts/packages.sh"
 

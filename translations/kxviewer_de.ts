@@ -212,6 +212,10 @@
         <source>Open a project&apos;s folder</source>
         <translation>Ordner eines Projekts öffnen</translation>
     </message>
+    <message>
+        <source>Play a recording</source>
+        <translation>Aufzeichnung abspielen</translation>
+    </message>
 </context>
 <context>
     <name>MessageBoxUtils</name>
@@ -903,6 +907,30 @@
         <source>Settings</source>
         <translation>Einstellungen</translation>
     </message>
+    <message>
+        <source>Measure</source>
+        <translation>Messen</translation>
+    </message>
+    <message>
+        <source>Inspect %1</source>
+        <translation>%1 untersuchen</translation>
+    </message>
+    <message>
+        <source>Inspect the selected pipe</source>
+        <translation>Das gewählte Rohr untersuchen</translation>
+    </message>
+    <message>
+        <source>End the inspection</source>
+        <translation>Untersuchung beenden</translation>
+    </message>
+    <message>
+        <source>Play a recording…</source>
+        <translation>Aufzeichnung abspielen …</translation>
+    </message>
+    <message>
+        <source>Measure in 3D</source>
+        <translation>In 3D messen</translation>
+    </message>
 </context>
 <context>
     <name>Torvik::DXF</name>
@@ -1092,20 +1120,31 @@ Der Plan %2 liegt in der Ansicht, aber vielleicht nicht dort, wo er lag: Richten
 </context>
 <context>
     <name>Torvik::Viewer::GpsSimulation</name>
-    <message>
-        <source>%1: neither off, none nor LATITUDE,LONGITUDE, and no track that can be read: %2</source>
-        <translation>%1: weder off, none noch BREITE,LÄNGE, und kein lesbarer Track: %2</translation>
-    </message>
-    <message>
-        <source>%1: holds no line &quot;time,latitude,longitude&quot;</source>
-        <translation>%1: enthält keine Zeile „Zeit,Breite,Länge“</translation>
-    </message>
     <message numerus="yes">
         <source>%1: %n line(s) could not be read, the first of them line %2</source>
         <translation>
             <numerusform>%1: %n Zeile ist nicht lesbar, nämlich Zeile %2</numerusform>
             <numerusform>%1: %n Zeilen sind nicht lesbar, die erste davon ist Zeile %2</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>%1: neither off, none, 2d, 3d nor LATITUDE,LONGITUDE, and no track that can be read: %2</source>
+        <translation>%1: weder off, none, 2d, 3d noch BREITE,LÄNGE und keine lesbare Spur: %2</translation>
+    </message>
+    <message>
+        <source>%1: holds no point of a track and no line &quot;time,latitude,longitude&quot;</source>
+        <translation>%1: enthält keinen Punkt einer Spur und keine Zeile "time,latitude,longitude"</translation>
+    </message>
+</context>
+<context>
+    <name>Torvik::Viewer::InspectionDesk</name>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>%1 holds no readings.</source>
+        <translation>%1 enthält keine Messwerte.</translation>
     </message>
 </context>
 <context>

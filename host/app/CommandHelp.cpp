@@ -33,6 +33,11 @@ VIEW, for a window or a picture:
                        server; without it what the settings say, else no map
   --no-map             no map, whatever the settings say
 
+--gps WHAT             what the simulated GPS says: off (also if not given), none (no fix), 2d or 3d (a fix at the middle of
+                       the project), LATITUDE,LONGITUDE, or a track to walk along: a GPX file, or lines of
+                       time,latitude,longitude[,status]; Go to, in the window, takes the view there if there is a map
+--timing               tells on stderr how long it takes to the first painted network, part by part
+
 --plan FILE            lays a plan under the network, for a look: a picture, a PDF, a DXF or a DWG; nothing is stored, and
                        FILE stays as it is; goes with a window, a picture and --dump
   --plan-scale S       S times as large; a picture is 100 m long at 1, a drawing has its units as metres

@@ -28,10 +28,10 @@ struct Sorted {
     QString value(const QString& option) const { return values.value(option).value(0); }
 };
 
-const QStringList flagNames {QStringLiteral("--help"),         QStringLiteral("--version"),
-                             QStringLiteral("--fit"),          QStringLiteral("--json"),
-                             QStringLiteral("--whole-window"), QStringLiteral("--real-time"),
-                             QStringLiteral("--window"),       QStringLiteral("--no-map")};
+const QStringList flagNames {
+    QStringLiteral("--help"),   QStringLiteral("--version"),      QStringLiteral("--fit"),
+    QStringLiteral("--json"),   QStringLiteral("--whole-window"), QStringLiteral("--real-time"),
+    QStringLiteral("--window"), QStringLiteral("--no-map"),       QStringLiteral("--timing")};
 const QStringList valueNames {
     QStringLiteral("--crs"),        QStringLiteral("--mapping"),  QStringLiteral("--with"),
     QStringLiteral("--report"),     QStringLiteral("--size"),     QStringLiteral("--view"),
@@ -41,7 +41,7 @@ const QStringList valueNames {
     QStringLiteral("--inspect"),    QStringLiteral("--replay"),   QStringLiteral("--listen"),
     QStringLiteral("--address"),    QStringLiteral("--tiles"),    QStringLiteral("--plan"),
     QStringLiteral("--plan-scale"), QStringLiteral("--plan-at"),  QStringLiteral("--language"),
-    QStringLiteral("--print")};
+    QStringLiteral("--print"),      QStringLiteral("--gps")};
 const QStringList repeatable {QStringLiteral("--with"), QStringLiteral("--findings")};
 
 QString takeOption(const QStringList& arguments, int& index, Sorted& sorted)
@@ -162,6 +162,8 @@ QString readViewOptions(const Sorted& sorted, Options& options)
     options.wholeWindow = sorted.has(QStringLiteral("--whole-window"));
     options.tiles = sorted.value(QStringLiteral("--tiles"));
     options.noMap = sorted.has(QStringLiteral("--no-map"));
+    options.gps = sorted.value(QStringLiteral("--gps"));
+    options.timing = sorted.has(QStringLiteral("--timing"));
     if (error.isEmpty() && options.noMap && !options.tiles.isEmpty())
         error = QStringLiteral("--tiles and --no-map exclude each other");
     if (error.isEmpty() && options.fit && !options.goToKey.isEmpty())
@@ -370,7 +372,8 @@ QString readProject(const Sorted& sorted, Options& options)
                              QStringLiteral("--whole-window"), QStringLiteral("--inspect"),  QStringLiteral("--replay"),
                              QStringLiteral("--real-time"),    QStringLiteral("--speed"),    QStringLiteral("--window"),
                              QStringLiteral("--listen"),       QStringLiteral("--address"),  QStringLiteral("--tiles"),
-                             QStringLiteral("--no-map"),       QStringLiteral("--language"), QStringLiteral("--print")};
+                             QStringLiteral("--no-map"),       QStringLiteral("--language"), QStringLiteral("--print"),
+                             QStringLiteral("--gps"),          QStringLiteral("--timing")};
     const QString foreign = foreignOption(sorted, known, dump ? QStringLiteral("--dump") : QStringLiteral("a project"));
     if (!foreign.isEmpty())
         return foreign;

@@ -61,6 +61,10 @@ struct Options {
     /** Folder or address of the map's tiles; empty for what the settings say. */
     QString tiles;
     bool noMap = false;
+    /** "off", "none", "2d", "3d", a place or a track's file; empty for off. */
+    QString gps;
+    /** How long the way to the first picture takes, part by part, is told on stderr. */
+    bool timing = false;
     /** A plan under the network, for a look; empty without one. */
     QString planFile;
     double planScale = 1;

@@ -30,6 +30,8 @@ public:
     QHash<int, QByteArray> roleNames() const override;
 
     int count() const { return m_lines.size(); }
+    /** Null for none. */
+    QSharedPointer<Database::CPipeInspectionObject> inspection() const;
     bool hasInspection() const { return !inspection().isNull(); }
     /** Of the pipe that was inspected. */
     QString pipeName() const;
@@ -71,7 +73,6 @@ private:
         bool operator==(const Line& other) const;
     };
 
-    QSharedPointer<Database::CPipeInspectionObject> inspection() const;
     CDomainObjectPointer observation(const QString& id) const;
     ObservationForm::Surroundings surroundingsOf(const QString& id) const;
     Line lineOf(const CDomainObjectPointer& observation) const;

@@ -3,6 +3,7 @@
 #include "domain/boundary/CProjectObject.h"
 #include "host/app/AppDesk.h"
 #include "host/app/CameraPose.h"
+#include "host/app/InspectionDesk.h"
 #include "host/app/ObjectListModel.h"
 #include "host/app/ObservationPage.h"
 #include "host/app/PlanWork.h"
@@ -44,6 +45,7 @@ class ViewerController : public QObject {
     Q_PROPERTY(QObject* vehicle READ vehicle CONSTANT)
     Q_PROPERTY(QObject* desk READ desk CONSTANT)
     Q_PROPERTY(QObject* plans READ plans CONSTANT)
+    Q_PROPERTY(QObject* inspections READ inspections CONSTANT)
     Q_PROPERTY(QQuickItem* view READ view WRITE setView NOTIFY viewChanged)
 
 public:
@@ -91,6 +93,7 @@ public:
     VehicleDesk* vehicle() { return &m_vehicle; }
     AppDesk* desk() { return &m_desk; }
     PlanWork* plans() { return &m_plans; }
+    InspectionDesk* inspections() { return &m_inspectionDesk; }
     /** The scene with its controls, of which no object of a fitted project lies under one. May be missing. */
     QQuickItem* view() const { return m_view; }
     void setView(QQuickItem* view);
@@ -163,6 +166,7 @@ private:
     ObjectListModel m_inspections;
     ObservationPage m_observations;
     VehicleDesk m_vehicle;
+    InspectionDesk m_inspectionDesk {m_observations, m_vehicle};
     AppDesk m_desk;
     PlanWork m_plans;
     QPointer<QQuickItem> m_view;

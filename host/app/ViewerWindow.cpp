@@ -9,14 +9,18 @@
 #include "host/app/PlanMessages.h"
 #include "host/app/ReplayCommand.h"
 #include "host/app/ReplayRun.h"
+#include "host/app/StartClock.h"
 #include "host/app/StoringTime.h"
 #include "host/app/TroubleReport.h"
 #include "host/app/ViewerController.h"
 #include "host/domain/WholeFile.h"
 #include "host/map/MapEndpoints.h"
+#include "host/modules/GpsSimulation.h"
 #include "host/modules/HostModules.h"
 #include "host/modules/Language.h"
+#include "host/modules/Ostel.h"
 #include "labels/LabelBoard.h"
+#include "scene/SceneRoot.h"
 
 #include <QBuffer>
 #include <QEventLoop>
@@ -29,6 +33,7 @@
 #include <QQuickWindow>
 #include <QTextStream>
 #include <QTimer>
+#include <Qt3DRender/QCamera>
 
 #include <algorithm>
 #include <functional>
@@ -87,6 +92,25 @@ QQuickWindow* loadWindow(QQmlApplicationEngine& engine, ViewerController& contro
         window->show();
     }
     return window;
+}
+
+/** The receiver that the options name; false, with a line on stderr, if it cannot be. */
+bool startGps(QQmlApplicationEngine& engine, ViewerController& controller, const Options& options)
+{
+    if (options.gps.isEmpty())
+        return true;
+    auto* const device = engine.rootContext()->contextProperty(QStringLiteral("ostel")).value<Ostel*>();
+    auto* const gps = new GpsSimulation(*device->system(), &engine);
+    const QString problem = gps->choose(options.gps);
+    if (!problem.isEmpty())
+        Commands::failure(problem);
+    QObject::connect(&controller, &ViewerController::opened, gps, [gps] {
+        const QVector3D middle = View3d::SceneRoot::camera()->viewCenter();
+        const QVector3D place = View3d::GdalGeoProjector::instance()->geoCoordsDegFromPointOnGround(
+            double(middle.x()), double(middle.y()), double(middle.z()));
+        gps->setPlace(double(place.y()), double(place.x()));
+    });
+    return gps->isChosen();
 }
 
 void storeWhatIsPending(ViewerController& controller)
@@ -291,6 +315,12 @@ int run(const Options& options)
     controller->setSceneOnly(options.command == Command::Screenshot && !options.wholeWindow);
     controller->setOpeningView({options.view, options.distance, options.goToKey, options.inspectKey});
     QQuickWindow* window = loadWindow(*engine, *controller, *endpoints, options);
+    if (options.timing && window) {
+        StartClock::instance().mark(QStringLiteral("application and window"));
+        StartClock::instance().watch(*window, *controller);
+    }
+    if (window && !startGps(*engine, *controller, options))
+        return 1;
     if (!window)
         return Commands::failure(QStringLiteral("the window could not be built; is a QML module missing?"));
     const int status = options.command == Command::Screenshot

@@ -1,5 +1,6 @@
 #include "host/app/CommandLine.h"
 #include "host/app/Commands.h"
+#include "host/app/StartClock.h"
 #include "host/app/ViewerWindow.h"
 #include "scene/SceneApplication.h"
 
@@ -59,6 +60,7 @@ int run(const Options& options, int& argc, char** argv)
 
 int main(int argc, char* argv[])
 {
+    StartClock::begin();
     QCoreApplication::setApplicationName(QStringLiteral("kxviewer"));
     QCoreApplication::setApplicationVersion(QStringLiteral(KX_VERSION));
 

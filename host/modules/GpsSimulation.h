@@ -18,8 +18,13 @@ class GpsSimulation : public QObject {
 public:
     explicit GpsSimulation(DeviceSystem& system, QObject* parent = nullptr);
 
-    /** What "--gps" says: a choice of GpsChoice, or a track's file. One line when that cannot be done, else empty. */
+    /** What "--gps" says: a choice of GpsChoice, or a track's file. One line when that cannot be done, or not all of
+     *  it, else empty. */
     QString choose(const QString& text);
+    /** Where a choice without a place of its own is to stand; nothing for any other. */
+    void setPlace(double latitude, double longitude);
+    /** Off, or with something to tell. */
+    bool isChosen() const { return m_chosen; }
     void stand(const GpsChoice& choice);
     void walk(const GpsTrack& track);
 
@@ -28,6 +33,8 @@ private:
     void tell(const GpsFix& fix);
 
     DeviceSystem& m_system;
+    GpsChoice m_waiting;
+    bool m_chosen = false;
     GpsTrack m_track;
     QElapsedTimer m_clock;
     QTimer m_timer;

@@ -1,6 +1,8 @@
 #include "host/modules/GpsTrack.h"
 
+#include <QDateTime>
 #include <QStringList>
+#include <QXmlStreamReader>
 
 #include <algorithm>
 #include <cmath>
@@ -47,10 +49,60 @@ std::optional<GpsFix> place(const QStringList& cells, int first)
     return GpsFix {0.0, status, *latitude, *longitude};
 }
 
+/** The point that the reader stands at the begin of; its time in milliseconds since 1970, or none. */
+std::optional<GpsFix> readPoint(QXmlStreamReader& xml, std::optional<qint64>& time)
+{
+    const auto latitude = number(xml.attributes().value(QLatin1String("lat")).toString(), 90.0);
+    const auto longitude = number(xml.attributes().value(QLatin1String("lon")).toString(), 180.0);
+    QString status = fix3d;
+    while (xml.readNextStartElement()) {
+        const QString name = xml.name().toString();
+        const QString text = xml.readElementText(QXmlStreamReader::SkipChildElements).trimmed();
+        if (name == QLatin1String("fix"))
+            status = text == QLatin1String("none") ? noFix : text == QLatin1String("2d") ? fix2d : fix3d;
+        const QDateTime moment =
+            name == QLatin1String("time") ? QDateTime::fromString(text, Qt::ISODateWithMs) : QDateTime();
+        if (moment.isValid())
+            time = moment.toMSecsSinceEpoch();
+    }
+    if (!latitude || !longitude)
+        return std::nullopt;
+    return GpsFix {0.0, status, *latitude, *longitude};
+}
+
+GpsTrack parseGpx(const QString& text)
+{
+    GpsTrack track;
+    QXmlStreamReader xml(text);
+    std::optional<qint64> start;
+    while (!xml.atEnd()) {
+        xml.readNext();
+        if (!xml.isStartElement() || xml.name() != QLatin1String("trkpt"))
+            continue;
+        const int line = int(xml.lineNumber());
+        std::optional<qint64> time;
+        auto fix = readPoint(xml, time);
+        if (time && !start)
+            start = time;
+        const double last = track.duration();
+        if (fix)
+            fix->time = time ? double(*time - *start) / 1000.0 : track.fixes.isEmpty() ? 0.0 : last + 1.0;
+        if (fix && fix->time >= last)
+            track.fixes.append(*fix);
+        else
+            track.malformedLines.append(line);
+    }
+    if (xml.hasError())
+        track.malformedLines.append(int(xml.lineNumber()));
+    return track;
+}
+
 } // namespace
 
 GpsTrack GpsTrack::parse(const QString& text)
 {
+    if (text.trimmed().startsWith(QLatin1Char('<')))
+        return parseGpx(text);
     GpsTrack track;
     const QStringList lines = text.split(QLatin1Char('\n'));
     bool first = true;
@@ -83,13 +135,16 @@ const GpsFix& GpsTrack::at(double seconds) const
 GpsChoice GpsChoice::parse(const QString& text)
 {
     if (text == QLatin1String("off")) {
-        return {true, false, {0.0, noFix, 0.0, 0.0}};
+        return {true, false, false, {0.0, noFix, 0.0, 0.0}};
     }
     if (text == QLatin1String("none")) {
-        return {true, true, {0.0, noFix, 0.0, 0.0}};
+        return {true, true, false, {0.0, noFix, 0.0, 0.0}};
+    }
+    if (text == QLatin1String("2d") || text == QLatin1String("3d")) {
+        return {true, true, true, {0.0, text == QLatin1String("2d") ? fix2d : fix3d, 0.0, 0.0}};
     }
     const auto fix = place(text.split(QLatin1Char(',')), 0);
-    return fix ? GpsChoice {true, true, *fix} : GpsChoice();
+    return fix ? GpsChoice {true, true, false, *fix} : GpsChoice();
 }
 
 } // namespace Torvik::Viewer

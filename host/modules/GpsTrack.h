@@ -16,8 +16,9 @@ struct GpsFix {
     double longitude = 0.0;
 };
 
-/** A walk with a receiver, as a text of lines "time,latitude,longitude[,status]"; without a status it is a 3D fix. A
- * line of words at the top is a header; empty lines and those that begin with # are passed over. */
+/** A walk with a receiver: a GPX file's points (trkpt, with time and fix; a second apart where they have no times), or
+ * a text of lines "time,latitude,longitude[,status]"; without a status it is a 3D fix. A line of words at the top is a
+ *  header; empty lines and those that begin with # are passed over. */
 struct GpsTrack {
     QVector<GpsFix> fixes;
     /** Of lines that could not be read. */
@@ -30,10 +31,13 @@ struct GpsTrack {
     double duration() const { return fixes.isEmpty() ? 0.0 : fixes.last().time; }
 };
 
-/** What "--gps" names, besides a track's file: "off", "none", "LATITUDE,LONGITUDE" or "LATITUDE,LONGITUDE,2D". */
+/** What "--gps" names, besides a track's file: "off", "none", "LATITUDE,LONGITUDE" or "LATITUDE,LONGITUDE,2D". "2d" and
+ *  "3d" alone stand at a place that is yet to be said. */
 struct GpsChoice {
     bool valid = false;
     bool enabled = false;
+    /** The fix has no place of its own. */
+    bool anywhere = false;
     GpsFix fix;
 
     static GpsChoice parse(const QString& text);

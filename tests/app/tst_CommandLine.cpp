@@ -116,6 +116,9 @@ void tst_CommandLine::aPictureOfTheSampleNeedsNoProject()
 {
     QCOMPARE(understood("town --tiles /maps").tiles, QStringLiteral("/maps"));
     QVERIFY(understood("town --no-map --screenshot out.png").noMap);
+    QCOMPARE(understood("town --gps 2d").gps, QStringLiteral("2d"));
+    QCOMPARE(understood("town --gps -33.8,151.2 --screenshot out.png").gps, QStringLiteral("-33.8,151.2"));
+    QVERIFY(understood("town --timing").timing && !understood("town").timing);
     QVERIFY(understood("town").tiles.isEmpty() && !understood("town").noMap);
     const Options options = understood("--screenshot out.png --view front --fit");
 
@@ -357,6 +360,9 @@ void tst_CommandLine::wrongArgumentsGiveOneLine_data()
     row("town --fit=yes", "--fit");
     row("town --whole-window", "--screenshot");
     row("town --tiles", "--tiles");
+    row("town --gps", "--gps");
+    row("info town --gps off", "--gps");
+    row("town --dump out.json --timing", "--timing");
     row("town --tiles maps --no-map", "--no-map");
     row("town --no-map=yes", "--no-map");
     row("import net.xml a --tiles maps", "--tiles");
@@ -380,11 +386,11 @@ void tst_CommandLine::helpTellsEveryOption_data()
 {
     QTest::addColumn<QString>("option");
     for (const char* option :
-         {"import",     "findings",     "info",    "--findings",     "--crs",        "--mapping",    "--with",
-          "--report",   "--screenshot", "--size",  "--view",         "top|3d|front", "--distance",   "--fit",
-          "--go-to",    "--json",       "--dump",  "record",         "--tiles",      "--no-map",     "--noise",
-          "--seed",     "--step",       "--speed", "--whole-window", "--plan FILE",  "--plan-scale", "--plan-at",
-          "--language", "--print",      "--help"})
+         {"import",       "findings",     "info",       "--findings", "--crs",        "--mapping",      "--with",
+          "--report",     "--screenshot", "--size",     "--view",     "top|3d|front", "--distance",     "--fit",
+          "--go-to",      "--json",       "--dump",     "record",     "--tiles",      "--no-map",       "--gps",
+          "--timing",     "--noise",      "--seed",     "--step",     "--speed",      "--whole-window", "--plan FILE",
+          "--plan-scale", "--plan-at",    "--language", "--print",    "--help"})
         QTest::newRow(option) << QString::fromLatin1(option);
 }
 

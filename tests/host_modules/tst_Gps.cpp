@@ -65,6 +65,56 @@ private slots:
         QCOMPARE(flat.fix.longitude, -10.25);
     }
 
+    void aGpxFileIsATrack()
+    {
+        const GpsTrack track =
+            GpsTrack::parse("<?xml version='1.0'?>\n<gpx xmlns='http://www.topografix.com/GPX/1/1'><trk><trkseg>\n"
+                            "<trkpt lat='47.5' lon='10.25'><ele>700</ele><time>2026-05-01T10:00:00Z</time></trkpt>\n"
+                            "<trkpt lat='47.6' lon='10.3'><time>2026-05-01T10:00:02.500Z</time><fix>2d</fix></trkpt>\n"
+                            "<trkpt lat='91' lon='10.3'><time>2026-05-01T10:00:03Z</time></trkpt>\n"
+                            "<trkpt lat='47.7' lon='10.4'><time>2026-05-01T10:00:04Z</time><fix>none</fix></trkpt>\n"
+                            "<trkpt lat='1' lon='1'><time>2026-05-01T10:00:01Z</time></trkpt>\n</trkseg></trk></gpx>");
+        QCOMPARE(track.fixes.size(), 3);
+        QCOMPARE(track.malformedLines, QVector<int>({5, 7}));
+        QCOMPARE(track.fixes[0].time, 0.0);
+        QCOMPARE(track.fixes[0].status, QString("3D Fix"));
+        QCOMPARE(track.fixes[1].time, 2.5);
+        QCOMPARE(track.fixes[1].latitude, 47.6);
+        QCOMPARE(track.fixes[1].longitude, 10.3);
+        QCOMPARE(track.fixes[1].status, QString("2D Fix"));
+        QCOMPARE(track.fixes[2].status, QString("No Fix"));
+    }
+
+    void aGpxFileWithoutTimesGoesOnEverySecond()
+    {
+        const GpsTrack track = GpsTrack::parse("<gpx><trk><trkseg><trkpt lat='1' lon='2'/><trkpt lat='2' lon='2'/>"
+                                               "<trkpt lat='3' lon='2'/></trkseg></trk></gpx>");
+        QCOMPARE(track.duration(), 2.0);
+        QCOMPARE(track.at(1.5).latitude, 2.0);
+        QCOMPARE(GpsTrack::parse("<gpx><trk>").malformedLines.size(), 1);
+    }
+
+    void aFixWithoutAPlaceWaitsForOne()
+    {
+        DeviceSystem system;
+        GpsSimulation gps(system);
+        QCOMPARE(gps.choose("2d"), QString());
+        QVERIFY(gps.isChosen() && system.gpsEnabled());
+        QCOMPARE(system.gpsData()->status(), QString("No Fix"));
+
+        gps.setPlace(53.5, 10.5);
+        QCOMPARE(system.gpsData()->status(), QString("2D Fix"));
+        QCOMPARE(system.gpsData()->latitude(), 53.5);
+        gps.choose("3d");
+        gps.setPlace(53.5, 10.5);
+        QCOMPARE(system.gpsData()->status(), QString("3D Fix"));
+
+        // Who stands somewhere stays there.
+        gps.choose("1,2");
+        gps.setPlace(53.5, 10.5);
+        QCOMPARE(system.gpsData()->latitude(), 1.0);
+    }
+
     void theDeviceStandsAtAPlace()
     {
         DeviceSystem system;
@@ -109,7 +159,8 @@ private slots:
             return file.fileName();
         };
         QVERIFY(gps.choose(folder.filePath("missing.csv")).contains("missing.csv"));
-        QVERIFY(gps.choose(write("empty.csv", "hello")).contains("holds no line"));
+        QVERIFY(!gps.isChosen());
+        QVERIFY(gps.choose(write("empty.csv", "hello")).contains("holds no point"));
         QVERIFY(!system.gpsEnabled());
         QVERIFY(gps.choose(write("half.csv", "0,1,2\nx\n1,2,3\n")).contains("line 2"));
         QVERIFY(system.gpsEnabled());

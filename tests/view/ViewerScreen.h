@@ -14,15 +14,21 @@
 #include <QTest>
 #include <Qt3DRender/QCamera>
 
+#include <functional>
+
 namespace Kx::Test {
 
 /** The application's window on the screen, with a finger. Positions in the scene are pixels of the 3D item. */
 class ViewerScreen {
 public:
-    /** `viewer` is what the pages call so; it outlives the screen. */
-    explicit ViewerScreen(QObject& viewer, QSize size = {1000, 700})
+    /** `viewer` is what the pages call so; it outlives the screen. `prepare` may give them more before they load. */
+    explicit ViewerScreen(QObject& viewer, QSize size = {1000, 700},
+                          const std::function<void(QQmlContext&)>& prepare = {})
     {
         Torvik::Viewer::registerHostModules(m_engine);
+        if (prepare) {
+            prepare(*m_engine.rootContext());
+        }
         m_engine.rootContext()->setContextProperty("viewer", &viewer);
         m_engine.load(QUrl("qrc:/viewer/MainWindow.qml"));
         if (m_engine.rootObjects().isEmpty()) {

@@ -17,13 +17,37 @@ using Torvik::Viewer::Language;
 namespace {
 
 /** What the bar offers, but for what needs a project's plans or a map. */
-const QStringList offered {"listsButton",          "openButton",         "topButton",         "3dButton",
-                           "frontButton",          "moveButton",         "rotateButton",      "tiltButton",
-                           "zoomButton",           "fitButton",          "labelsButton",      "manholeInfoButton",
-                           "labelsBackButton",     "gridButton",         "feetButton",        "goToCameraButton",
-                           "goToSectionButton",    "goToUpstreamButton", "goToGpsButton",     "editGpsButton",
-                           "goToDownstreamButton", "goToAddressButton",  "editAddressButton", "observationLabelsButton",
-                           "pictureButton",        "printButton",        "settingsButton"};
+const QStringList offered {"listsButton",
+                           "openButton",
+                           "topButton",
+                           "3dButton",
+                           "frontButton",
+                           "moveButton",
+                           "rotateButton",
+                           "tiltButton",
+                           "zoomButton",
+                           "fitButton",
+                           "labelsButton",
+                           "manholeInfoButton",
+                           "labelsBackButton",
+                           "gridButton",
+                           "feetButton",
+                           "goToCameraButton",
+                           "goToSectionButton",
+                           "goToUpstreamButton",
+                           "goToGpsButton",
+                           "editGpsButton",
+                           "goToDownstreamButton",
+                           "goToAddressButton",
+                           "editAddressButton",
+                           "observationLabelsButton",
+                           "pictureButton",
+                           "printButton",
+                           "settingsButton",
+                           "inspectButton",
+                           "leaveInspectionButton",
+                           "recordingButton",
+                           "measureCommandButton"};
 
 void collectButtons(QQuickItem* root, QVector<QQuickItem*>& buttons)
 {

@@ -18,7 +18,7 @@ Item {
         name: "goToMenuButton"
         title: qsTr("Go to")
         atEnd: true
-        weight: 3
+        weight: 4
 
         BarCommand {
             name: "goToCameraButton"

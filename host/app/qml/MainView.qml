@@ -2,7 +2,7 @@ import QtQuick 2.12
 import QtQuick.Controls 2.12
 import QtQuick.Layouts 1.12
 import QtQuick.Dialogs 1.3
-import com.torvik.view3d 1.0 as Torvik3d
+import ostel.controls 1.0
 
 import "."
 
@@ -73,6 +73,7 @@ Rectangle {
         onListsToggled: mainView.listsOpen = !mainView.listsOpen
         onPlanToggled: planBar.open = !planBar.open
         onCardWanted: appCards.show(name)
+        onRecordingWanted: recordingDialog.active = true
     }
 
     Item {
@@ -256,6 +257,24 @@ Rectangle {
         objectName: "appCards"
         onFolderWanted: folderDialog.active = true
         visible: !mainView.sceneOnly
+    }
+
+    Loader {
+        id: recordingDialog
+
+        active: false
+        sourceComponent: FileDialog {
+            title: qsTr("Play a recording")
+            nameFilters: ["*.csv"]
+            Component.onCompleted: open()
+            onAccepted: {
+                const problem = viewer.inspections.load(fileUrl)
+                recordingDialog.active = false
+                if (problem !== "")
+                    MessageBox.error(qsTr("Play a recording"), problem)
+            }
+            onRejected: recordingDialog.active = false
+        }
     }
 
     Loader {

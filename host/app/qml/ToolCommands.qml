@@ -13,19 +13,22 @@ QtObject {
     property bool planOpen: false
 
     readonly property int viewType: area && area.scene ? area.scene.camera.viewType : -1
+    /** Of the viewer; not there in every host of these pages. */
+    readonly property QtObject inspections: viewer.inspections || null
     readonly property int mode: area ? area.mode3dType : -1
 
     readonly property var groups: [listsGroup, openGroup, viewGroup, modeGroup, fitGroup, layersGroup, planGroup,
-        goToGroup, shareGroup, settingsGroup]
+        measureGroup, goToGroup, shareGroup, settingsGroup]
 
     signal listsToggled()
     signal planToggled()
+    signal recordingWanted()
     /** A card of the application is to be shown, by the name of its file. */
     signal cardWanted(string name)
 
     readonly property BarGroup listsGroup: BarGroup {
         form: BarGroup.Button
-        weight: 9
+        weight: 10
 
         BarCommand {
             name: "listsButton"
@@ -38,7 +41,7 @@ QtObject {
 
     readonly property BarGroup openGroup: BarGroup {
         form: BarGroup.Button
-        weight: 5
+        weight: 6
 
         BarCommand {
             name: "openButton"
@@ -51,7 +54,7 @@ QtObject {
         name: "viewpointMenuButton"
         title: qsTr("Look")
         form: BarGroup.Choice
-        weight: 7
+        weight: 8
 
         BarCommand {
             name: "topButton"
@@ -77,7 +80,7 @@ QtObject {
         name: "modeMenuButton"
         title: qsTr("Finger")
         form: BarGroup.Choice
-        weight: 6
+        weight: 7
 
         BarCommand {
             name: "moveButton"
@@ -107,7 +110,7 @@ QtObject {
 
     readonly property BarGroup fitGroup: BarGroup {
         form: BarGroup.Button
-        weight: 8
+        weight: 9
 
         BarCommand {
             name: "fitButton"
@@ -120,7 +123,7 @@ QtObject {
         name: "viewMenuButton"
         title: qsTr("View")
         atEnd: true
-        weight: 4
+        weight: 5
 
         BarCommand {
             name: "labelsButton"
@@ -178,7 +181,7 @@ QtObject {
     readonly property BarGroup planGroup: BarGroup {
         form: BarGroup.Button
         atEnd: true
-        weight: 2
+        weight: 3
 
         BarCommand {
             name: "planButton"
@@ -186,6 +189,41 @@ QtObject {
             shown: !!viewer.plans && viewer.projectOpen
             on: commands.planOpen
             onTriggered: commands.planToggled()
+        }
+    }
+
+    readonly property BarGroup measureGroup: BarGroup {
+        name: "measureMenuButton"
+        title: qsTr("Measure")
+        atEnd: true
+        weight: 2
+
+        BarCommand {
+            name: "inspectButton"
+            text: commands.inspections && commands.inspections.pipeName !== ""
+                  ? qsTr("Inspect %1").arg(commands.inspections.pipeName) : qsTr("Inspect the selected pipe")
+            enabled: !!commands.inspections && commands.inspections.possible
+            onTriggered: commands.inspections.begin()
+        }
+        BarCommand {
+            name: "leaveInspectionButton"
+            text: qsTr("End the inspection")
+            enabled: !!commands.inspections && commands.inspections.active
+            onTriggered: commands.inspections.leave()
+        }
+        BarCommand {
+            name: "recordingButton"
+            text: qsTr("Play a recording…")
+            enabled: !!commands.inspections && commands.inspections.active
+            onTriggered: commands.recordingWanted()
+        }
+        BarCommand {
+            name: "measureCommandButton"
+            text: qsTr("Measure in 3D")
+            on: GlobalNav.realTimeEnabled
+            enabled: !!commands.inspections && commands.inspections.active
+            switches: true
+            onTriggered: viewer.vehicle.measuring = !viewer.vehicle.measuring
         }
     }
 

@@ -166,7 +166,9 @@ Camera {
             } else if (viewType === Torvik3d.CameraController.View2dTop
                        || viewType === Torvik3d.CameraController.View2dFront) {
                 const target = getSafeTranslation(Qt.vector3d(0, 0, 0), -defaultViewVectorLength)
-                setPose(target.position, target.viewCenter, target.upVector)
+                // Nothing to go to before the camera knows its usual distance.
+                if (target)
+                    setPose(target.position, target.viewCenter, target.upVector)
             }
         })
     }
