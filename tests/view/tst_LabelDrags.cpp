@@ -274,7 +274,6 @@ void tst_LabelDrags::aSecondFingerEndsTheDrag()
 {
     const QRect before = areaOf(labelOf(m_a));
     const QPoint from = before.center();
-    const QVector3D camera = m_view->camera()->position();
     auto* const window = m_view->window();
     QTest::touchEvent(window, m_screen).press(0, m_view->inWindow(from));
     m_view->frames(4);
@@ -283,7 +282,10 @@ void tst_LabelDrags::aSecondFingerEndsTheDrag()
         m_view->frames(3);
     }
     const QPoint second(600, 200);
-    QTest::touchEvent(window, m_screen).stationary(0).press(1, m_view->inWindow(second));
+    // A stationary point of a sequence of its own would lie at the window's corner.
+    QTest::touchEvent(window, m_screen)
+        .move(0, m_view->inWindow(from + QPoint(0, 100)))
+        .press(1, m_view->inWindow(second));
     m_view->frames(2);
     for (int step = 1; step <= 6; ++step) {
         QTest::touchEvent(window, m_screen)
@@ -299,8 +301,9 @@ void tst_LabelDrags::aSecondFingerEndsTheDrag()
 
     QVERIFY(m_view->controller()->property("enabled").toBool());
     QVERIFY(labelOf(m_a)->hasCustomPosition());
-    // The two have moved the view, and the label has not followed the first of them.
-    QVERIFY(m_view->camera()->position() != camera);
+    // The two have brought the view nearer, and the label has not followed the first of them.
+    const float height = m_view->camera()->position().y();
+    QVERIFY2(height < 300.0F, qPrintable(QString::number(double(height))));
     const QPoint object = m_view->pixelOf(node(m_a)->position());
     const QPoint apart = areaOf(labelOf(m_a)).center() - object;
     QVERIFY2((apart - QPoint(0, 100 - 39)).manhattanLength() <= 30,
