@@ -11,6 +11,25 @@ namespace Torvik::Map {
 namespace {
 /** Pixels of a tile's edge. */
 constexpr int tileEdge = 256;
+
+/** A tile of what may be less than a pixel: each of its own pixels is looked up, since a picture enlarged before it is
+ *  cut would be as large as the world at the tile's level. */
+QImage enlarged(const QImage& picture, const QRectF& part)
+{
+    const auto source = [](double begin, double length, int pixel, int last) {
+        return std::clamp(static_cast<int>(begin + length * (pixel + 0.5) / tileEdge), 0, last);
+    };
+    QImage tile(tileEdge, tileEdge, QImage::Format_ARGB32);
+    for (int y = 0; y < tileEdge; ++y) {
+        const int row = source(part.y(), part.height(), y, picture.height() - 1);
+        const auto* const from = reinterpret_cast<const QRgb*>(picture.constScanLine(row));
+        auto* const to = reinterpret_cast<QRgb*>(tile.scanLine(y));
+        for (int x = 0; x < tileEdge; ++x)
+            to[x] = from[source(part.x(), part.width(), x, picture.width() - 1)];
+    }
+    return tile;
+}
+
 } // namespace
 
 std::optional<TileKey> tileKeyOfPath(const QString& path)
@@ -30,22 +49,17 @@ QByteArray cutOut(const QByteArray& ancestorPicture, const TileKey& ancestor, co
     const int levels = tile.z - ancestor.z;
     if (levels < 0 || tile.x >> levels != ancestor.x || tile.y >> levels != ancestor.y)
         return {};
-    const QImage whole = QImage::fromData(ancestorPicture);
+    const QImage whole = QImage::fromData(ancestorPicture).convertToFormat(QImage::Format_ARGB32);
     if (whole.isNull())
         return {};
     const double parts = 1 << levels;
-    const QRectF part((tile.x - (ancestor.x << levels)) * whole.width() / parts,
-                      (tile.y - (ancestor.y << levels)) * whole.height() / parts, whole.width() / parts,
-                      whole.height() / parts);
-    // Whole pixels around the part, so that the enlargement loses nothing of it; then the part exactly.
-    const QRect around = part.toAlignedRect().intersected(whole.rect());
-    const double times = tileEdge / part.width();
-    const QImage large = whole.copy(around).scaled(std::max(1, qRound(around.width() * times)),
-                                                   std::max(1, qRound(around.height() * times)));
-    const QPoint corner(qRound((part.x() - around.x()) * times), qRound((part.y() - around.y()) * times));
+    const double width = whole.width() / parts;
+    const double height = whole.height() / parts;
+    const QRectF part((tile.x - (ancestor.x << levels)) * width, (tile.y - (ancestor.y << levels)) * height, width,
+                      height);
     QBuffer png;
     png.open(QIODevice::WriteOnly);
-    large.copy(QRect(corner, QSize(tileEdge, tileEdge))).save(&png, "PNG");
+    enlarged(whole, part).save(&png, "PNG");
     return png.data();
 }
 

@@ -85,6 +85,11 @@ private slots:
         const QImage tiny = QImage::fromData(cutOut(quartered(), {3, 4, 5}, {15, (4 << 12) + 1, (5 << 12) + 4095}));
         QCOMPARE(tiny.size(), QSize(256, 256));
         QCOMPARE(tiny.pixelColor(128, 128), QColor(Qt::blue));
+        // The world's only tile stands for the finest there is, a hundredth of a millionth of it.
+        const TileKey finest {finestLevel, 1 << (finestLevel - 1), (1 << (finestLevel - 1)) - 1};
+        const QImage ofTheWorld = QImage::fromData(cutOut(quartered(), {0, 0, 0}, finest));
+        QCOMPARE(ofTheWorld.size(), QSize(256, 256));
+        QCOMPARE(ofTheWorld.pixelColor(128, 128), QImage::fromData(quartered()).pixelColor(128, 127));
         QCOMPARE(cutOut(quartered(), {3, 4, 5}, {3, 4, 5}), quartered());
         QVERIFY(cutOut(quartered(), {3, 4, 5}, {4, 0, 0}).isEmpty());
         QVERIFY(cutOut("no picture", {3, 4, 5}, {4, 9, 10}).isEmpty());
