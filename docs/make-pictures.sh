@@ -1,7 +1,6 @@
 #!/usr/bin/env bash
 # Makes the pictures of the README again. The real network is not part of this project: NETWORK and INSPECTIONS name its
-# files (ISYBAU XML); without them only the sample is painted. PLAN_PDF and PLAN_DXF name site plans of it, PLAN_AT and
-# PLAN_SCALE where the PDF lies, DRAWING_AT the drawing.
+# files (ISYBAU XML); without them only the sample is painted.
 set -eu
 top=$(cd "$(dirname "$0")/.." && pwd)
 pictures=$top/docs/pictures
@@ -15,11 +14,23 @@ labels() {
     cp "$scratch/label-with-pointer.png" "$pictures/label-dragged.png"
     cp "$scratch/label-lines.png" "$pictures/label-lines.png"
 }
-# "labels" alone makes those only.
-if [ "${1:-}" = labels ]; then
-    labels
+# A drawing, a PDF and an aerial photograph of the sample's quarter, which is invented: so they are computed.
+plans() {
+    local at=(--view 3d --distance 8300 --size 800x600)
+    python3 "$top/samples/site_plan.py" "$scratch"
+    "$top/run.sh" "${at[@]}" --screenshot "$pictures/plan-drawing.png" --plan "$scratch/site.dxf" --plan-at 561400,5934200
+    "$top/run.sh" "${at[@]}" --screenshot "$pictures/plan-pdf.png" --plan "$scratch/site.pdf" \
+        --plan-scale 5.3 --plan-at 561605,5934385
+    "$top/run.sh" --view 3d --distance 6000 --go-to MB6 --size 1000x600 --screenshot "$pictures/plan-photo.png" \
+        --plan "$scratch/photo.png" --plan-scale 5.3 --plan-at 561605,5934385
+}
+# "labels" or "plans" alone makes those only.
+case ${1:-} in
+labels | plans)
+    "$1"
     exit
-fi
+    ;;
+esac
 
 "$top/run.sh" --screenshot "$pictures/sample-3d.png" --view 3d --size 1200x700
 "$top/run.sh" --screenshot "$pictures/window.png" --view 3d --whole-window --size 1280x800
@@ -42,6 +53,7 @@ done
 KX_KEEP_PICTURES=$scratch "$top/test.sh" HandWork
 cp "$scratch/connection-shown.png" "$pictures/connection-preview.png"
 labels
+plans
 if [ -n "${NETWORK:-}" ]; then
     with=()
     [ -z "${INSPECTIONS:-}" ] || with=(--with "$INSPECTIONS")
@@ -49,8 +61,4 @@ if [ -n "${NETWORK:-}" ]; then
     "$top/run.sh" "$scratch/town" --screenshot "$pictures/network-top.png" --view top --size 800x600
     "$top/run.sh" "$scratch/town" --screenshot "$pictures/network-close.png" --view 3d --size 800x600 \
         ${CLOSE_TO:+--go-to "$CLOSE_TO"} --distance "${CLOSE_DISTANCE:-900}"
-    [ -z "${PLAN_PDF:-}" ] || "$top/run.sh" "$scratch/town" --screenshot "$pictures/plan-pdf.png" --view 3d --size 800x600 \
-        --plan "$PLAN_PDF" ${PLAN_SCALE:+--plan-scale "$PLAN_SCALE"} ${PLAN_AT:+--plan-at "$PLAN_AT"}
-    [ -z "${PLAN_DXF:-}" ] || "$top/run.sh" "$scratch/town" --screenshot "$pictures/plan-drawing.png" --view 3d \
-        --size 800x600 --plan "$PLAN_DXF" ${DRAWING_AT:+--plan-at "$DRAWING_AT"}
 fi

@@ -121,7 +121,7 @@ private:
         place.angleDeg = style.angleDeg;
         place.widthFactor = style.width > 0.0 ? style.width / 100.0 : 1.0;
         place.anchor = style.anchor;
-        addText(m_read.drawing, text, place, style.colour);
+        addText(m_read.drawing, withoutNumbers(text), place, style.colour);
     }
 
     void addShape(const OGRFeature& feature, const Columns& columns, const DrawingStyle& style)

@@ -1,6 +1,7 @@
 #include "host/drawing/StrokeFont.h"
 
 #include <QHash>
+#include <QRegularExpression>
 #include <QStringList>
 
 #include <algorithm>
@@ -218,6 +219,21 @@ double firstBase(int anchor, int lines)
 }
 
 } // namespace
+
+QString withoutNumbers(const QString& text)
+{
+    static const QRegularExpression number(QStringLiteral("\\\\U\\+([0-9A-Fa-f]{4})"));
+    QString plain;
+    int from = 0;
+    auto matches = number.globalMatch(text);
+    while (matches.hasNext()) {
+        const QRegularExpressionMatch match = matches.next();
+        plain += text.mid(from, match.capturedStart() - from);
+        plain += QChar(match.captured(1).toUShort(nullptr, 16));
+        from = match.capturedEnd();
+    }
+    return plain + text.mid(from);
+}
 
 double widthOfText(const QString& line)
 {

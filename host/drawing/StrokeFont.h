@@ -19,6 +19,9 @@ struct TextPlace {
  *  names stay light. A letter with a mark that the font lacks loses the mark; what it lacks altogether is a box. */
 void addText(Drawing& drawing, const QString& text, const TextPlace& place, DrawingColour colour);
 
+/** With the signs in their places that a DXF tells by their number, as "\U+00FC". */
+QString withoutNumbers(const QString& text);
+
 /** Width of a line of text, as a multiple of the letters' height. */
 double widthOfText(const QString& line);
 

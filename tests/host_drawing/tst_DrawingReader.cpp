@@ -238,6 +238,9 @@ void tst_DrawingReader::textIsDrawnInStrokes()
     }
     QVERIFY(std::abs(highest - 63.0) < 0.01);
     QVERIFY(std::abs(left - 50.0) < 0.01);
+    const DrawingRead byNumber = readEntities(Dxf::entity(
+        "TEXT", 1, Dxf::at(10, 50, 60) + Dxf::pair(40, "3") + Dxf::pair(1, "\\U+0048") + Dxf::pair(50, "0")));
+    QCOMPARE(byNumber.drawing.lines.size(), read.drawing.lines.size());
 }
 
 void tst_DrawingReader::whatIsPassedOverIsLogged()

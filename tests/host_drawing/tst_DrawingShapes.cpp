@@ -64,6 +64,7 @@ private slots:
     void textStandsWhereItsAnchorSays();
     void textTurnsWithItsAngle();
     void lettersWithMarksAndUnknownOnesAreDrawn();
+    void signsThatAreToldByTheirNumberStandInTheirPlaces();
 };
 
 void tst_DrawingShapes::aCourseBecomesASegmentBetweenEachTwoPoints()
@@ -263,6 +264,13 @@ void tst_DrawingShapes::lettersWithMarksAndUnknownOnesAreDrawn()
     QVERIFY(boxOf(lines).bottom < -1.0 || boxOf(lines).top > 1.0);
     QVERIFY(widthOfText(QStringLiteral("WWW")) > widthOfText(QStringLiteral("ii")));
     QCOMPARE(widthOfText(QString()), 0.0);
+}
+
+void tst_DrawingShapes::signsThatAreToldByTheirNumberStandInTheirPlaces()
+{
+    QCOMPARE(withoutNumbers("M\\U+00FChle \\U+00e4\\U+00F6"), QString::fromUtf8("Mühle äö"));
+    QCOMPARE(withoutNumbers("C:\\Users \\U+00F \\U"), QString("C:\\Users \\U+00F \\U"));
+    QCOMPARE(withoutNumbers({}), QString());
 }
 
 QTEST_APPLESS_MAIN(tst_DrawingShapes)
