@@ -19,7 +19,9 @@ mkdir -p "$top/build"
 log=$top/build/run-build.log
 build() {
     cd "$top"
-    cmake --preset release && cmake --build build/release --target kxviewer
+    # The build configures itself anew where its files say other things than before.
+    [ -f build/release/build.ninja ] || cmake --preset release
+    cmake --build build/release --target kxviewer
 }
 [ -x "$top/build/release/bin/kxviewer" ] || echo "Building kxviewer; the first time takes some minutes." >&2
 (build) >"$log" 2>&1 || {
