@@ -65,6 +65,8 @@ SceneRoot::SceneRoot()
 {
     m_instance = this;
     SharedComponents::instance().setHome(this);
+    // Its guard counts from now: begun by the first tap, it would take that for a selection's.
+    SelectionAwareness::instance();
     connect(GlobalNav::instance(), &GlobalNav::shortTap, this, &SceneRoot::onShortTap);
     auto& app = AppState::instance();
     connect(&app, &AppState::activeProjectChanged, this, &SceneRoot::cleanupBeforeProjectChanged);

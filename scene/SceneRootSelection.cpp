@@ -212,7 +212,8 @@ void SceneRoot::deselectByDomainGuid(const QString& guid)
 
 void SceneRoot::onShortTap(Qt3DInput::QMouseEvent* mouseEvent)
 {
-    if (SelectionAwareness::instance().selectionInProgress() || m_touchInput->hitLabel())
+    // A label answers its taps itself; where nothing can be selected it is as transparent as all objects.
+    if (SelectionAwareness::instance().selectionInProgress() || (m_selectionsEnabled && m_touchInput->hitLabel()))
         return;
     if (mouseEvent && selectNear(QPoint(mouseEvent->x(), mouseEvent->y())))
         return;

@@ -1,4 +1,5 @@
 #include "common/SceneTest.h"
+#include "view/GridPicture.h"
 #include "view/SceneWindow.h"
 
 #include "host/domain/HostSettings.h"
@@ -10,15 +11,12 @@
 #include <memory>
 
 using namespace Torvik::View3d;
+using Kx::Test::columnsOfLines;
+using Kx::Test::isDark;
 using Kx::Test::SceneWindow;
 namespace HostSettings = Torvik::Base::HostSettings;
 
 namespace {
-
-bool isDark(QRgb colour)
-{
-    return qRed(colour) < 150 && qGreen(colour) < 150 && qBlue(colour) < 150;
-}
 
 /** Whether a dark line crosses the picture within a pixel of the column. */
 bool lineAtColumn(const QImage& picture, int column)
@@ -30,26 +28,6 @@ bool lineAtColumn(const QImage& picture, int column)
     }
     // Labels over the scene may hide a part.
     return rows > picture.height() * 9 / 10;
-}
-
-/** Middles of the dark lines that cross the picture from top to bottom. */
-QVector<float> columnsOfLines(const QImage& picture)
-{
-    QVector<float> middles;
-    int begin = -1;
-    for (int x = 0; x <= picture.width(); ++x) {
-        int rows = 0;
-        for (int y = 0; x < picture.width() && y < picture.height(); ++y)
-            rows += isDark(picture.pixel(x, y)) ? 1 : 0;
-        const bool line = rows > picture.height() * 9 / 10;
-        if (line && begin < 0)
-            begin = x;
-        if (!line && begin >= 0) {
-            middles << static_cast<float>(begin + x - 1) / 2.0F;
-            begin = -1;
-        }
-    }
-    return middles;
 }
 
 int darkPixels(const QImage& picture)
