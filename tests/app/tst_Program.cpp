@@ -428,8 +428,7 @@ void tst_Program::aPictureIsTakenWithoutTheTilesAskedFor()
                                  "--view", "top", "--tiles", "http://127.0.0.1:1"});
 
     QCOMPARE(outcome.status, 0);
-    QCOMPARE(outcome.errors.filter("no map").size(), 1);
-    QVERIFY2(outcome.errors.filter("tile", Qt::CaseInsensitive).isEmpty(), qPrintable(outcome.errors.join('\n')));
+    QVERIFY2(outcome.errors.size() == 1 && outcome.errors[0].contains("no map"), qPrintable(outcome.errors.join('\n')));
     QVERIFY(near(QImage(file), QPoint(300 - 150, 250 + 150), isManhole));
 }
 
