@@ -71,6 +71,7 @@ class tst_Program : public QObject {
     Q_OBJECT
 
 private slots:
+    void timingTellsTheParts();
     void init();
     void helpGoesToTheOutput();
     void aWrongArgumentGivesOneLineAndStatus2();
@@ -515,6 +516,27 @@ void tst_Program::theSampleNeedsNoProject()
     }
     QVERIFY2(pipes > 500, qPrintable(QString::number(pipes)));
     QVERIFY2(manholes > 50, qPrintable(QString::number(manholes)));
+}
+
+void tst_Program::timingTellsTheParts()
+{
+    const Outcome outcome =
+        run({"--screenshot", m_folder->filePath("picture.png"), "--size", "300x200", "--no-map", "--timing"});
+
+    QCOMPARE(outcome.status, 0);
+    static const QRegularExpression part("^ +(\\d+) +(\\d+)  (\\w.*)$", QRegularExpression::MultilineOption);
+    QStringList names;
+    int sum = 0;
+    for (auto found = part.globalMatch(outcome.errors.join('\n')); found.hasNext();) {
+        const auto match = found.next();
+        sum += match.captured(1).toInt();
+        QCOMPARE(match.captured(2).toInt(), sum);
+        names << match.captured(3);
+    }
+    QCOMPARE(names.value(0), QString("application and window"));
+    QVERIFY(names.contains("reading the project") && names.contains("building the scene"));
+    QCOMPARE(names.last(), QString("painting the network"));
+    QVERIFY(sum > 0);
 }
 
 QTEST_GUILESS_MAIN(tst_Program)
