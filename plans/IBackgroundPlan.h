@@ -49,6 +49,8 @@ public:
     /** Remembers where the plan lies as the camera sees it, for the lock. */
     virtual void savePlanTransformationInCamera();
     virtual bool isLocked() const;
+    /** Whether the lock is taken, also of a kind whose isLocked() does not tell. */
+    bool followsCamera() const { return m_locked; }
     /** Ties the plan to the camera, or leaves it where the camera has taken it. */
     virtual void setLock(bool lock);
     /** Path of the plan's file; empty until it has loaded. */

@@ -1,5 +1,7 @@
 #include "plans/PlanFiles.h"
 
+#include "plans/PlanSwap.h"
+
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
@@ -47,32 +49,6 @@ QString copy(const QString& from, const QString& to)
     if (!out.flush() || !out.commit())
         return cannotMove(from, to, Text::tr("the disk may be full: %1").arg(out.errorString()));
     return {};
-}
-
-QString asideOf(const QString& path)
-{
-    QString aside = path + QStringLiteral(".aside");
-    while (QFile::exists(aside))
-        aside += QStringLiteral("~");
-    return aside;
-}
-
-/** The target's place is free only as long as the new file comes into it. */
-QString moveOver(const QString& source, const QString& target)
-{
-    const bool taken = QFile::exists(target);
-    const QString aside = taken ? asideOf(target) : QString();
-    if (taken) {
-        const QString problem = move(target, aside);
-        if (!problem.isEmpty())
-            return problem;
-    }
-    const QString problem = move(source, target);
-    if (taken && problem.isEmpty())
-        QFile::remove(aside);
-    else if (taken)
-        move(aside, target);
-    return problem;
 }
 
 } // namespace
@@ -127,27 +103,14 @@ QString backupOf(const QString& path)
 
 Swapped swap(const QString& oldPath, const QString& source, const QString& target)
 {
-    const bool hasOld = !oldPath.isEmpty() && QFile::exists(oldPath);
-    if (source == target) {
-        if (hasOld && oldPath != source)
-            QFile::remove(oldPath);
-        return {source, {}};
-    }
-    if (!hasOld) {
-        const QString problem = move(source, target);
-        return {problem.isEmpty() ? target : source, problem};
-    }
-    const QString backup = backupOf(oldPath);
-    const QString hindered = move(oldPath, backup);
-    if (!hindered.isEmpty())
-        return {source, hindered};
-    const QString problem = moveOver(source, target);
+    PlanSwap files(oldPath, source, target);
+    const QString problem = files.begin();
     if (problem.isEmpty()) {
-        QFile::remove(backup);
+        files.commit();
         return {target, {}};
     }
-    const QString lost = move(backup, oldPath);
-    return {oldPath, lost.isEmpty() ? problem : problem + QLatin1Char('\n') + lost};
+    const bool hasOld = !oldPath.isEmpty() && QFile::exists(oldPath);
+    return {hasOld ? oldPath : source, problem};
 }
 
 QString asideForConversion(const QString& path)

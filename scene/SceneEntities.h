@@ -94,6 +94,8 @@ public:
     Q_INVOKABLE void setBackgroundPlanToConfirm(Torvik::View3d::IBackgroundPlan* plan);
     /** Stores where the plan lies. Nothing without a project or a plan. */
     Q_INVOKABLE void saveBackgroundPlan() const;
+    /** Whether the last storing succeeded. */
+    bool backgroundPlanStored() const { return m_storedWell; }
     void deleteBackgroundPlan();
 
 public slots:
@@ -133,6 +135,7 @@ private:
     QPointer<IBackgroundPlan> m_backgroundPlan;
     QString m_planProjectPath;
     QElapsedTimer m_planStored; ///< since the plan last followed the lowest object into its file
+    mutable bool m_storedWell = true;
     QPointer<IBackgroundPlan> m_backgroundPlanToConfirm;
     PipeEntityBuilder m_pipeEntityBuilder;
 };

@@ -129,7 +129,7 @@ void SceneEntities::saveBackgroundPlan() const
     // When the next project is active before this one has left, or a plan was laid while none was open, the project's
     // own plan must not be written over.
     if (!path.isEmpty() && m_backgroundPlan && m_planProjectPath == path)
-        m_backgroundPlan->savePlanFile(path);
+        m_storedWell = m_backgroundPlan->savePlanFile(path);
 }
 
 } // namespace Torvik::View3d

@@ -575,14 +575,6 @@
         <translation>Das kann kein Plan sein</translation>
     </message>
     <message>
-        <source>%1 lies under the network. When the new plan has been loaded, the old one goes, and its file in the project is deleted.</source>
-        <translation>%1 liegt unter dem Netz. Sobald der neue Plan geladen ist, weicht der alte, und seine Datei im Projekt wird gelöscht.</translation>
-    </message>
-    <message>
-        <source>%1 lies on this floor. When the new plan has been loaded, the old one goes.</source>
-        <translation>%1 liegt auf diesem Stockwerk. Sobald der neue Plan geladen ist, weicht der alte.</translation>
-    </message>
-    <message>
         <source>Replace the plan?</source>
         <translation>Den Plan ersetzen?</translation>
     </message>
@@ -653,6 +645,18 @@
     <message>
         <source>Choose a plan</source>
         <translation>Einen Plan wählen</translation>
+    </message>
+    <message>
+        <source>%1 is taken out of the view. Its file stays where it is.</source>
+        <translation>%1 wird aus der Ansicht genommen. Die Datei bleibt, wo sie ist.</translation>
+    </message>
+    <message>
+        <source>Not stored</source>
+        <translation>Nicht gespeichert</translation>
+    </message>
+    <message>
+        <source>%1, for a look</source>
+        <translation>%1, nur zur Ansicht</translation>
     </message>
 </context>
 <context>
@@ -1331,10 +1335,6 @@ Der Plan %2 liegt in der Ansicht, aber vielleicht nicht dort, wo er lag: Richten
         <translation>%1: Die Datei konnte nicht kopiert werden: %2. Ist ihr Datenträger noch verbunden, und ist auf diesem noch Platz?</translation>
     </message>
     <message>
-        <source>%1: the plan lies under the network, but where it lies could not be stored in the project. Is the disk full, or may it not be written to? Make room and lay the plan again.</source>
-        <translation>%1: Der Plan liegt unter dem Netz, aber seine Lage konnte nicht im Projekt gespeichert werden. Ist der Datenträger voll oder schreibgeschützt? Schaffen Sie Platz und legen Sie den Plan noch einmal.</translation>
-    </message>
-    <message>
         <source>%1: this file is empty. Copy it again from where it came.</source>
         <translation>%1: diese Datei ist leer. Kopieren Sie sie noch einmal von ihrer Quelle.</translation>
     </message>
@@ -1345,6 +1345,81 @@ Der Plan %2 liegt in der Ansicht, aber vielleicht nicht dort, wo er lag: Richten
     <message>
         <source>%1: this PDF cannot be read; it is damaged, or locked by a password. Open it in a PDF program, save it without a password, and try again.</source>
         <translation>%1: dieses PDF ist nicht lesbar; es ist beschädigt oder mit einem Passwort gesperrt. Öffnen Sie es in einem PDF-Programm, speichern Sie es ohne Passwort und versuchen Sie es erneut.</translation>
+    </message>
+    <message>
+        <source>%1: the page is too large: %2 x %3 cm; a plan has at most %4 x %5 cm. Print it to a smaller page, or in parts, and try again.</source>
+        <translation>%1: Die Seite ist zu groß: %2 x %3 cm; ein Plan hat höchstens %4 x %5 cm. Drucken Sie sie auf eine kleinere Seite oder in Teilen, und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>%1: the plan is not laid, and all is as before: %2</source>
+        <translation>%1: Der Plan ist nicht gelegt, alles ist wie zuvor: %2</translation>
+    </message>
+    <message>
+        <source>%1: the plan is not laid, since the project&apos;s folder cannot be written to; what was there before still is. Is the disk full, or write-protected? Make room and lay the plan again.</source>
+        <translation>%1: Der Plan ist nicht gelegt, denn in den Ordner des Projekts kann nicht geschrieben werden; was vorher da war, ist es noch. Ist die Platte voll oder schreibgeschützt? Schaffen Sie Platz und legen Sie den Plan noch einmal.</translation>
+    </message>
+    <message>
+        <source>%1: where the plan lies now could not be stored in the project. Is the disk full, or write-protected? Make room, and place the plan once more before you close the project.</source>
+        <translation>%1: Wo der Plan jetzt liegt, konnte nicht im Projekt gespeichert werden. Ist die Platte voll oder schreibgeschützt? Schaffen Sie Platz und richten Sie den Plan noch einmal aus, bevor Sie das Projekt schließen.</translation>
+    </message>
+    <message>
+        <source>The plan is out of the view, but will be there again when the project is opened: %1 cannot be deleted. May it not be written to?</source>
+        <translation>Der Plan ist aus der Ansicht, wird aber beim Öffnen des Projekts wieder da sein: %1 kann nicht gelöscht werden. Ist die Datei schreibgeschützt?</translation>
+    </message>
+    <message>
+        <source>%1: there is no room for it on the disk of the project, which needs %2 MB. Make room and try again.</source>
+        <translation>%1: Auf der Platte des Projekts ist kein Platz dafür; es braucht %2 MB. Schaffen Sie Platz und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>%1 has %2 pages; the first one is laid. Save another page as a file of its own to lay that.</source>
+        <translation>%1 hat %2 Seiten; gelegt ist die erste. Speichern Sie eine andere Seite als eigene Datei, um diese zu legen.</translation>
+    </message>
+</context>
+<context>
+    <name>Torvik::Viewer::PlanUnits</name>
+    <message>
+        <source>millimetres</source>
+        <translation>Millimetern</translation>
+    </message>
+    <message>
+        <source>centimetres</source>
+        <translation>Zentimetern</translation>
+    </message>
+    <message>
+        <source>decimetres</source>
+        <translation>Dezimetern</translation>
+    </message>
+    <message>
+        <source>inches</source>
+        <translation>Zoll</translation>
+    </message>
+    <message>
+        <source>feet</source>
+        <translation>Fuß</translation>
+    </message>
+    <message>
+        <source>US survey feet</source>
+        <translation>US-Vermessungsfuß</translation>
+    </message>
+    <message>
+        <source>yards</source>
+        <translation>Yards</translation>
+    </message>
+    <message>
+        <source>kilometres</source>
+        <translation>Kilometern</translation>
+    </message>
+    <message>
+        <source>units of %1 m</source>
+        <translation>Einheiten von %1 m</translation>
+    </message>
+    <message>
+        <source>%1 says that it is drawn in %2, which does not fit its size; it is laid as drawn in metres, %3 m wide. If that is wrong, scale it by a length.</source>
+        <translation>%1 gibt an, in %2 gezeichnet zu sein, was nicht zur Größe passt; gelegt ist der Plan wie in Metern gezeichnet, %3 m breit. Ist das falsch, skalieren Sie ihn nach einer Länge.</translation>
+    </message>
+    <message>
+        <source>%1 is drawn in %2; it is laid at its true size, %3 m wide. If that is wrong, scale it by a length.</source>
+        <translation>%1 ist in %2 gezeichnet; der Plan liegt in seiner wahren Größe, %3 m breit. Ist das falsch, skalieren Sie ihn nach einer Länge.</translation>
     </message>
 </context>
 <context>
@@ -1368,6 +1443,22 @@ Der Plan %2 liegt in der Ansicht, aber vielleicht nicht dort, wo er lag: Richten
     <message>
         <source>Another plan is still being loaded. Wait until it is there, or cancel it.</source>
         <translation>Ein anderer Plan wird noch geladen. Warten Sie, bis er da ist, oder brechen Sie das Laden ab.</translation>
+    </message>
+    <message>
+        <source>The project is still being opened, and its own plan may come. Wait until it is there.</source>
+        <translation>Das Projekt wird noch geöffnet, und sein eigener Plan kann noch kommen. Warten Sie, bis es da ist.</translation>
+    </message>
+    <message>
+        <source>%1 lies on this floor. When the new plan has been loaded, the old one goes.</source>
+        <translation>%1 liegt auf diesem Stockwerk. Sobald der neue Plan geladen ist, weicht der alte.</translation>
+    </message>
+    <message>
+        <source>%1 lies under the network. When the new plan has been loaded, the old one goes, and its file in the project is deleted.</source>
+        <translation>%1 liegt unter dem Netz. Sobald der neue Plan geladen ist, weicht der alte, und seine Datei im Projekt wird gelöscht.</translation>
+    </message>
+    <message>
+        <source>%1 is the plan of this project, though it could not be laid this time. When the new plan has been loaded, it takes its place, and where the old one lay is forgotten.</source>
+        <translation>%1 ist der Plan dieses Projekts, konnte aber diesmal nicht gelegt werden. Wenn der neue Plan geladen ist, tritt er an dessen Stelle, und wo der alte lag, ist vergessen.</translation>
     </message>
 </context>
 <context>
@@ -1433,6 +1524,10 @@ Der Plan %2 liegt in der Ansicht, aber vielleicht nicht dort, wo er lag: Richten
     <message>
         <source>This object has no place in the scene.</source>
         <translation>Dieses Objekt hat keinen Platz in der Szene.</translation>
+    </message>
+    <message>
+        <source>%1 is no project. The one that is open stays open.</source>
+        <translation>%1 ist kein Projekt. Das geöffnete bleibt offen.</translation>
     </message>
 </context>
 <context>

@@ -2,7 +2,10 @@
 
 #include "domain/boundary/WktPoint.h"
 #include "geo/GdalGeoProjector.h"
+#include "host/app/PlanCopy.h"
 #include "host/app/PlanMessages.h"
+#include "host/app/PlanUnits.h"
+#include "host/drawing/DrawingJournal.h"
 #include "network/LowestManholeTracker.h"
 #include "plans/BackgroundImagePdf.h"
 #include "plans/BackgroundLoader.h"
@@ -41,18 +44,20 @@ PlanDesk::PlanDesk(QObject* parent)
 {
     connect(this, &PlanLoader::planLoaded, this, [this](View3d::Renderable* loaded) {
         auto* const plan = qobject_cast<IBackgroundPlan*>(loaded);
+        PlanUnits::scale(*plan, PlanUnits::metresPerUnit(DXF::DrawingJournal::last(planPath())));
         place(*plan);
         plan->setFullPath(QFileInfo(m_wish.file).absoluteFilePath());
-        if (IBackgroundPlan* const own = SceneEntities::instance().getBackgroundPlan())
-            own->setEnabled(false);
         SceneEntities::instance().setBackgroundPlanToConfirm(plan);
+        coverOwn(plan);
         end({});
     });
-    connect(this, &PlanLoader::corruptedPlanFile, this, [this] { end(PlanMessages::unreadable(m_wish.file)); });
+    connect(this, &PlanLoader::corruptedPlanFile, this,
+            [this] { end(PlanMessages::unreadable(m_wish.file, planPath())); });
     connect(this, &PlanLoader::fileTooLarge, this,
             [this](const View3d::SizeInfo& size) { end(PlanMessages::tooLarge(m_wish.file, size)); });
     connect(this, &PlanLoader::pdfConverterProblem, this, [this] { end(PlanMessages::converterFailed(m_wish.file)); });
-    connect(this, &PlanLoader::problemArisen, this, [this] { end(problem()); });
+    connect(this, &PlanLoader::problemArisen, this,
+            [this] { end(PlanMessages::named(problem(), planPath(), m_wish.file)); });
 }
 
 void PlanDesk::lay(const PlanWish& wish, std::function<void(const QString&)> done)
@@ -85,20 +90,58 @@ void PlanDesk::start()
         end(PlanMessages::missing(m_wish.file));
     else if (limit > 0 && file.size() > limit)
         end(PlanMessages::fileTooLarge(m_wish.file, limit));
-    else
-        loadPlan(file.absoluteFilePath());
+    else {
+        const QString path = file.absoluteFilePath();
+        const QString loadable = PlanCopy::needsCopy(path) ? copyOf(path) : path;
+        if (!loadable.isEmpty())
+            loadPlan(loadable);
+    }
+}
+
+QString PlanDesk::copyOf(const QString& path)
+{
+    m_scratch = std::make_unique<QTemporaryDir>();
+    const QString copy = m_scratch->filePath(PlanCopy::loadableName(path));
+    const QString problem = m_scratch->isValid() ? PlanCopy::copy(path, copy, false) : m_scratch->errorString();
+    if (problem.isEmpty())
+        return copy;
+    end(PlanMessages::notCopied(path, problem));
+    return {};
 }
 
 IBackgroundPlan* PlanDesk::createNewPlan(const QString& path)
 {
-    if (QFileInfo(path).suffix().compare(QLatin1String("pdf"), Qt::CaseInsensitive) != 0)
+    if (PlanCopy::nameInProject(path) == path)
         return View3d::BackgroundLoader().createNewPlan(path);
-    m_scratch = std::make_unique<QTemporaryDir>();
-    const QString copy = m_scratch->filePath(QFileInfo(path).completeBaseName() + QStringLiteral(".pdf"));
-    if (!m_scratch->isValid() || !QFile::copy(path, copy))
-        return nullptr;
-    QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner);
-    return new View3d::BackgroundImagePdf(copy, m_scratch->path() + QLatin1Char('/'), SceneRoot::instance());
+    return new View3d::BackgroundImagePdf(path, m_scratch->path() + QLatin1Char('/'), SceneRoot::instance());
+}
+
+void PlanDesk::coverOwn(IBackgroundPlan* plan)
+{
+    auto& entities = SceneEntities::instance();
+    const auto cover = [plan] {
+        IBackgroundPlan* const own = SceneEntities::instance().getBackgroundPlan();
+        if (!own)
+            return;
+        // It would shine through at every change of the view.
+        connect(own, &Qt3DCore::QNode::enabledChanged, plan, [own](bool shown) {
+            if (shown)
+                own->setEnabled(false);
+        });
+        own->setEnabled(false);
+    };
+    connect(&entities, &SceneEntities::planLoadedChanged, plan, cover);
+    cover();
+    connect(&entities, &SceneEntities::planToConfirmLoadedChanged, plan, [plan] {
+        const auto& now = SceneEntities::instance();
+        if (now.getBackgroundPlanToConfirm() == plan)
+            return;
+        disconnect(&now, nullptr, plan, nullptr);
+        if (IBackgroundPlan* const own = now.getBackgroundPlan()) {
+            disconnect(own, nullptr, plan, nullptr);
+            own->setEnabled(SceneRoot::instance()->planLayerShown());
+        }
+    });
 }
 
 void PlanDesk::applyTranslationFromPlanFile(IBackgroundPlan*, const View3d::PlanSettings&) {}

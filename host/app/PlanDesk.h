@@ -39,6 +39,10 @@ public:
 
 private:
     void start();
+    /** Of a name that the loader knows; empty, after end(), when it cannot be made. */
+    QString copyOf(const QString& path);
+    /** The project's own plan stays out of sight as long as this one lies there. */
+    static void coverOwn(View3d::IBackgroundPlan* plan);
     void place(View3d::IBackgroundPlan& plan) const;
     void end(const QString& error);
 

@@ -1,10 +1,13 @@
 #include "host/app/PlanMessages.h"
 
+#include "host/app/PlanUnits.h"
 #include "host/drawing/DrawingJournal.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
+
+#include <cmath>
 
 namespace Torvik::Viewer::PlanMessages {
 
@@ -12,10 +15,18 @@ namespace {
 
 constexpr qint64 megabyte = 1024 * 1024;
 constexpr qint64 firstBytes = 4096;
+/** A PDF becomes a picture of 80 dots an inch. */
+constexpr double dotsPerCentimetre = 80 / 2.54;
 
 QString tr(const char* text)
 {
     return QCoreApplication::translate("Torvik::Viewer::PlanMessages", text);
+}
+
+/** Of a page, from the dots of its picture. */
+double centimetres(int pixels)
+{
+    return pixels / dotsPerCentimetre;
 }
 
 /** What reads files of such an ending. */
@@ -48,12 +59,19 @@ QString closed(const QString& file)
     return tr("%1: you may not open this file. Ask whoever it belongs to, or copy it to a folder of yours.").arg(file);
 }
 
+QString named(QString text, const QString& copy, const QString& source)
+{
+    if (copy == source)
+        return text;
+    return text.replace(copy, source).replace(QFileInfo(copy).fileName(), QFileInfo(source).fileName());
+}
+
 QString unreadable(const QString& file, const QString& loadedAs)
 {
     const QFileInfo loaded(loadedAs.isEmpty() ? file : loadedAs);
-    QString known = DXF::DrawingJournal::last(loaded.absoluteFilePath()).message;
+    const QString known = DXF::DrawingJournal::last(loaded.absoluteFilePath()).message;
     if (!known.isEmpty())
-        return known.replace(loaded.fileName(), QFileInfo(file).fileName());
+        return named(known, loaded.absoluteFilePath(), file);
     QFile contents(file);
     const QByteArray first = contents.open(QIODevice::ReadOnly) ? contents.read(firstBytes) : QByteArray();
     if (contents.isOpen() && first.isEmpty())
@@ -76,21 +94,30 @@ QString unreadable(const QString& file, const QString& loadedAs)
         break;
     }
     return tr("%1: this cannot be read; it is damaged, or no picture of its kind. Open it in a picture program, save "
-              "it "
-              "as PNG or JPEG, and try again.")
+              "it as PNG or JPEG, and try again.")
         .arg(file);
 }
 
 QString notes(const QString& file, const QString& loadedAs)
 {
     const QFileInfo loaded(loadedAs.isEmpty() ? file : loadedAs);
-    return DXF::DrawingJournal::last(loaded.absoluteFilePath())
-        .warnings.join(QLatin1Char('\n'))
-        .replace(loaded.fileName(), QFileInfo(file).fileName());
+    const DXF::DrawingReport drawing = DXF::DrawingJournal::last(loaded.absoluteFilePath());
+    QStringList texts = drawing.warnings;
+    texts << PlanUnits::note(drawing, loaded.absoluteFilePath());
+    texts.removeAll({});
+    return named(texts.join(QLatin1Char('\n')), loaded.absoluteFilePath(), file);
 }
 
 QString tooLarge(const QString& file, const View3d::SizeInfo& size)
 {
+    if (loaderOf(QFileInfo(file).suffix()) == Loader::Pdf)
+        return tr("%1: the page is too large: %2 x %3 cm; a plan has at most %4 x %5 cm. Print it to a smaller page, "
+                  "or in parts, and try again.")
+            .arg(file)
+            .arg(std::round(centimetres(size.currentWidth)))
+            .arg(std::round(centimetres(size.currentHeight)))
+            .arg(std::floor(centimetres(size.maxWidth)))
+            .arg(std::floor(centimetres(size.maxHeight)));
     return tr("%1: %2 x %3 pixels are too many; a plan has at most %4 x %5. Make it smaller and try again.")
         .arg(file)
         .arg(size.currentWidth)
@@ -112,18 +139,50 @@ QString notCopied(const QString& file, const QString& reason)
         .arg(file, reason);
 }
 
+QString notLaid(const QString& file, const QString& reason)
+{
+    return tr("%1: the plan is not laid, and all is as before: %2").arg(file, reason);
+}
+
+QString notStored(const QString& file)
+{
+    return tr("%1: the plan is not laid, since the project's folder cannot be written to; what was there before still "
+              "is. Is the disk full, or write-protected? Make room and lay the plan again.")
+        .arg(file);
+}
+
 QString placeNotStored(const QString& file)
 {
-    return tr("%1: the plan lies under the network, but where it lies could not be stored in the project. Is the disk "
-              "full, or may it not be written to? Make room and lay the plan again.")
+    return tr("%1: where the plan lies now could not be stored in the project. Is the disk full, or write-protected? "
+              "Make room, and place the plan once more before you close the project.")
         .arg(file);
+}
+
+QString notForgotten(const QString& planFile)
+{
+    return tr("The plan is out of the view, but will be there again when the project is opened: %1 cannot be deleted. "
+              "May it not be written to?")
+        .arg(planFile);
+}
+
+QString noRoom(const QString& file, qint64 bytes)
+{
+    return tr("%1: there is no room for it on the disk of the project, which needs %2 MB. Make room and try again.")
+        .arg(file)
+        .arg(bytes / megabyte + 1);
+}
+
+QString firstPageOnly(const QString& file, int pages)
+{
+    return tr("%1 has %2 pages; the first one is laid. Save another page as a file of its own to lay that.")
+        .arg(file)
+        .arg(pages);
 }
 
 QString converterFailed(const QString& file)
 {
     return tr("%1: no picture can be made of this PDF. Is the package poppler-utils installed, and is there room on "
-              "the "
-              "disk?")
+              "the disk?")
         .arg(file);
 }
 

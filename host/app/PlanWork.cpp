@@ -1,27 +1,27 @@
 #include "host/app/PlanWork.h"
 
 #include "domain/boundary/AppState.h"
-#include "host/app/PlanCopy.h"
+#include "host/app/PlanCheck.h"
+#include "host/app/PlanLaying.h"
+#include "host/app/PlanLoad.h"
 #include "host/app/PlanMessages.h"
-#include "network/LowestManholeTracker.h"
+#include "host/app/PlanUnits.h"
+#include "host/drawing/DrawingJournal.h"
 #include "plans/FloorNav.h"
-#include "plans/FloorPlanLoader.h"
-#include "plans/PlanFiles.h"
 #include "plans/PlanLoader.h"
 #include "plans/PlanSettingsIO.h"
 #include "scene/SceneEntities.h"
 #include "scene/SceneRoot.h"
 
-#include <QDir>
+#include <QFile>
 #include <QFileInfo>
-#include <QTimer>
-#include <QtConcurrent>
+
+#include <utility>
 
 namespace Torvik::Viewer {
 
 using Base::CFileSystemNames;
 using View3d::FloorNav;
-using View3d::FloorPlanLoader;
 using View3d::IBackgroundPlan;
 using View3d::PlanLoader;
 using View3d::SceneEntities;
@@ -31,26 +31,20 @@ namespace {
 
 /** Two taps nearer than that, in metres, are one point. */
 constexpr float samePoint = 1e-3F;
-/** A drawing does not tell itself that it is locked. */
-constexpr char lockedName[] = "lockedToTheView";
 
 QString projectPath()
 {
     return SceneEntities::instance().getProjectPathOrEmptyString();
 }
 
-QString documentsOf(const QString& project)
+QString planFile()
 {
-    return project + CFileSystemNames::documentationPathPart();
+    return projectPath() + CFileSystemNames::graphics3DPathPart() + QStringLiteral("plan.xml");
 }
 
-bool isPlanFile(const QString& file)
+IBackgroundPlan* ownPlan()
 {
-    static const QStringList endings {QStringLiteral("png"), QStringLiteral("jpg"),  QStringLiteral("jpeg"),
-                                      QStringLiteral("tif"), QStringLiteral("tiff"), QStringLiteral("bmp"),
-                                      QStringLiteral("gif"), QStringLiteral("exif"), QStringLiteral("pdf"),
-                                      QStringLiteral("dxf"), QStringLiteral("dwg")};
-    return endings.contains(QFileInfo(file).suffix().toLower());
+    return SceneEntities::instance().getBackgroundPlan();
 }
 
 } // namespace
@@ -62,14 +56,16 @@ PlanWork::PlanWork(QObject* parent)
 
 PlanWork::~PlanWork()
 {
-    if (m_copying)
-        m_copying->waitForFinished();
+    delete m_load;
 }
 
 IBackgroundPlan* PlanWork::plan() const
 {
-    return m_floor == underNetwork ? SceneEntities::instance().getBackgroundPlan()
-                                   : FloorNav::instance().getFloorPlan(m_floor);
+    if (m_floor != underNetwork)
+        return FloorNav::instance().getFloorPlan(m_floor);
+    // One for a look lies over the project's own.
+    IBackgroundPlan* const waiting = SceneEntities::instance().getBackgroundPlanToConfirm();
+    return waiting ? waiting : ownPlan();
 }
 
 void PlanWork::follow()
@@ -77,9 +73,19 @@ void PlanWork::follow()
     if (m_following)
         return;
     m_following = true;
-    connect(&SceneEntities::instance(), &SceneEntities::planLoadedChanged, this, &PlanWork::watchPlan);
+    const auto& entities = SceneEntities::instance();
+    connect(&entities, &SceneEntities::planLoadedChanged, this, &PlanWork::watchPlan);
+    connect(&entities, &SceneEntities::planToConfirmLoadedChanged, this, &PlanWork::watchPlan);
     connect(&FloorNav::instance(), &FloorNav::floorSet, this, &PlanWork::watchPlan);
     connect(&FloorNav::instance(), &FloorNav::floorValuesChanged, this, &PlanWork::changed);
+    connect(&FloorNav::instance(), &FloorNav::currentFloorChanged, this, &PlanWork::onFloorShown);
+}
+
+void PlanWork::onFloorShown()
+{
+    const int shown = FloorNav::instance().getCurrentFloorIndex();
+    m_floor = shown >= 0 && shown < floorCount ? shown : underNetwork;
+    watchPlan();
 }
 
 void PlanWork::watchPlan()
@@ -90,10 +96,9 @@ void PlanWork::watchPlan()
             disconnect(m_watched, nullptr, this, nullptr);
         m_watched = now;
         if (now) {
-            connect(now, &IBackgroundPlan::layerLockChanged, this, [this, now](bool lock) {
-                now->setProperty(lockedName, lock);
-                emit changed();
-            });
+            connect(now, &IBackgroundPlan::layerLockChanged, this, &PlanWork::changed);
+            // The scene stores it then.
+            connect(now, &View3d::Renderable::editingFinished, this, &PlanWork::tellUnlessStored, Qt::QueuedConnection);
         }
     }
     emit changed();
@@ -110,12 +115,19 @@ void PlanWork::setFloor(int floor)
 void PlanWork::reset()
 {
     follow();
+    // What is loading was for the project before.
+    if (m_load) {
+        m_told = false;
+        finish();
+    }
     auto& floors = FloorNav::instance();
-    floors.setCurrentFloorIndex(-1);
-    // They lie where the project before has its place on earth.
+    floors.setCurrentFloorIndex(underNetwork);
+    // They lie where the project before has its place on earth, at the heights of its building.
     for (int floor = 0; floor < floorCount; ++floor)
         floors.setFloorPlan(floor, nullptr);
+    floors.setFloorValues({});
     m_floor = underNetwork;
+    m_toldNotStored = false;
     watchPlan();
 }
 
@@ -125,10 +137,15 @@ QString PlanWork::planName() const
     return now ? now->fileName() : QString();
 }
 
+bool PlanWork::forALook() const
+{
+    return m_floor == underNetwork && plan() != ownPlan();
+}
+
 bool PlanWork::locked() const
 {
     const IBackgroundPlan* const now = plan();
-    return now && now->property(lockedName).toBool();
+    return now && now->followsCamera();
 }
 
 void PlanWork::setLocked(bool locked)
@@ -138,8 +155,23 @@ void PlanWork::setLocked(bool locked)
         return;
     watchPlan();
     now->setLock(locked);
-    if (m_floor == underNetwork)
-        SceneEntities::instance().saveBackgroundPlan();
+    store();
+}
+
+void PlanWork::store()
+{
+    if (m_floor != underNetwork || forALook())
+        return;
+    SceneEntities::instance().saveBackgroundPlan();
+    tellUnlessStored();
+}
+
+void PlanWork::tellUnlessStored()
+{
+    const bool lost = ownPlan() && !SceneEntities::instance().backgroundPlanStored();
+    if (lost && !m_toldNotStored)
+        emit notStored(PlanMessages::placeNotStored(ownPlan()->fullPath()));
+    m_toldNotStored = lost;
 }
 
 QVariantList PlanWork::heights() const
@@ -157,19 +189,33 @@ void PlanWork::setHeights(const QVariantList& heights)
 QString PlanWork::refusal(const QUrl& file) const
 {
     const QString path = file.isLocalFile() ? file.toLocalFile() : file.toString();
-    const QFileInfo info(path);
-    const qint64 limit = View3d::PlanFiles::sizeLimit(info.suffix());
-    if (m_loading)
+    const SceneRoot* const root = SceneRoot::instance();
+    if (m_load)
         return tr("Another plan is still being loaded. Wait until it is there, or cancel it.");
     if (projectPath().isEmpty())
         return tr("There is no project that a plan could belong to. Open one first.");
-    if (!info.isFile())
-        return PlanMessages::missing(path);
-    if (!isPlanFile(path))
-        return PlanMessages::noPlan(path);
-    if (!info.isReadable())
-        return PlanMessages::closed(path);
-    return limit > 0 && info.size() > limit ? PlanMessages::fileTooLarge(path, limit) : QString();
+    if (m_filling || (m_floor == underNetwork && root && root->planLoader()->planLoading()))
+        return tr("The project is still being opened, and its own plan may come. Wait until it is there.");
+    return whyNoPlan(path, projectPath());
+}
+
+QString PlanWork::questionBeforeLoad() const
+{
+    if (m_floor != underNetwork)
+        return hasPlan()
+                   ? tr("%1 lies on this floor. When the new plan has been loaded, the old one goes.").arg(planName())
+                   : QString();
+    if (const IBackgroundPlan* const own = ownPlan())
+        return tr("%1 lies under the network. When the new plan has been loaded, the old one goes, and its file in the "
+                  "project is deleted.")
+            .arg(own->fileName());
+    View3d::PlanSettingsIO stored;
+    stored.tryToLoadPlanSettings(projectPath());
+    const QString lost = stored.getPathToPlanImage();
+    return lost.isEmpty() ? QString()
+                          : tr("%1 is the plan of this project, though it could not be laid this time. When the new "
+                               "plan has been loaded, it takes its place, and where the old one lay is forgotten.")
+                                .arg(QFileInfo(lost).fileName());
 }
 
 void PlanWork::load(const QUrl& file)
@@ -182,172 +228,89 @@ void PlanWork::load(const QUrl& file)
     follow();
     m_source = QFileInfo(file.toLocalFile()).absoluteFilePath();
     m_loadPath = m_source;
-    m_loadingFloor = m_floor;
     m_told = false;
-    m_loading = true;
+    const IBackgroundPlan* const old = m_floor == underNetwork ? ownPlan() : nullptr;
+    m_load = new PlanLoad({m_source, projectPath(), m_floor, old ? old->fullPath() : QString()}, this);
+    hearLoad();
     emit changed();
-    if (m_floor != underNetwork && !PlanCopy::needsCopy(m_source)) {
-        startLoader();
-        return;
-    }
-    m_scratch = std::make_unique<QTemporaryDir>();
-    const IBackgroundPlan* const old = m_floor == underNetwork ? plan() : nullptr;
-    const QString name = PlanCopy::freeName(m_source, documentsOf(projectPath()), old ? old->fullPath() : QString());
-    m_loadPath = m_scratch->filePath(name);
-    m_copying = std::make_unique<QFutureWatcher<QString>>();
-    connect(m_copying.get(), &QFutureWatcher<QString>::finished, this, [this] {
-        const QString problem = m_copying->result();
-        m_copying.release()->deleteLater();
-        onCopied(problem);
-    });
-    m_copying->setFuture(QtConcurrent::run(&PlanCopy::copy, m_source, m_loadPath));
+    m_load->start();
 }
 
-void PlanWork::onCopied(const QString& problem)
+void PlanWork::hearLoad()
 {
-    if (!m_loading)
-        m_scratch.reset();
-    else if (!problem.isEmpty())
-        fail(PlanMessages::notCopied(m_source, problem));
-    else
-        startLoader();
-}
-
-void PlanWork::startLoader()
-{
-    SceneRoot* const root = SceneRoot::instance();
-    bool started = false;
-    if (m_loadingFloor == underNetwork) {
-        hear(root->planLoader());
-        root->planLoader()->loadPlan(m_loadPath);
-        started = root->planLoader()->planLoading();
-    } else {
-        hear(root->floorPlanLoader());
-        root->floorPlanLoader()->loadPlan(m_loadPath, m_loadingFloor);
-        started = root->floorPlanLoader()->planLoading();
-    }
-    if (started || !m_loading)
-        return;
-    if (m_told)
-        finish();
-    else
-        fail(PlanMessages::missing(m_source));
-}
-
-template <typename Loader>
-void PlanWork::hear(Loader* loader)
-{
-    stopHearing();
-    m_hearing = new QObject(this);
-    connect(loader, &Loader::progressPlanLoadChanged, m_hearing,
-            [this](int done) { emit progressPlanLoadChanged(done); });
-    connect(loader, &Loader::fileTooLarge, m_hearing, [this](const View3d::SizeInfo& size) {
+    const auto tell = [this](auto&& what) {
         m_told = true;
-        m_size = size;
-        emit fileTooLarge(size);
-    });
-    connect(loader, &Loader::pdfConverterProblem, m_hearing, [this](Base::CErrorCode code) {
-        m_told = true;
-        emit pdfConverterProblem(code);
-    });
-    connect(loader, &Loader::problemArisen, m_hearing, [this, loader] {
-        m_told = true;
-        emit failed(loader->problem().replace(m_loadPath, m_source));
-    });
-    connect(loader, &Loader::corruptedPlanFile, m_hearing, [this](Base::CErrorCode code) {
-        m_told = true;
-        emit corruptedPlanFile(code);
-    });
-    // Some reasons follow the end, a cancellation is told twice, and of a broken drawing no end is told.
-    const auto end = [this, hearing = m_hearing.data()] {
-        if (m_hearing == hearing)
-            finish();
+        m_loadPath = m_load->loadPath();
+        what();
     };
-    connect(loader, &Loader::cancelFinished, m_hearing, end, Qt::QueuedConnection);
-    connect(loader, &Loader::corruptedPlanFile, m_hearing, end, Qt::QueuedConnection);
-    connect(loader, &Loader::fileTooLarge, m_hearing, end, Qt::QueuedConnection);
-    connect(loader, &Loader::planLoaded, m_hearing,
-            [this](View3d::Renderable* loaded) { onLoaded(qobject_cast<IBackgroundPlan*>(loaded)); });
-}
-
-void PlanWork::stopHearing()
-{
-    if (!m_hearing)
-        return;
-    if (SceneRoot* const root = SceneRoot::instance()) {
-        disconnect(root->planLoader(), nullptr, m_hearing, nullptr);
-        disconnect(root->floorPlanLoader(), nullptr, m_hearing, nullptr);
-    }
-    m_hearing->deleteLater();
-    m_hearing.clear();
+    connect(m_load, &PlanLoad::progressed, this, &PlanWork::progressPlanLoadChanged);
+    connect(m_load, &PlanLoad::tooLarge, this, [this, tell](const View3d::SizeInfo& size) {
+        m_size = size;
+        tell([&] { emit fileTooLarge(size); });
+    });
+    connect(m_load, &PlanLoad::converterFailed, this,
+            [this, tell](Base::CErrorCode code) { tell([&] { emit pdfConverterProblem(code); }); });
+    connect(m_load, &PlanLoad::corrupted, this,
+            [this, tell](Base::CErrorCode code) { tell([&] { emit corruptedPlanFile(code); }); });
+    connect(m_load, &PlanLoad::failed, this, [this, tell](const QString& text) { tell([&] { emit failed(text); }); });
+    connect(m_load, &PlanLoad::loaded, this, &PlanWork::onLoaded);
+    connect(m_load, &PlanLoad::over, this, &PlanWork::finish);
 }
 
 void PlanWork::onLoaded(IBackgroundPlan* plan)
 {
-    const QString notes = PlanMessages::notes(m_source, m_loadPath);
-    bool laid = true;
-    if (m_loadingFloor == underNetwork) {
-        laid = layUnderNetwork(plan);
-    } else {
-        // It stands as high as the others of the building.
-        setHeights(heights());
-    }
-    if (laid && !notes.isEmpty())
-        emit noted(notes);
-    finish();
+    PlanUnits::scale(*plan, PlanUnits::metresPerUnit(DXF::DrawingJournal::last(m_load->loadPath())));
+    if (!lay(plan))
+        return;
+    m_load->keepFile();
+    QStringList notes {PlanMessages::notes(m_source, m_load->loadPath())};
+    if (m_load->pages() > 1)
+        notes << PlanMessages::firstPageOnly(m_source, m_load->pages());
+    notes.removeAll({});
+    if (!notes.isEmpty())
+        emit noted(notes.join(QLatin1Char('\n')));
 }
 
-bool PlanWork::layUnderNetwork(IBackgroundPlan* plan)
+bool PlanWork::lay(IBackgroundPlan* plan)
 {
-    PlanLoader* const loader = SceneRoot::instance()->planLoader();
-    const QString project = projectPath();
-    QDir().mkpath(documentsOf(project));
-    QDir().mkpath(project + CFileSystemNames::graphics3DPathPart());
-    loader->swapPlan(plan);
-    if (!loader->problem().isEmpty()) {
+    const PlanLoad::Order& order = m_load->order();
+    if (order.floor != underNetwork) {
+        // It stands as high as the others of the building.
+        setHeights(heights());
+        return true;
+    }
+    const bool otherProject = projectPath() != order.project;
+    const QString problem = otherProject ? QString() : PlanLaying::layUnderNetwork(plan, order.project, m_source);
+    if (otherProject || !problem.isEmpty()) {
         plan->destroyLater();
+        m_told = !problem.isEmpty();
+        if (m_told)
+            emit failed(problem);
         return false;
     }
-    SceneEntities::instance().setBackgroundPlan(plan);
     m_told = true;
+    m_toldNotStored = false;
     emit planLoadedChanged();
-    if (!plan->savePlanFile(project))
-        emit failed(PlanMessages::placeNotStored(m_source));
     return true;
 }
 
 void PlanWork::finish()
 {
-    if (!m_loading)
+    if (!m_load)
         return;
-    stopHearing();
-    m_loading = false;
-    if (!m_copying)
-        m_scratch.reset();
+    m_load->disconnect(this);
+    m_load->giveUp();
+    // It may be calling us.
+    std::exchange(m_load, nullptr)->deleteLater();
     emit changed();
     if (!m_told)
         emit ended();
 }
 
-void PlanWork::fail(const QString& text)
-{
-    m_told = true;
-    emit failed(text);
-    finish();
-}
-
 void PlanWork::cancel()
 {
-    if (!m_loading)
-        return;
-    if (m_copying) {
-        finish();
-        return;
-    }
-    if (m_loadingFloor == underNetwork)
-        SceneRoot::instance()->planLoader()->cancel();
-    else
-        SceneRoot::instance()->floorPlanLoader()->cancel();
+    if (m_load)
+        m_load->cancel();
 }
 
 QString PlanWork::explanation(const QString& kind) const
@@ -381,8 +344,7 @@ QString PlanWork::align(int way, QVector3D a, QVector3D b, QVector3D c, QVector3
     // A drawing keeps to itself that it is locked.
     if (locked())
         now->savePlanTransformationInCamera();
-    if (m_floor == underNetwork)
-        SceneEntities::instance().saveBackgroundPlan();
+    store();
     return {};
 }
 
@@ -392,11 +354,16 @@ void PlanWork::remove()
         FloorNav::instance().setFloorPlan(m_floor, nullptr);
         return;
     }
-    const QString project = projectPath();
+    if (forALook()) {
+        PlanLaying::removeWaiting();
+        return;
+    }
     SceneEntities::instance().deleteBackgroundPlan();
-    if (!project.isEmpty())
-        View3d::PlanSettingsIO::deleteOldPlanFile(project + CFileSystemNames::graphics3DPathPart() +
-                                                  QStringLiteral("plan.xml"));
+    if (projectPath().isEmpty())
+        return;
+    View3d::PlanSettingsIO::deleteOldPlanFile(planFile());
+    if (QFile::exists(planFile()))
+        emit notStored(PlanMessages::notForgotten(planFile()));
 }
 
 } // namespace Torvik::Viewer

@@ -5,17 +5,15 @@
 #include "plans/IBackgroundPlan.h"
 #include "plans/SizeInfo.h"
 
-#include <QFutureWatcher>
 #include <QObject>
 #include <QPointer>
-#include <QTemporaryDir>
 #include <QUrl>
 #include <QVariant>
 #include <QVector3D>
 
-#include <memory>
-
 namespace Torvik::Viewer {
+
+class PlanLoad;
 
 /** What the user does with plans: loads one, aligns it, locks it to the view, takes it away. It works on the plan under
  *  the network or on that of a floor. QML has it as `viewer.plans`; a PlanLoadingScreen takes it for the loader, since
@@ -24,11 +22,13 @@ namespace Torvik::Viewer {
  *  The user's file stays as it is: what goes into the project is a copy. */
 class PlanWork : public QObject {
     Q_OBJECT
-    /** -1 for the plan under the network, else the floor's index. */
+    /** -1 for the plan under the network, else the floor's index; the floor that the view shows. */
     Q_PROPERTY(int floor READ floor WRITE setFloor NOTIFY changed)
     Q_PROPERTY(bool hasPlan READ hasPlan NOTIFY changed)
     /** The name of the plan's file. */
     Q_PROPERTY(QString planName READ planName NOTIFY changed)
+    /** It was laid by the command line, and the project does not know of it. */
+    Q_PROPERTY(bool forALook READ forALook NOTIFY changed)
     Q_PROPERTY(bool locked READ locked WRITE setLocked NOTIFY changed)
     Q_PROPERTY(bool loading READ loading NOTIFY changed)
     Q_PROPERTY(QVariantList heights READ heights WRITE setHeights NOTIFY changed)
@@ -45,14 +45,17 @@ public:
     explicit PlanWork(QObject* parent = nullptr);
     ~PlanWork() override;
 
+    /** The project is still on its way into the scene; its own plan comes after it. */
+    void setProjectFilling(bool filling) { m_filling = filling; }
     int floor() const { return m_floor; }
     /** A floor that is chosen is shown; with -1 no floor is. */
     void setFloor(int floor);
     bool hasPlan() const { return plan() != nullptr; }
     QString planName() const;
+    bool forALook() const;
     bool locked() const;
     void setLocked(bool locked);
-    bool loading() const { return m_loading; }
+    bool loading() const { return m_load != nullptr; }
     /** Of the floors, in metres, each above the one below. */
     QVariantList heights() const;
     void setHeights(const QVariantList& heights);
@@ -60,6 +63,8 @@ public:
 
     /** Why this file can be no plan, for the user; empty if it can. */
     Q_INVOKABLE QString refusal(const QUrl& file) const;
+    /** What the user is to be asked before another plan takes the chosen place; empty where none goes. */
+    Q_INVOKABLE QString questionBeforeLoad() const;
     /** Loads it for the place that is chosen; the plan that lies there goes once the new one stands. */
     Q_INVOKABLE void load(const QUrl& file);
     Q_INVOKABLE void cancel();
@@ -79,6 +84,8 @@ signals:
     void ended();
     /** A load came to nothing, or what was done could not be stored. */
     void failed(const QString& text);
+    /** What was done to a plan that lies in the view could not be stored. Told once, until it can be again. */
+    void notStored(const QString& text);
     /** It was done, and not all is well with it. */
     void noted(const QString& text);
 
@@ -93,33 +100,27 @@ private:
     View3d::IBackgroundPlan* plan() const;
     void watchPlan();
     void follow();
-    void onCopied(const QString& problem);
-    void startLoader();
-    template <typename Loader>
-    void hear(Loader* loader);
-    void stopHearing();
+    void onFloorShown();
+    void hearLoad();
     void onLoaded(View3d::IBackgroundPlan* plan);
-    /** @returns whether it lies there */
-    bool layUnderNetwork(View3d::IBackgroundPlan* plan);
+    bool lay(View3d::IBackgroundPlan* plan);
     void finish();
-    void fail(const QString& text);
+    void store();
+    void tellUnlessStored();
 
     int m_floor = underNetwork;
     View3d::BackgroundController m_controller {nullptr};
     QPointer<View3d::IBackgroundPlan> m_watched;
     bool m_following = false;
+    bool m_filling = false;
+    bool m_toldNotStored = false;
 
-    bool m_loading = false;
-    bool m_told = false;
-    int m_loadingFloor = underNetwork;
+    PlanLoad* m_load = nullptr;
+    /** Of the load that is under way or was last. */
     QString m_source;
-    /** What the loader gets: the source or a copy. */
     QString m_loadPath;
+    bool m_told = false;
     View3d::SizeInfo m_size;
-    std::unique_ptr<QTemporaryDir> m_scratch;
-    std::unique_ptr<QFutureWatcher<QString>> m_copying;
-    /** Connections to the loader end with it. */
-    QPointer<QObject> m_hearing;
 };
 
 } // namespace Torvik::Viewer

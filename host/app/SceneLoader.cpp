@@ -38,6 +38,7 @@ void SceneLoader::tryToStart()
         connect(manager, &View3d::EntitiesManager::loadingProgress, this, &SceneLoader::progress);
         connect(manager, &View3d::EntitiesManager::loadingFinished, this, &SceneLoader::onSceneFilled);
     }
+    emit starting();
     AppState::instance().setActiveProject(m_project);
 }
 

@@ -21,6 +21,8 @@ public:
     bool isLoading() const { return m_loading; }
 
 signals:
+    /** The scene stands, and will hear of the project next. */
+    void starting();
     void progress(int done, int total);
     void finished();
 

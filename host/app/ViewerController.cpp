@@ -68,6 +68,7 @@ ViewerController::ViewerController(QObject* parent)
         setProgress(partOfReading + (1 - partOfReading) * part,
                     tr("Building the scene: %1 of %2").arg(done).arg(total));
     });
+    connect(&m_loader, &SceneLoader::starting, this, &ViewerController::followPlan);
     connect(&m_loader, &SceneLoader::finished, this, &ViewerController::onSceneFilled);
     connect(&m_selection, &SceneSelection::changed, this, &ViewerController::onSelectionChanged);
     connect(&m_observations, &ObservationPage::numberChanged, this, [this] {
@@ -108,6 +109,12 @@ void ViewerController::openFolder(const QString& folder)
 {
     if (m_busy)
         return;
+    // Something else that was dropped on the window, or was a project once, closes none.
+    if (m_project && !QFileInfo(ProjectStore::databaseFile(folder)).isFile()) {
+        setError(tr("%1 is no project. The one that is open stays open.").arg(folder));
+        emit openingFailed();
+        return;
+    }
     closeProject();
     dismissError();
     m_projectName = QFileInfo(QDir(folder).absolutePath()).fileName();
@@ -153,21 +160,18 @@ void ViewerController::onSceneFilled()
     setBusy(false);
     takeOpeningView();
     emit opened();
-    tellPlanTrouble();
 }
 
-void ViewerController::tellPlanTrouble()
+void ViewerController::followPlan()
 {
-    const View3d::PlanLoader* const loader = SceneRoot::instance()->planLoader();
-    if (!loader->problem().isEmpty())
-        setError(loader->problem());
     if (m_planFollowed)
         return;
     m_planFollowed = true;
+    const View3d::PlanLoader* const loader = SceneRoot::instance()->planLoader();
     // Of one that the user has chosen its own screen tells.
     const auto tell = [this](const QString& text) {
         if (!m_plans.loading())
-            setError(text);
+            setPlanTrouble(text);
     };
     connect(loader, &View3d::PlanLoader::problemArisen, this, [loader, tell] { tell(loader->problem()); });
     connect(loader, &View3d::PlanLoader::corruptedPlanFile, this,
@@ -346,7 +350,7 @@ void ViewerController::adaptLens()
 
 QString ViewerController::errorText() const
 {
-    QStringList texts {m_troubleText, m_errorText};
+    QStringList texts {m_troubleText, m_planText, m_errorText};
     texts.removeAll({});
     return texts.join(QLatin1Char('\n'));
 }
@@ -354,6 +358,7 @@ QString ViewerController::errorText() const
 void ViewerController::dismissError()
 {
     setError({});
+    setPlanTrouble({});
     setTrouble({});
 }
 
@@ -369,6 +374,7 @@ void ViewerController::setBusy(bool busy)
     if (m_busy == busy)
         return;
     m_busy = busy;
+    m_plans.setProjectFilling(busy);
     emit busyChanged();
 }
 
@@ -384,6 +390,14 @@ void ViewerController::setError(const QString& text)
     if (m_errorText == text)
         return;
     m_errorText = text;
+    emit errorTextChanged();
+}
+
+void ViewerController::setPlanTrouble(const QString& text)
+{
+    if (m_planText == text)
+        return;
+    m_planText = text;
     emit errorTextChanged();
 }
 

@@ -141,8 +141,8 @@ signals:
 private:
     void onRead(const Database::OpenedProject& opened);
     void onSceneFilled();
-    /** Of the plan that the project has. */
-    void tellPlanTrouble();
+    /** Hears of what is wrong with the plan that the project has; before the first is loaded. */
+    void followPlan();
     void takeOpeningView();
     void followCamera();
     void adaptLens();
@@ -153,6 +153,7 @@ private:
     void setBusy(bool busy);
     void setProgress(double progress, const QString& text);
     void setError(const QString& text);
+    void setPlanTrouble(const QString& text);
     void setTrouble(const QString& text);
     void setCurrentId(const QString& id);
     void onSelectionChanged();
@@ -175,6 +176,7 @@ private:
     QString m_projectName;
     QString m_progressText;
     QString m_errorText;
+    QString m_planText;
     QString m_troubleText;
     QString m_currentId;
     double m_progress = 0;

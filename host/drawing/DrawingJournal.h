@@ -15,6 +15,8 @@ struct DrawingReport {
     QStringList warnings;       ///< for the user, where a plan came of it and not all is well
     QString format;             ///< "DXF 2004"
     double metresPerUnit = 0.0; ///< 0 where the file doesn't tell
+    double width = 0.0;         ///< of its longer side, in its units; 0 for a point
+    double fromOrigin = 0.0;    ///< how far its middle lies from its origin, in its units
     int entities = 0;           ///< of the model, as the file's text counts them; 0 for a DWG
     int lost = 0;
     int segments = 0;

@@ -6,6 +6,7 @@
 
 #include <QFileInfo>
 
+#include <algorithm>
 #include <new>
 
 namespace Torvik::DXF {
@@ -62,6 +63,23 @@ void fail(DrawingReport& report, DrawingFile& file, DrawingProblem problem, cons
                                                 : QStringLiteral("%1 (%2)").arg(report.message, complaint));
 }
 
+void measure(DrawingReport& report, const DrawingMeshes& drawing)
+{
+    if (drawing.meshes.isEmpty())
+        return;
+    QVector3D smallest = drawing.meshes.first().smallest;
+    QVector3D largest = drawing.meshes.first().largest;
+    for (const DrawingMesh& mesh : drawing.meshes) {
+        smallest = {std::min(smallest.x(), mesh.smallest.x()), 0.0F, std::min(smallest.z(), mesh.smallest.z())};
+        largest = {std::max(largest.x(), mesh.largest.x()), 0.0F, std::max(largest.z(), mesh.largest.z())};
+    }
+    const QVector3D size = largest - smallest;
+    QVector3D middle = drawing.cropOffset.value_or(QVector3D()) + (smallest + largest) / 2;
+    middle.setY(0.0F);
+    report.width = double(std::max(size.x(), size.z()));
+    report.fromOrigin = double(middle.length());
+}
+
 void readInto(DrawingResult& result, const std::shared_ptr<const std::atomic<bool>>& cancelled)
 {
     DrawingReport& report = result.report;
@@ -86,6 +104,7 @@ void readInto(DrawingResult& result, const std::shared_ptr<const std::atomic<boo
     report.warnings = warningsOf(file, read.losses, report.path);
     log(report, read);
     result.meshes = meshesOf(read.drawing);
+    measure(report, result.meshes);
 }
 
 } // namespace

@@ -49,8 +49,39 @@ private slots:
         put("site.png");
 
         QCOMPARE(PlanCopy::freeName("/a/site.png", folder(), folder() + "site.png"), QString("site.png"));
-        QCOMPARE(PlanCopy::freeName("/a/site.pdf", folder(), folder() + "site.png"), QString("site.pdf"));
+        // Its picture comes before that plan is sure to go.
+        QCOMPARE(PlanCopy::freeName("/a/site.pdf", folder(), folder() + "site.png"), QString("site-2.pdf"));
         QCOMPARE(PlanCopy::freeName("/a/site.png", folder(), folder() + "other.png"), QString("site-2.png"));
+    }
+
+    void namesAreOnesThatPlanXmlCanHold_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("/a/back\\slash.png") << "back_slash.png";
+        QTest::newRow("/a/two\nlines.dxf") << "two_lines.dxf";
+        QTest::newRow("/a/ blank .png") << "blank.png";
+    }
+
+    void namesAreOnesThatPlanXmlCanHold()
+    {
+        QTEST(PlanCopy::loadableName(QTest::currentDataTag()), "name");
+        QVERIFY(PlanCopy::needsCopy(QTest::currentDataTag()));
+    }
+
+    void aLongNameLeavesRoomForWhatComesToIt()
+    {
+        const QString name = PlanCopy::loadableName("/a/" + QString(240, QChar(0xFC)) + ".png");
+
+        QCOMPARE(name, QString(100, QChar(0xFC)) + ".png");
+    }
+
+    void aCopyThatIsCancelledIsNotThere()
+    {
+        put("site.png");
+
+        QCOMPARE(PlanCopy::copy(folder() + "site.png", folder() + "copy.png", true), QString());
+
+        QCOMPARE(QDir(folder()).entryList(QDir::Files), QStringList("site.png"));
     }
 
     void aCopyCanBeWrittenTo()
@@ -58,10 +89,10 @@ private slots:
         put("closed.png");
         QVERIFY(QFile::setPermissions(folder() + "closed.png", QFile::ReadOwner));
 
-        QCOMPARE(PlanCopy::copy(folder() + "closed.png", folder() + "copy.png"), QString());
+        QCOMPARE(PlanCopy::copy(folder() + "closed.png", folder() + "copy.png", false), QString());
 
         QVERIFY(QFile::permissions(folder() + "copy.png") & QFile::WriteOwner);
-        QVERIFY(!PlanCopy::copy(folder() + "missing.png", folder() + "other.png").isEmpty());
+        QVERIFY(!PlanCopy::copy(folder() + "missing.png", folder() + "other.png", false).isEmpty());
         QVERIFY(!QFile::exists(folder() + "other.png"));
     }
 

@@ -1,4 +1,5 @@
 #include "plans/PlanFiles.h"
+#include "plans/PlanSwap.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -196,7 +197,7 @@ private slots:
         QCOMPARE(files(), QStringList("docs/old.png"));
     }
 
-    void aBackupThatIsInTheWayChangesNothing()
+    void aBackupThatIsInTheWayIsKeptUnderAnotherName()
     {
         const QString old = put("docs/old.png", "old");
         put("docs/old.png.bak", "older");
@@ -204,11 +205,51 @@ private slots:
 
         const auto swapped = PlanFiles::swap(old, source, at("docs/new.png"));
 
-        QCOMPARE(swapped.newPath, source);
-        QVERIFY(swapped.problem.contains("old.png.bak"));
+        QCOMPARE(swapped.problem, QString());
+        QCOMPARE(content(at("docs/new.png")), QByteArray("new"));
+        QCOMPARE(content(at("docs/old.png-1.bak")), QByteArray("older"));
+        QCOMPARE(files(), (QStringList {"docs/new.png", "docs/old.png-1.bak"}));
+    }
+
+    void untilTheEndASwapCanBeTakenBack_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("other name") << "new.png";
+        QTest::newRow("same name") << "old.png";
+        QTest::newRow("name of a third file") << "third.png";
+    }
+
+    void untilTheEndASwapCanBeTakenBack()
+    {
+        QFETCH(QString, name);
+        const QString old = put("docs/old.png", "old");
+        put("docs/third.png", "third");
+        const QString source = put("stick/" + name, "new");
+        const QStringList before = files();
+        PlanSwap swap(old, source, at("docs/" + name));
+
+        QCOMPARE(swap.begin(), QString());
+        QCOMPARE(content(at("docs/" + name)), QByteArray("new"));
+        QCOMPARE(content(PlanFiles::backupOf(old)), QByteArray("old"));
+        QCOMPARE(swap.takeBack(), QString());
+
+        QCOMPARE(files(), before);
         QCOMPARE(content(old), QByteArray("old"));
         QCOMPARE(content(source), QByteArray("new"));
-        QCOMPARE(content(at("docs/old.png.bak")), QByteArray("older"));
+        QCOMPARE(content(at("docs/third.png")), QByteArray("third"));
+    }
+
+    void aFileInItsPlaceIsTakenBackToNowhere()
+    {
+        const QString old = put("docs/old.png", "old");
+        const QString path = put("docs/new.png", "new");
+        const QStringList before = files();
+        PlanSwap swap(old, path, path);
+
+        QCOMPARE(swap.begin(), QString());
+        QCOMPARE(swap.takeBack(), QString());
+
+        QCOMPARE(files(), before);
     }
 
     void anOldFileThatIsGoneHindersNobody()

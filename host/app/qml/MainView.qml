@@ -3,6 +3,7 @@ import QtQuick.Controls 2.12
 import QtQuick.Layouts 1.12
 import QtQuick.Dialogs 1.3
 import ostel.controls 1.0
+import projectmanagement 1.0
 
 import "."
 
@@ -47,7 +48,12 @@ Rectangle {
     DropArea {
         anchors.fill: parent
         onDropped: {
-            if (drop.hasUrls) {
+            if (!drop.hasUrls || hostScreens.open.length > 0)
+                return
+            if (viewer.projectOpen && PlanKinds.knows(drop.urls[0])) {
+                planBar.open = true
+                planBar.choose(drop.urls[0])
+            } else {
                 viewer.openProject(drop.urls[0])
             }
         }

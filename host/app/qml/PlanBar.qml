@@ -24,21 +24,25 @@ Rectangle {
 
     /** Loads a file's plan; asks first where one lies already. */
     function choose(file) {
-        const refused = plans.refusal(file)
-        if (refused !== "") {
-            MessageBox.error(qsTr("This cannot be a plan"), refused)
-        } else if (plans.hasPlan) {
-            const text = plans.floor < 0
-                ? qsTr("%1 lies under the network. When the new plan has been loaded, the old one goes, and its file in "
-                       + "the project is deleted.")
-                : qsTr("%1 lies on this floor. When the new plan has been loaded, the old one goes.")
-            MessageBox.question(qsTr("Replace the plan?"), text.arg(plans.planName), function(yes) {
-                if (yes)
-                    load(file)
-            })
-        } else {
+        if (refused(file))
+            return
+        const question = plans.questionBeforeLoad()
+        if (question === "") {
             load(file)
+            return
         }
+        MessageBox.question(qsTr("Replace the plan?"), question, function(yes) {
+            // Meanwhile much may have happened to the file and the project.
+            if (yes && !refused(file))
+                load(file)
+        })
+    }
+
+    function refused(file) {
+        const why = plans.refusal(file)
+        if (why !== "")
+            MessageBox.error(qsTr("This cannot be a plan"), why)
+        return why !== ""
     }
 
     function load(file) {
@@ -72,13 +76,13 @@ Rectangle {
                 if (!result)
                     return
                 plans.heights = result.floorsModel
-                area.floorModel = result.floorsModel
             }
         })
     }
 
     function remove() {
-        const text = plans.floor < 0
+        const text = plans.forALook
+            ? qsTr("%1 is taken out of the view. Its file stays where it is.") : plans.floor < 0
             ? qsTr("%1 is taken out of the view and out of the project. Its file stays among the project's documents.")
             : qsTr("%1 is taken off this floor. Its file stays where it is.")
         MessageBox.question(qsTr("Remove the plan?"), text.arg(plans.planName), function(yes) {
@@ -104,7 +108,18 @@ Rectangle {
         function onFailed(text) {
             MessageBox.error(qsTr("The plan cannot be laid"), text, function() { screenManager.close() })
         }
+        function onNotStored(text) { MessageBox.error(qsTr("Not stored"), text) }
         function onNoted(text) { MessageBox.info(qsTr("Not all of the plan is there"), text) }
+    }
+
+    Connections {
+        target: FloorNav
+
+        // Floors are seen from the front as lines.
+        function onFloorValuesChanged() {
+            if (bar.area)
+                bar.area.floorModel = FloorNav.floorValues
+        }
     }
 
     ColumnLayout {
@@ -184,7 +199,8 @@ Rectangle {
                 objectName: "planName"
                 height: Style.touch
                 verticalAlignment: Text.AlignVCenter
-                text: bar.hasPlan ? bar.plans.planName : qsTr("No plan here")
+                text: !bar.hasPlan ? qsTr("No plan here")
+                                   : bar.plans.forALook ? qsTr("%1, for a look").arg(bar.plans.planName) : bar.plans.planName
                 textFormat: Text.PlainText
                 color: Style.quietInk
                 font.pixelSize: Style.textSize
