@@ -6,20 +6,15 @@ QtObject {
         property var appStateData: appState
         property QtObject videoCreationHandler: VideoCreationHandler {}
         property QtObject videoRecorder: QtObject { function stop() {} }
-        property QtObject translationHelper: QtObject {
-            function errorMessageFromErrorCode(errorCode) { return "Error " + errorCode.code }
-        }
+        property QtObject translationHelper: QtObject { function errorMessageFromErrorCode(code) { return "Error" } }
     }
-    property var ostel: ({ "uiHelper": { "stopInclinationMeasurement": function() {} } })
+    property QtObject ostel: QtObject { property QtObject uiHelper: QtObject { function stopInclinationMeasurement() {} } }
     property QtObject formatHelper: QtObject {
         property string currentLocaleName: Qt.locale().name
         function distanceUnitString() { return "m" }
         function convertLength(from, to, length) { return Number(length) }
     }
-    property QtObject screenManager: QtObject {
-        property string ongoingScreenKey
-        function show(name, args) { console.log("no screen " + name) }
-    }
+    property QtObject screenManager: QtObject { function show(name, args) { console.log("no screen " + name) } }
     property var pageStack: ({ "currentItem": { "_key": "Screens::InspectionScreen" } })
     property var font_Regular: ({ "name": "DejaVu Sans" })
     readonly property var icon: ({ "active": "", "enabled": "", "disabled": "" })

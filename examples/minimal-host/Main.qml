@@ -4,7 +4,6 @@ import view3d 1.0
 
 Window {
     width: 1000; height: 700; visible: true
-
     Window3d {
         anchors.fill: parent
         mapWanted: false

@@ -1,5 +1,4 @@
 import QtQml 2.12
-
 QtObject {
     enum State { StateIdle, StateRecording }
     property int state: VideoCreationHandler.StateIdle

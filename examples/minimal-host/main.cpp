@@ -26,21 +26,19 @@ class AppStateData : public QObject {
     Q_PROPERTY(Torvik::QmlWrapper::CQmlDomainObject activeInspection READ inspection WRITE setInspection NOTIFY changed)
     Q_PROPERTY(Torvik::QmlWrapper::CQmlDomainObject activeStructure READ structure NOTIFY changed)
     Q_PROPERTY(Torvik::QmlWrapper::CQmlDomainObject invalidObject READ none CONSTANT)
-    Q_PROPERTY(bool project3dActive READ project3dActive NOTIFY changed)
 
 public:
     AppStateData()
     {
-        connect(&AppState::instance(), &AppState::activeProjectChanged, this, &AppStateData::changed);
-        connect(&AppState::instance(), &AppState::activeInspectionChanged, this, &AppStateData::changed);
-        connect(&AppState::instance(), &AppState::activeStructureChanged, this, &AppStateData::changed);
+        for (const auto signal : {&AppState::activeProjectChanged, &AppState::activeInspectionChanged,
+                                  &AppState::activeStructureChanged})
+            connect(&AppState::instance(), signal, this, &AppStateData::changed);
     }
     CQmlDomainObject project() const { return CQmlDomainObject(AppState::instance().getActiveProject()); }
     CQmlDomainObject inspection() const { return CQmlDomainObject(AppState::instance().getActiveInspection()); }
     void setInspection(const CQmlDomainObject& object) { AppState::instance().setActiveInspection(object.object()); }
     CQmlDomainObject structure() const { return CQmlDomainObject(AppState::instance().getActiveStructure()); }
     CQmlDomainObject none() const { return {}; }
-    bool project3dActive() const { return AppState::instance().is3dProjectActive(); }
 
 signals:
     void changed();
@@ -94,12 +92,11 @@ int main(int argc, char** argv)
     if (!opened.project)
         return qWarning("%s", qPrintable(argc > 1 ? opened.error : "minimal-host PROJECT [PICTURE]")), 1;
     AppState::instance().setActiveProject(opened.project);
-    if (argc > 2) {
+    if (argc > 2)
         QTimer::singleShot(3000, &app, [&] {
             auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().value(0));
             app.exit(window && window->grabWindow().save(QString::fromLocal8Bit(argv[2])) ? 0 : 1);
         });
-    }
     const int status = app.exec();
     store.close(opened.project);
     return status;

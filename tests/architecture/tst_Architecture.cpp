@@ -2,6 +2,7 @@
 
 #include <QDirIterator>
 #include <QFile>
+#include <QRegularExpression>
 #include <QtTest>
 
 using namespace SourceRules;
@@ -64,6 +65,7 @@ private slots:
     void theGroundKnowsNoSceneGraph();
     void includedFilesExist();
     void noFileIsLongerThanAReaderBears();
+    void theHostsPageNamesWhatTheViewAsksFor();
 };
 
 void tst_Architecture::theRulesFindAnUpwardInclude()
@@ -200,6 +202,36 @@ void tst_Architecture::includedFilesExist()
     }
 
     QVERIFY(seen > 0);
+    QVERIFY2(missing.isEmpty(), qPrintable(listed(missing)));
+}
+
+void tst_Architecture::theHostsPageNamesWhatTheViewAsksFor()
+{
+    const QString page = read(QStringLiteral("docs/embedding.md"));
+    const QVector<QRegularExpression> asked {
+        QRegularExpression(QStringLiteral(
+            "\\b((?:belmora|ostel|design|formatHelper|screenManager|pageStack|font_Regular|endpoints|MessageBox"
+            "|MessageBoxUtils|WaitingBox|DomainObjectProvider|VideoCreationHandler|Raster)(?:\\.\\w+)+)")),
+        QRegularExpression(QStringLiteral("^import ((?!Qt|com\\.torvik)[A-Za-z][\\w.]*) 1\\.0"),
+                           QRegularExpression::MultilineOption),
+        QRegularExpression(QStringLiteral("show\\(\"([\\w:]+)\""))};
+    QStringList missing;
+    int found = 0;
+    for (const QString& file : filesBelow({QStringLiteral("resources/qml")}, {QStringLiteral("*.qml")})) {
+        const QString text = read(file);
+        for (const QRegularExpression& expression : asked) {
+            for (auto matches = expression.globalMatch(text); matches.hasNext(); ++found) {
+                const QString name = matches.next().captured(1);
+                for (const QString& part : name.split(QLatin1Char('.'))) {
+                    const QRegularExpression word(QStringLiteral("\\b%1\\b").arg(part));
+                    if (part != QLatin1String("endpoints") && !page.contains(word))
+                        missing << QStringLiteral("%1: %2").arg(file, name);
+                }
+            }
+        }
+    }
+
+    QVERIFY(found > 100);
     QVERIFY2(missing.isEmpty(), qPrintable(listed(missing)));
 }
 

@@ -4,6 +4,7 @@ function(step what)
     if(NOT result EQUAL 0)
         message(FATAL_ERROR "${what} failed (${result}):\n${output}")
     endif()
+    set(output "${output}" PARENT_SCOPE)
 endfunction()
 
 file(REMOVE_RECURSE ${SCRATCH})
@@ -26,6 +27,10 @@ if(xvfb)
     step("importing a project" ${BUILD}/bin/kxviewer import ${SAMPLE} ${SCRATCH}/project)
     step("running the minimal host" ${CMAKE_COMMAND} -E env QT_QPA_PLATFORM=xcb LIBGL_ALWAYS_SOFTWARE=1
         ${xvfb} -a -s "-screen 0 1280x1024x24" ${SCRATCH}/example/minimal-host ${SCRATCH}/project ${SCRATCH}/picture.png)
+    # What the page for hosts leaves out would be missing here.
+    if(output MATCHES "TypeError|ReferenceError|is not defined|is not a function|is not installed|is not a type|Unable to assign")
+        message(FATAL_ERROR "The minimal host lacks something:\n${output}")
+    endif()
     if(NOT EXISTS ${SCRATCH}/picture.png)
         message(FATAL_ERROR "The minimal host has painted no picture")
     endif()
