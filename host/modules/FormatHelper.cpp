@@ -2,6 +2,7 @@
 
 #include "host/domain/Foot.h"
 #include "host/domain/ShownUnit.h"
+#include "host/modules/Language.h"
 
 #include <QLocale>
 #include <QtNumeric>
@@ -15,6 +16,13 @@ double metresOf(const QString& unit)
 }
 
 } // namespace
+
+FormatHelper::FormatHelper(QObject* parent)
+    : QObject(parent)
+{
+    connect(&Base::ShownUnit::instance(), &Base::ShownUnit::changed, this, &FormatHelper::distanceUnitChanged);
+    connect(&Language::instance(), &Language::changed, this, &FormatHelper::localeChanged);
+}
 
 QString FormatHelper::distanceUnitString() const
 {

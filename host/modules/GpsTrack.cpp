@@ -117,7 +117,7 @@ GpsTrack GpsTrack::parse(const QString& text)
         if (time && fix && (track.fixes.isEmpty() || *time >= track.fixes.last().time)) {
             fix->time = *time;
             track.fixes.append(*fix);
-        } else if (!first || cells[0].at(0).isDigit()) {
+        } else if (!first || cells[0].isEmpty() || cells[0].at(0).isDigit()) {
             track.malformedLines.append(i + 1);
         }
         first = false;

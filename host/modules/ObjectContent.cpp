@@ -1,5 +1,6 @@
 #include "host/modules/ObjectContent.h"
 
+#include <QCoreApplication>
 #include <QtQml>
 
 namespace Torvik::Viewer {
@@ -130,7 +131,7 @@ QVariant ObjectContentListModel::data(const QModelIndex& index, int role) const
         return field.column;
     case TextRole:
     case Qt::DisplayRole:
-        return field.label;
+        return QCoreApplication::translate("ObjectContent", field.label.toUtf8().constData());
     case ValueRole:
         return m_accessor && m_accessor->domainObject().isValid()
                    ? m_accessor->domainObject().object()->readValue(field.column)

@@ -4,8 +4,6 @@ namespace Torvik::Viewer {
 
 namespace {
 const QString keyName = QStringLiteral("_key");
-// The network beside its lists is where inspections are looked at.
-const QString startScreen = QStringLiteral("Screens::InspectionScreen");
 } // namespace
 
 void ScreenManager::setOngoingScreenKey(const QString& key)
@@ -24,7 +22,7 @@ void ScreenManager::show(const QString& name, const QJSValue& arguments)
 
 PageStack::PageStack(QObject* parent)
     : QObject(parent)
-    , m_currentItem({{keyName, startScreen}})
+    , m_currentItem({{keyName, ScreenManager::startKey()}})
 {
 }
 

@@ -11,9 +11,13 @@ namespace Torvik::Viewer {
 class ScreenManager : public QObject {
     Q_OBJECT
     Q_PROPERTY(QString ongoingScreenKey READ ongoingScreenKey WRITE setOngoingScreenKey NOTIFY ongoingScreenKeyChanged)
+    Q_PROPERTY(QString startKey READ startKey CONSTANT)
 
 public:
     using QObject::QObject;
+
+    /** The network beside its lists, where inspections are looked at. */
+    static QString startKey() { return QStringLiteral("Screens::InspectionScreen"); }
 
     /** Key of the screen that the user works on. */
     QString ongoingScreenKey() const { return m_ongoingScreenKey; }
@@ -31,7 +35,7 @@ signals:
     void screenRequested(const QString& name, const QJSValue& arguments);
 
 private:
-    QString m_ongoingScreenKey;
+    QString m_ongoingScreenKey {startKey()};
 };
 
 /** The page on top, as QML knows it under the name "pageStack". */

@@ -38,6 +38,9 @@ private slots:
         QCOMPARE(track.malformedLines, QVector<int>({2, 3, 4, 5, 6, 7, 9}));
         QVERIFY(GpsTrack::parse("").fixes.isEmpty());
         QCOMPARE(GpsTrack::parse("7,x,y\n").malformedLines, QVector<int>({1}));
+        const GpsTrack withoutATime = GpsTrack::parse(",48,11\n0,48,11");
+        QCOMPARE(withoutATime.fixes.size(), 1);
+        QCOMPARE(withoutATime.malformedLines, QVector<int>({1}));
     }
 
     void theFixOfATime()

@@ -1,10 +1,14 @@
 #include "common/SceneTest.h"
 #include "common/TestProject.h"
+#include "domain/boundary/AppState.h"
 #include "domain/boundary/BaseServices.h"
+#include "domain/boundary/CProjectObject.h"
+#include "domain/boundary/CQmlDomainObject.h"
 #include "host/app/ViewerController.h"
 #include "host/domain/HostSettings.h"
 #include "host/domain/ShownUnit.h"
 #include "host/modules/Language.h"
+#include "host/modules/ObjectContent.h"
 #include "view/ViewerScreen.h"
 
 #include <QQmlComponent>
@@ -29,6 +33,8 @@ private slots:
     void theViewKeepsItsPictureAndPose();
     void theViewsOwnTextsFollow();
     void lengthsFollowTheUnit();
+    void theGridsTextFollowsTheUnitAndTheLanguage();
+    void formsOfObjectsAreInTheLanguage();
     void aProjectSaysItsOwnUnit();
     void nothingWarned() { QCOMPARE(QmlWarnings::list(), QStringList()); }
 
@@ -156,6 +162,60 @@ void tst_Language::lengthsFollowTheUnit()
     m_screen->click("metricButton");
     QCOMPARE(nodes->index(0, 0).data(Torvik::Viewer::ObjectListModel::DetailRole).toString(),
              QStringLiteral("manhole, 3.05 m deep"));
+}
+
+void tst_Language::theGridsTextFollowsTheUnitAndTheLanguage()
+{
+    // The squares stay those of the project, so what is told of them must be the same length.
+    const double metres = Torvik::View3d::SceneRoot::instance()->gridSize() * 0.1;
+    const auto told = [this] { return m_screen->text("gridScaleText"); };
+    const auto lengthOf = [](const QString& text) {
+        const QStringList parts = text.split(' ');
+        const double unit = parts.value(1) == "ft"     ? 0.3048
+                            : parts.value(1) == "inch" ? 0.0254
+                            : parts.value(1) == "cm"   ? 0.01
+                                                       : 1.0;
+        return QLocale().toDouble(parts.value(0)) * unit;
+    };
+    const QString before = told();
+    QVERIFY2(before.endsWith("m") && qAbs(lengthOf(before) - metres) < 1e-6, qPrintable(before));
+
+    Torvik::Base::ShownUnit::instance().setImperial(true);
+    QVERIFY2(told().endsWith("ft") || told().endsWith("inch"), qPrintable(told()));
+    QVERIFY2(qAbs(lengthOf(told()) / metres - 1.0) < 0.04, qPrintable(told()));
+    Language::instance().choose("de");
+    QVERIFY2(told().contains(',') && qAbs(lengthOf(told()) / metres - 1.0) < 0.04, qPrintable(told()));
+
+    Torvik::Base::ShownUnit::instance().setImperial(false);
+    QCOMPARE(told(), before);
+}
+
+void tst_Language::formsOfObjectsAreInTheLanguage()
+{
+    using namespace Torvik::Viewer;
+    const auto project = Torvik::AppState::instance().getActiveProject().staticCast<Torvik::Database::CProjectObject>();
+    const Torvik::QmlWrapper::CQmlDomainObject pipe(project->lookupObject(m_controller->idOfKey("H1")));
+    DomainObjectDataAccessor accessor;
+    accessor.setDomainObject(pipe);
+    TemplateLoader form;
+    form.setTemplateId(pipe.queryTemplateId());
+    ObjectContentListModel fields;
+    fields.setDataAccessor(&accessor);
+    fields.setTemplateLoader(&form);
+    const auto label = [&fields](const QString& column) {
+        for (int row = 0; row < fields.rowCount(); ++row) {
+            if (fields.index(row).data(ObjectContentListModel::BoundColumnRole).toString() == column)
+                return fields.index(row).data(ObjectContentListModel::TextRole).toString();
+        }
+        return QString();
+    };
+    QCOMPARE(label("OBJ_Street"), QStringLiteral("Street"));
+
+    Language::instance().choose("de");
+
+    QCOMPARE(label("OBJ_Street"), QString::fromUtf8("Stra\xc3\x9f"
+                                                    "e"));
+    QCOMPARE(label("OBJ_City"), QStringLiteral("Ort"));
 }
 
 void tst_Language::aProjectSaysItsOwnUnit()

@@ -23,6 +23,14 @@ Item {
     readonly property var sceneRoot: parentScene ? parentScene.sceneRoot : null
     readonly property var camera: parentScene ? parentScene.camera : null
 
+    /** The grid keeps the project's unit when the user reads another one: its squares are then no whole numbers. */
+    function numberText(number, oddFactor) {
+        const whole = Math.round(number)
+        return Math.abs(number - whole) < 0.01 ? whole.toString()
+                                               : Number(number * oddFactor).toLocaleString(
+                                                     Qt.locale(formatHelper.currentLocaleName), "f", 1)
+    }
+
     function determineText() {
         if (!sceneRoot) {
             return ""
@@ -30,16 +38,19 @@ Item {
         const size = Math.round(sceneRoot.gridSize * 1000) / 1000
         let factor
         let unit
+        let oddFactor = 1
         if (formatHelper.distanceUnitString() === "ft") {
             const inches = size < 3.048
             factor = inches ? 10.0 / 1.27 : 10.0 / 30.48
             unit = inches ? "inch" : "ft"
+            // The smallest square in feet counts for ten; a metric one has its own inches of 2.54 cm.
+            oddFactor = inches ? 0.5 : 1
         } else {
             const centimetres = size < 10.0
             factor = centimetres ? 10.0 : 0.1
             unit = centimetres ? "cm" : "m"
         }
-        return Math.round(size * factor) + " " + unit
+        return numberText(size * factor, oddFactor) + " " + unit
     }
 
     anchors { left: parent.left; bottom: parent.bottom; margins: baseMargin }
@@ -55,7 +66,8 @@ Item {
         color: design.misc.flyingObject.textColor
         font.pixelSize: design.misc.flyingObject.fontSize
         font.family: font_Regular.name
-        text: gridScaleInfo.determineText()
+        // A function can't tell that it would give something else; hosts whose unit changes have a property for that.
+        text: formatHelper.distanceUnit, gridScaleInfo.determineText()
     }
 
     Rectangle {

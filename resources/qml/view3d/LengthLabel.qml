@@ -36,6 +36,7 @@ Rectangle {
         elide: Text.ElideRight
         font.pixelSize: design.misc.thumbnailItem.fontSize
         font.family: font_Regular.name
-        text: lengthLabel.determineText()
+        // Read for its changes, where the host's unit has any.
+        text: formatHelper.distanceUnit, lengthLabel.determineText()
     }
 }

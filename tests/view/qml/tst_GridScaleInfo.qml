@@ -58,6 +58,15 @@ Item {
                     {tag: "inches", feet: true, size: 1.27, text: "10 inch"},
                     {tag: "a foot", feet: true, size: 3.048, text: "1 ft"},
                     {tag: "feet", feet: true, size: 15.24, text: "5 ft"},
+                    // The user reads another unit than the project's, which the grid keeps.
+                    {tag: "10 cm in inches", feet: true, size: 1, text: "3.9 inch"},
+                    {tag: "20 cm in inches", feet: true, size: 2, text: "7.9 inch"},
+                    {tag: "half a metre in feet", feet: true, size: 5, text: "1.6 ft"},
+                    {tag: "a metre in feet", feet: true, size: 10, text: "3.3 ft"},
+                    {tag: "500 m in feet", feet: true, size: 5000, text: "1640.4 ft"},
+                    {tag: "5 inches in centimetres", feet: false, size: 1.27, text: "12.7 cm"},
+                    {tag: "a foot in centimetres", feet: false, size: 3.048, text: "30.5 cm"},
+                    {tag: "5 feet in metres", feet: false, size: 15.24, text: "1.5 m"},
                     // As a float arrives in QML.
                     {tag: "a float", feet: true, size: 3.0480000972, text: "1 ft"},
                     {tag: "a float below", feet: true, size: 3.0479998588, text: "1 ft"}]
