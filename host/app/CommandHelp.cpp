@@ -47,7 +47,8 @@ VIEW, for a window or a picture:
 --screenshot FILE      the ending names the format (png, jpg, bmp, ppm); the picture is taken once the project is
                        read and painted
 --print FILE           the view on a page of A4 as PDF, true to scale, with scale bar, north arrow and the project's data
---whole-window         with lists and buttons in the picture, not only the scene
+--window, --whole-window
+                       with --screenshot: a picture of the whole window, with lists and buttons, not only of the scene
 
 import:
   SOURCE               ISYBAU XML (2013, 2017), EPA SWMM (.inp), or anything that GDAL/OGR opens

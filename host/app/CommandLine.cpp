@@ -159,7 +159,7 @@ QString readViewOptions(const Sorted& sorted, Options& options)
         error = readDistance(sorted.value(QStringLiteral("--distance")), options.distance);
     options.goToKey = sorted.value(QStringLiteral("--go-to"));
     options.fit = sorted.has(QStringLiteral("--fit"));
-    options.wholeWindow = sorted.has(QStringLiteral("--whole-window"));
+    options.wholeWindow = sorted.has(QStringLiteral("--whole-window")) || sorted.has(QStringLiteral("--window"));
     options.tiles = sorted.value(QStringLiteral("--tiles"));
     options.noMap = sorted.has(QStringLiteral("--no-map"));
     options.gps = sorted.value(QStringLiteral("--gps"));
@@ -298,12 +298,12 @@ QString missingBeside(const Sorted& sorted)
     const bool listen = sorted.has(QStringLiteral("--listen"));
     if (replay && listen)
         return QStringLiteral("--replay and --listen exclude each other");
-    for (const QString& option : {QStringLiteral("--speed"), QStringLiteral("--window")}) {
-        if (sorted.has(option) && !replay)
-            return QStringLiteral("%1 goes with --replay").arg(option);
-    }
-    if (sorted.has(QStringLiteral("--window")) && sorted.has(QStringLiteral("--screenshot")))
-        return QStringLiteral("--window and --screenshot exclude each other");
+    if (sorted.has(QStringLiteral("--speed")) && !replay)
+        return QStringLiteral("--speed goes with --replay");
+    const bool picture = sorted.has(QStringLiteral("--screenshot"));
+    if (sorted.has(QStringLiteral("--window")) && replay == picture)
+        return replay ? QStringLiteral("with --replay, --window and --screenshot exclude each other")
+                      : QStringLiteral("--window goes with --screenshot or --replay");
     if (sorted.has(QStringLiteral("--real-time")) && !replay && !listen)
         return QStringLiteral("--real-time goes with --replay or --listen");
     if (sorted.has(QStringLiteral("--address")) && !listen)

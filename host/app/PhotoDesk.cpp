@@ -114,12 +114,13 @@ void PhotoDesk::start(QQuickItem* window3d, Product product)
     setBusy(true);
     window3d->setProperty(pendingProperty, true);
     auto* taker = new PictureTaker(window3d->window(), this);
-    taker->waitWhile([] { return View3d::LabelBoard::instance().isBusy(); });
+    taker->pictureOf(areaOf(window3d));
+    taker->waitWhile([this] { return View3d::LabelBoard::instance().isBusy() || (m_incomplete && m_incomplete()); });
     const QPointer<QQuickItem> view(window3d);
-    connect(taker, &PictureTaker::taken, this, [this, taker, view, product](const QImage& window) {
+    connect(taker, &PictureTaker::taken, this, [this, taker, view, product](const QImage& picture) {
         taker->deleteLater();
         if (view)
-            onTaken(window, view, product);
+            onTaken(picture, view, product);
         setBusy(false);
     });
     connect(taker, &PictureTaker::gaveUp, this, [this, taker, view] {
@@ -132,14 +133,9 @@ void PhotoDesk::start(QQuickItem* window3d, Product product)
     taker->start();
 }
 
-void PhotoDesk::onTaken(const QImage& window, QQuickItem* window3d, Product product)
+void PhotoDesk::onTaken(const QImage& picture, QQuickItem* window3d, Product product)
 {
-    const QQuickItem* area = areaOf(window3d);
-    const double ratio = window.width() / std::max(1.0, double(window3d->window()->width()));
-    const QRectF place = area->mapRectToScene(QRectF(0, 0, area->width(), area->height()));
-    QImage picture =
-        window.copy(QRectF(place.topLeft() * ratio, place.size() * ratio).toAlignedRect().intersected(window.rect()));
-    picture.setDevicePixelRatio(1.0);
+    const double ratio = picture.width() / std::max(1.0, areaOf(window3d)->width());
     const QString path = pathFor(window3d, product);
     const QString error = product == Product::Picture
                               ? writeImage(labelled(picture, window3d), path)

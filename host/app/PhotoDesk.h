@@ -3,6 +3,8 @@
 #include <QImage>
 #include <QObject>
 
+#include <functional>
+
 class QQuickItem;
 
 namespace Torvik::Viewer {
@@ -19,6 +21,8 @@ public:
     bool busy() const { return m_busy; }
     /** Where files go; the user's folder of pictures, and of documents for pages, if it is empty. */
     void setFolder(const QString& folder) { m_folder = folder; }
+    /** While this holds, what is under the network is not all there yet, and a picture waits for it. */
+    void waitWhile(std::function<bool()> incomplete) { m_incomplete = std::move(incomplete); }
 
     /** A PNG file named after project, time and scale; the scale stands in its text too. Nothing while busy. */
     Q_INVOKABLE void takePicture(QQuickItem* window3d);
@@ -42,11 +46,12 @@ private:
     enum class Product { Picture, Page };
 
     void start(QQuickItem* window3d, Product product);
-    void onTaken(const QImage& window, QQuickItem* window3d, Product product);
+    void onTaken(const QImage& picture, QQuickItem* window3d, Product product);
     void setBusy(bool busy);
     QString pathFor(const QQuickItem* window3d, Product product) const;
 
     QString m_folder;
+    std::function<bool()> m_incomplete;
     bool m_busy = false;
 };
 

@@ -79,6 +79,7 @@ QQuickWindow* loadWindow(QQmlApplicationEngine& engine, ViewerController& contro
 {
     registerHostModules(engine);
     engine.rootContext()->setContextProperty(QStringLiteral("mapEndpoints"), &endpoints);
+    controller.desk()->photos()->waitWhile([&endpoints] { return endpoints.busy(); });
     Language::instance().restore(options.language);
     engine.rootContext()->setContextProperty(QStringLiteral("viewer"), &controller);
     engine.load(QUrl(QStringLiteral("qrc:/viewer/MainWindow.qml")));

@@ -110,6 +110,9 @@ void tst_CommandLine::aPictureTakesSizeViewDistanceAndObject()
     QVERIFY(!options.fit);
     QVERIFY(!options.wholeWindow);
     QVERIFY(understood("--screenshot out.png --whole-window").wholeWindow);
+    QVERIFY(understood("--screenshot out.png --window").wholeWindow);
+    QCOMPARE(understood("--screenshot out.png --window").command, Command::Screenshot);
+    QVERIFY(!understood("--screenshot out.png").wholeWindow);
 }
 
 void tst_CommandLine::aPictureOfTheSampleNeedsNoProject()
@@ -321,6 +324,7 @@ void tst_CommandLine::wrongArgumentsGiveOneLine_data()
     row("record town H1 a.csv --fit", "--fit");
     row("town --noise 1", "--noise");
     row("town --inspect H1 --window", "--replay");
+    row("town --window", "--screenshot");
     row("town --inspect H1 --replay a.csv --window --screenshot b.png", "--window");
     row("town --listen 4711", "--inspect");
     row("town --inspect H1 --listen 65536", "65536");

@@ -1,5 +1,6 @@
 #include "common/SceneTest.h"
 #include "common/TestProject.h"
+#include "host/app/PictureTaker.h"
 #include "host/app/ViewerController.h"
 #include "host/domain/HostSettings.h"
 #include "host/domain/ShownUnit.h"
@@ -35,6 +36,9 @@ private slots:
     void lettersGoIntoTheSearch();
     void aPictureCarriesItsScale();
     void aPageIsAPdf();
+    void aPictureShowsNothingThatLiesOverTheScene();
+    void aPictureWaitsForWhatIsMissingUnderIt();
+    void aWindowThatPaintsNothingEndsTheWait();
     void theDetailsAreThoseOfTheSelectedObject();
     void theTreeLeadsToAnObject();
     void aRecentProjectOpensFromTheCard();
@@ -211,6 +215,70 @@ void tst_AppDesk::aPageIsAPdf()
     const QString kept = qEnvironmentVariable("KX_KEEP_PICTURES");
     if (!kept.isEmpty())
         QFile::copy(path, kept + "/page.pdf");
+}
+
+void tst_AppDesk::aPictureShowsNothingThatLiesOverTheScene()
+{
+    m_controller->fit();
+    m_screen->settle();
+    m_screen->window()->resize(480, 700);
+    QTRY_COMPARE(m_screen->window()->contentItem()->width(), 480.0);
+    m_screen->waitFrames(5);
+    const auto photograph = [this] {
+        QSignalSpy written(m_controller->desk()->photos(), &PhotoDesk::written);
+        press(Qt::Key_F12);
+        if (written.isEmpty() && !written.wait(30000))
+            return QImage();
+        m_screen->evaluate("MessageBox.answer(true)");
+        return QImage(written.first().first().toString()).convertToFormat(QImage::Format_RGB32);
+    };
+    const QImage before = photograph();
+    QVERIFY(!before.isNull());
+
+    m_controller->showError("Something is wrong");
+    if (!m_screen->visible("lists"))
+        m_screen->click("listsButton");
+    m_screen->waitFrames(3);
+    QVERIFY(m_screen->visible("errorBanner"));
+    QVERIFY(m_screen->visible("lists"));
+    const QImage picture = photograph();
+
+    QCOMPARE(picture.size(), before.size());
+    QCOMPARE(picture, before);
+    QVERIFY(m_screen->visible("errorBanner"));
+    m_controller->dismissError();
+    m_screen->click("listsButton");
+    m_screen->window()->resize(1000, 700);
+    QTRY_COMPARE(m_screen->window()->contentItem()->width(), 1000.0);
+    m_screen->waitFrames(5);
+}
+
+void tst_AppDesk::aPictureWaitsForWhatIsMissingUnderIt()
+{
+    bool missing = true;
+    PhotoDesk* const photos = m_controller->desk()->photos();
+    photos->waitWhile([&missing] { return missing; });
+    QSignalSpy written(photos, &PhotoDesk::written);
+
+    press(Qt::Key_F12);
+    m_screen->waitFrames(60);
+    QCOMPARE(written.count(), 0);
+    missing = false;
+
+    QVERIFY(written.wait(30000));
+    photos->waitWhile({});
+}
+
+void tst_AppDesk::aWindowThatPaintsNothingEndsTheWait()
+{
+    QQuickWindow neverShown;
+    Torvik::Viewer::PictureTaker taker(&neverShown);
+    taker.setPatience(200);
+    QSignalSpy gaveUp(&taker, &Torvik::Viewer::PictureTaker::gaveUp);
+
+    taker.start();
+
+    QVERIFY(gaveUp.wait(5000));
 }
 
 QString tst_AppDesk::detail(const QString& label) const
