@@ -136,8 +136,8 @@
         <translation>Höhen der Stockwerke</translation>
     </message>
     <message>
-        <source>%1: height above the floor below, in m</source>
-        <translation>%1: Höhe über dem Stockwerk darunter, in m</translation>
+        <source>Floor %1: height above the floor below, in %2</source>
+        <translation>Stockwerk %1: Höhe über dem Stockwerk darunter, in %2</translation>
     </message>
 </context>
 <context>

@@ -76,6 +76,11 @@ Haltung</translation>
         <translation>Die 3D-Ansicht oder Karte ist zu weit vom Ort der Inspektion entfernt.
 Ein Klick auf den Kompass führt dorthin zurück.</translation>
     </message>
+    <message>
+        <source>CameraTooFarFitMessage</source>
+        <translation>Die 3D-Ansicht oder Karte ist zu weit vom Ort der Inspektion entfernt.
+„Alles“ führt dorthin zurück.</translation>
+    </message>
 </context>
 <context>
     <name>Torvik.Belmora.App.LateralQuickAccessButton</name>

@@ -1,6 +1,8 @@
 #include "common/SceneTest.h"
 #include "common/TestProject.h"
 #include "host/app/ViewerController.h"
+#include "host/domain/ShownUnit.h"
+#include "host/modules/Language.h"
 #include "view/ViewerScreen.h"
 
 #include <memory>
@@ -45,6 +47,9 @@ private slots:
     void anAddressNeedsSomething();
     void floorsGiveTheirHeights();
     void screensLieOverEachOther();
+    void whatWasTypedStaysBelowAnotherScreen();
+    void theScreenThatTheUserWorksOnIsNamed();
+    void floorsAreToldInTheUnitAndTheLanguage();
     void aQuestionIsAnsweredOnce();
     void boxesComeOneAfterTheOther();
     void behindABoxNothingCanBeTouched();
@@ -182,6 +187,54 @@ void tst_HostScreens::screensLieOverEachOther()
     QCOMPARE(m_screen->text("modalCaption"), QString("first"));
     m_screen->click("acceptButton");
     QCOMPARE(answer(), QString("\"1\""));
+}
+
+void tst_HostScreens::whatWasTypedStaysBelowAnotherScreen()
+{
+    show("Input::ValueInputScreen", "{caption: 'first', labelText: '', defaultValue: 1}");
+    type("inputField0", "17");
+    show("Input::ValueInputScreen", "{caption: 'second', labelText: '', defaultValue: 2}");
+    type("inputField0", "3");
+    m_screen->click("cancelButton");
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    m_screen->waitFrames(2);
+
+    QCOMPARE(m_screen->text("modalCaption"), QString("first"));
+    QCOMPARE(m_screen->text("inputField0Input"), QString("17"));
+    m_screen->click("acceptButton");
+    QCOMPARE(answer(), QString("\"17\""));
+}
+
+void tst_HostScreens::theScreenThatTheUserWorksOnIsNamed()
+{
+    const auto key = [this] { return m_screen->evaluate("screenManager.ongoingScreenKey").toString(); };
+    QCOMPARE(key(), QString("Screens::InspectionScreen"));
+
+    show("Input::ValueInputScreen", "{caption: 'Length', labelText: '', defaultValue: 0}");
+    QCOMPARE(key(), QString("Input::ValueInputScreen"));
+
+    m_screen->click("cancelButton");
+    QCOMPARE(key(), QString("Screens::InspectionScreen"));
+}
+
+void tst_HostScreens::floorsAreToldInTheUnitAndTheLanguage()
+{
+    const QString arguments = "{model: [{rowId: 0, labelText: 'Floor 1', inputText: 0}, "
+                              "{rowId: 1, labelText: 'Floor 2', inputText: 3}]}";
+    Torvik::Base::ShownUnit::instance().setImperial(true);
+    Torvik::Viewer::Language::instance().choose("de");
+    show("View3d::FloorsInputScreen", arguments);
+    const QString label = m_screen->item("inputField1")->property("label").toString();
+    QVERIFY2(label.startsWith("Stockwerk 2") && label.endsWith("ft"), qPrintable(label));
+    QCOMPARE(m_screen->text("inputField1Input"), QString("9.84"));
+    type("inputField0", "10");
+
+    m_screen->click("acceptButton");
+
+    // What was not touched stays what it was.
+    QCOMPARE(answer(), QString("{\"floorsModel\":[3.048,3]}"));
+    Torvik::Viewer::Language::instance().choose("en");
+    Torvik::Base::ShownUnit::instance().setImperial(false);
 }
 
 void tst_HostScreens::aQuestionIsAnsweredOnce()

@@ -29,6 +29,35 @@ QVariant variant(const QGeoCoordinate& place)
     return QVariant::fromValue(place);
 }
 
+/** What QML files tell by console.error while it stands. */
+class QmlErrors {
+public:
+    QmlErrors()
+    {
+        list().clear();
+        previous() = qInstallMessageHandler(note);
+    }
+    ~QmlErrors() { qInstallMessageHandler(previous()); }
+    static QStringList& list()
+    {
+        static QStringList errors;
+        return errors;
+    }
+
+private:
+    static QtMessageHandler& previous()
+    {
+        static QtMessageHandler handler = nullptr;
+        return handler;
+    }
+    static void note(QtMsgType type, const QMessageLogContext& context, const QString& message)
+    {
+        if (type == QtCriticalMsg)
+            list() << message;
+        previous()(type, context, message);
+    }
+};
+
 } // namespace
 
 /** Going to places by the map: positions, addresses, and the scene's tie to the earth. */
@@ -109,6 +138,34 @@ private slots:
         QCOMPARE(tiedAt(), tiedBefore);
         QVERIFY(seen().distanceTo(there) < 1);
         QVERIFY(centre().distanceTo(there) < 1);
+    }
+
+    void fromTheFrontTheCameraGoesThereTooAndKeepsItsHeight_data()
+    {
+        QTest::addColumn<float>("off");
+        QTest::newRow("level") << 0.0F;
+        // What is left of a quarter turn by an animation.
+        QTest::newRow("nearly level") << 1e-5F;
+    }
+    void fromTheFrontTheCameraGoesThereTooAndKeepsItsHeight()
+    {
+        QFETCH(float, off);
+        openTown();
+        const QGeoCoordinate there = placeBeside(300, 90);
+        const QVector3D target =
+            GdalGeoProjector::instance()->sceneCoordsFromGeoCoords(there.latitude(), there.longitude());
+        window().look({0, 2.0F + off * 600, -600}, {0, 2, 0}, {0, 1, 0}, View3d::CameraController::View2dFront);
+        const QmlErrors errors;
+
+        call("gotoPosition", variant(there));
+        rest();
+
+        const QVector3D centre = window().camera()->viewCenter();
+        QVERIFY2(
+            (centre - QVector3D(target.x(), 2, target.z())).length() < 1,
+            qPrintable(QString("%1 %2 %3").arg(double(centre.x())).arg(double(centre.y())).arg(double(centre.z()))));
+        QVERIFY(std::abs(window().camera()->viewVector().length() - 600) < 1);
+        QCOMPARE(errors.list(), QStringList());
     }
 
     void aSceneWithAPlanStaysTied_data()

@@ -74,14 +74,26 @@ function addressScreen(args) {
 }
 
 function floorsScreen(args) {
+    const unit = formatHelper.distanceUnitString()
+    const most = Math.round(formatHelper.convertLength("m", unit, 100))
+    const metres = args.model.map(function(row) { return parseNumber(textOf(row.inputText)) })
+    const shown = args.model.map(function(row, floor) {
+        return unit === "m" || isNaN(metres[floor]) ? textOf(row.inputText)
+                                                    : formatHelper.convertLength("m", unit, metres[floor]).toFixed(2)
+    })
     return {
         "caption": args.caption || qsTr("Heights of the floors"),
-        "rows": args.model.map(function(row) {
-            return { "labelText": qsTr("%1: height above the floor below, in m").arg(row.labelText),
-                     "inputText": textOf(row.inputText), "number": true }
+        "rows": args.model.map(function(row, floor) {
+            return { "labelText": qsTr("Floor %1: height above the floor below, in %2").arg(floor + 1).arg(unit),
+                     "inputText": shown[floor], "number": true }
         }),
-        "check": function(texts) { return texts.map(function(text) { return withinError(text, -100, 100) }) },
-        "result": function(texts) { return { "floorsModel": texts.map(parseNumber) } }
+        "check": function(texts) { return texts.map(function(text) { return withinError(text, -most, most) }) },
+        "result": function(texts) {
+            return { "floorsModel": texts.map(function(text, floor) {
+                // The same text is the same height, whatever was rounded for it.
+                return text === shown[floor] ? metres[floor] : formatHelper.convertLength(unit, "m", parseNumber(text))
+            }) }
+        }
     }
 }
 

@@ -8,6 +8,8 @@ Item {
 
     /** Kept free on both sides of the text, where something lies over the panel. */
     property real margin: 0
+    /** There is a compass to click. */
+    property bool compassShown: true
 
     width: parent.width
     height: message.implicitHeight + 20
@@ -42,7 +44,9 @@ Item {
         color: "white"
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.WordWrap
-        text: translator.txt("CameraTooFarMessage", "3d view or map is too far from inspection area. \nPlease click compass to go back to inspection site.")
+        text: cameraDistanceInfoPanel.compassShown
+              ? translator.txt("CameraTooFarMessage", "3d view or map is too far from inspection area. \nPlease click compass to go back to inspection site.")
+              : translator.txt("CameraTooFarFitMessage", "3d view or map is too far from inspection area. \nPlease fit it in view to go back to inspection site.")
     }
 
     MouseArea {

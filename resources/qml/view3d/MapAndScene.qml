@@ -128,6 +128,7 @@ Item {
             width: parent.width - x
             z: 11
             margin: mapAndScene.cornerSize
+            compassShown: window3d.pipeViewBiggerThan40Percentage()
         }
 
         LocationValidInfoPanel {

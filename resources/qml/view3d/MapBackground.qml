@@ -118,12 +118,22 @@ Item {
         resetGeoProjectorIfNoNods(coordinate)
     }
 
+    /** As from the front: such a line of sight meets the ground nowhere, or far beyond what is seen. */
+    function isLevel() {
+        return Math.abs(camera.viewVector.y) < 0.01 * camera.viewVector.length()
+    }
+
+    function lookedAt() {
+        return isLevel() ? camera.viewCenter : camera.groundCenter()
+    }
+
     function moveCameraToPosition(coordinate) {
         if (!MapMath.isPlace(coordinate)) {
             return
         }
         const target = GeoProjector.sceneCoordsFromGeoCoords(coordinate.latitude, coordinate.longitude)
-        const positionDiff = Qt.vector3d(target.x, 0, target.z).minus(camera.groundCenter())
+        const from = lookedAt()
+        const positionDiff = Qt.vector3d(target.x - from.x, isLevel() ? 0 : -from.y, target.z - from.z)
         camera.animScheduler.completeAll()
         const pose = camera.getSafeTranslation(positionDiff)
         if (pose) {

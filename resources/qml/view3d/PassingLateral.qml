@@ -7,6 +7,7 @@ LateralQuickAccessButton {
 
     property bool lateralInProximity: false
     readonly property real farthest: 200.0
+    readonly property bool inspecting: belmora.appStateData.activeInspection.valid
 
     function verifyVisibility() {
         if (!window3d.scene3d || window3d.screenshotPending)
@@ -22,6 +23,11 @@ LateralQuickAccessButton {
     y: GlobalNav.pipeProximityPos.y
     opacity: 0.7
     visible: verifyVisibility()
+    // A vehicle that is gone passes nothing. The lateral stays, since a video's end leads to it later.
+    onInspectingChanged: {
+        if (!inspecting)
+            lateralInProximity = false
+    }
 
     Connections {
         target: GlobalNav

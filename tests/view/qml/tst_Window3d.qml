@@ -141,7 +141,11 @@ Item {
             verify(!view.pipeViewBiggerThan40Percentage())
             verify(!child("compassButton").visible)
             verify(!child("controlTypeModeButton").visible)
+            // What is not there cannot be clicked.
+            const far = findChild(child("cameraDistanceInfoPanel"), "message")
+            verify(far.text.length > 0 && !far.text.includes("compass"))
             root.width = 421
+            verify(far.text.includes("compass"))
             verify(child("compassButton").visible)
             verify(child("controlTypeModeButton").visible)
             view.disableModeTypeSwitch = true
@@ -359,6 +363,24 @@ Item {
             verify(!button.visible)
             compare(button.text, "")
             compare(button.selectedLateral, null)
+        }
+
+        function test_the_lateral_that_is_passed_goes_with_the_inspection() {
+            const button = child("lateralQuickAccess")
+            host.setActiveInspection(true)
+            scene.camera.viewType = Torvik3d.CameraController.View3d
+            scene.camera.setPose(Qt.vector3d(0, 150, 0), Qt.vector3d(0, 0, 0), Qt.vector3d(0, 0, 1))
+            GlobalNav.lateralInProximity(belmora.appStateData.activeInspection, null)
+            verify(button.visible)
+
+            host.setActiveInspection(false)
+            verify(!button.visible)
+            // For the end of a video that is still to come.
+            verify(!!button.selectedLateral)
+
+            host.setActiveInspection(true)
+            verify(!button.visible)
+            GlobalNav.lateralNotInProximity()
         }
 
         function test_pointing_is_switched_on_and_off() {
