@@ -24,16 +24,24 @@ plans() {
     "$top/run.sh" --view 3d --distance 6000 --go-to MB6 --size 1000x600 --screenshot "$pictures/plan-photo.png" \
         --plan "$scratch/photo.png" --plan-scale 5.3 --plan-at 561605,5934385
 }
-# "labels" or "plans" alone makes those only.
+# The whole application, with the photograph, and a street map of the quarter.
+window() {
+    python3 "$top/samples/site_plan.py" "$scratch"
+    "$top/run.sh" --screenshot "$pictures/window.png" --view 3d --whole-window --size 1280x800 \
+        --plan "$scratch/photo.png" --plan-scale 5.3 --plan-at 561605,5934385
+    python3 "$top/samples/street_tiles.py" "$scratch/tiles"
+    "$top/run.sh" --screenshot "$pictures/map.png" --view 3d --size 1000x600 --tiles "$scratch/tiles"
+    "$top/run.sh" --screenshot "$pictures/map-top.png" --view top --size 800x600 --go-to MB9 --distance 3000 --tiles "$scratch/tiles"
+}
+# "labels", "plans" or "window" alone makes those only.
 case ${1:-} in
-labels | plans)
+labels | plans | window)
     "$1"
     exit
     ;;
 esac
 
 "$top/run.sh" --screenshot "$pictures/sample-3d.png" --view 3d --size 1200x700
-"$top/run.sh" --screenshot "$pictures/window.png" --view 3d --whole-window --size 1280x800
 "$top/run.sh" --go-to QW2 --view 3d --distance 900 --size 800x500 --screenshot "$pictures/bends.png"
 "$top/run.sh" --go-to QW2 --view 3d --distance 2400 --size 1000x500 --screenshot "$pictures/grid.png"
 "$top/run.sh" --go-to KS1 --view 3d --distance 1000 --size 800x500 --screenshot "$pictures/laterals.png"
@@ -54,6 +62,7 @@ KX_KEEP_PICTURES=$scratch "$top/test.sh" HandWork
 cp "$scratch/connection-shown.png" "$pictures/connection-preview.png"
 labels
 plans
+window
 if [ -n "${NETWORK:-}" ]; then
     with=()
     [ -z "${INSPECTIONS:-}" ] || with=(--with "$INSPECTIONS")
