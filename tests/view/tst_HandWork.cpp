@@ -45,6 +45,8 @@ private slots:
     void aPipeThatMayBeMovedHasArrows();
     void heightIsFreedAndLocked();
     void aConnectionIsShownAndTakenBack();
+    void whatEndsAConnectionEndsItEverywhere_data();
+    void whatEndsAConnectionEndsItEverywhere();
     void anAppliedConnectionStays();
     void aConnectionBeginsWithAPipe();
     void buttonsAreAsHighAsAFingerNeeds();
@@ -418,6 +420,54 @@ void tst_HandWork::anAppliedConnectionStays()
     QVERIFY(!m_screen->visible("applyConnectButton"));
     QTRY_COMPARE(m_screen->text("selectedName"), QString("Nothing selected"));
     QTRY_VERIFY_WITH_TIMEOUT(storedCourse() != course, 5000);
+}
+
+void tst_HandWork::whatEndsAConnectionEndsItEverywhere_data()
+{
+    QTest::addColumn<QString>("begin");
+    QTest::addColumn<QString>("end");
+    for (const char* begin : {"connectButton", "pipeConnectButton"}) {
+        for (const char* end : {"Escape", "split view", "cancelConnectButton", "pipeConnectCancel"})
+            QTest::addRow("%s, %s", begin, end) << QString(begin) << QString(end);
+    }
+}
+
+void tst_HandWork::whatEndsAConnectionEndsItEverywhere()
+{
+    QFETCH(QString, begin);
+    QFETCH(QString, end);
+    const QVector<QVector3D> before = pipe("A-B")->pipe()->getShapePoints();
+    startConnecting();
+    m_screen->click(begin);
+    QTRY_VERIFY(m_screen->visible("applyConnectButton"));
+    QVERIFY(m_screen->visible("pipeConnectApply"));
+    QCOMPARE(m_screen->text("selectedName"), QString("Connect it like this?"));
+    QVERIFY((pipe("A-B")->pipe()->getShapePoints().last() - before.last()).length() > 1);
+
+    auto* const view = m_screen->window()->property("window3d").value<QQuickItem*>();
+    const auto toggleSplitView = [&] {
+        QMetaObject::invokeMethod(view, "beforeSplitViewModeChanged");
+        view->setProperty("splitViewMode", !view->property("splitViewMode").toBool());
+        m_screen->waitFrames(3);
+    };
+    if (end == "Escape") {
+        m_screen->window()->requestActivate();
+        QVERIFY(QTest::qWaitForWindowActive(m_screen->window()));
+        QTest::keyClick(m_screen->window(), Qt::Key_Escape);
+    } else if (end == "split view") {
+        toggleSplitView();
+    } else {
+        m_screen->click(end);
+    }
+
+    QVERIFY(!m_screen->visible("applyConnectButton"));
+    QVERIFY(!m_screen->visible("pipeConnectApply"));
+    QTRY_COMPARE(m_screen->text("selectedName"), QString("Nothing selected"));
+    QVERIFY((pipe("A-B")->pipe()->getShapePoints().last() - before.last()).length() < 0.02F);
+    if (end == "split view") {
+        toggleSplitView();
+        m_screen->settle();
+    }
 }
 
 void tst_HandWork::aConnectionBeginsWithAPipe()

@@ -8,6 +8,8 @@ QtObject {
 
     /** The Scene. */
     property Item scene: null
+    /** The Window3d that it is in. */
+    property Item view: null
     readonly property var root: scene ? scene.sceneRoot : null
 
     /** The object that was selected last, or null, and what the user calls it. */
@@ -26,8 +28,8 @@ QtObject {
 
     /** The two objects of a connection are being chosen. */
     readonly property bool choosing: GlobalNav.connectionMode
-    /** A connection is shown and waits for being applied or cancelled. */
-    property bool pending: false
+    /** A connection is shown and waits for being applied or cancelled. The view's own buttons make and end it too. */
+    readonly property bool pending: !!view && view.connectedState
     property int count: 0
     property string firstName
     /** Only a pipe can be drawn to something. */
@@ -46,8 +48,16 @@ QtObject {
         target: belmora.appStateData
 
         function onActiveProjectChanged() {
-            handWork.pending = false
             handWork.refresh()
+        }
+    }
+
+    property QtObject splitViewConnections: Connections {
+        target: handWork.view
+
+        // The view takes the connection back then.
+        function onSplitViewModeChanged() {
+            handWork.view.connectedState = false
         }
     }
 
@@ -174,19 +184,19 @@ QtObject {
 
     function connectThem() {
         root.connectSelectedObjects()
-        pending = true
+        view.connectedState = true
     }
 
     function apply() {
         root.connectApply()
-        pending = false
+        view.connectedState = false
         root.deselectAll()
     }
 
     /** Takes the connection back, or ends choosing. */
     function cancel() {
         root.connectCancel()
-        pending = false
+        view.connectedState = false
         root.deselectAll()
     }
 }

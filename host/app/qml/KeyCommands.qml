@@ -26,8 +26,10 @@ Item {
 
     /** One step back: a connection that is being made, else the selection. */
     function leave() {
-        if (GlobalNav.connectionMode)
+        if (GlobalNav.connectionMode || window3d.connectedState) {
             scene.sceneRoot.connectCancel()
+            window3d.connectedState = false
+        }
         scene.sceneRoot.deselectAll()
     }
 

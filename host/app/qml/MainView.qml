@@ -224,6 +224,7 @@ Rectangle {
                 visible: !mainView.sceneOnly
                 Layout.fillWidth: true
                 scene: sceneArea.scene
+                view: sceneArea
             }
 
             Readout {

@@ -8,6 +8,7 @@ Rectangle {
     id: tools
 
     property alias scene: work.scene
+    property alias view: work.view
     property alias work: work
 
     /** Texts and buttons have room beside one another. */
