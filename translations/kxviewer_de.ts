@@ -139,6 +139,10 @@
         <source>Floor %1: height above the floor below, in %2</source>
         <translation>Stockwerk %1: Höhe über dem Stockwerk darunter, in %2</translation>
     </message>
+    <message>
+        <source>Floor %1: height above the zero level of the view, in %2</source>
+        <translation>Stockwerk %1: Höhe über der Nullhöhe der Ansicht, in %2</translation>
+    </message>
 </context>
 <context>
     <name>KeyCommands</name>
@@ -1137,7 +1141,7 @@ Der Plan %2 liegt in der Ansicht, aber vielleicht nicht dort, wo er lag: Richten
     </message>
     <message>
         <source>%1: holds no point of a track and no line &quot;time,latitude,longitude&quot;</source>
-        <translation>%1: enthält keinen Punkt einer Spur und keine Zeile "time,latitude,longitude"</translation>
+        <translation>%1: enthält keinen Punkt einer Spur und keine Zeile &quot;time,latitude,longitude&quot;</translation>
     </message>
 </context>
 <context>

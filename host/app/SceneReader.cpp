@@ -3,12 +3,14 @@
 #include "domain/ObservationAdapter.h"
 #include "domain/SectionAdapterBase.h"
 #include "geo/GdalGeoProjector.h"
+#include "host/app/PlanWork.h"
 #include "network/Node.h"
 #include "network/ObservationBend.h"
 #include "network/ObservationConnection.h"
 #include "network/ObservationEnd.h"
 #include "network/Pipe.h"
 #include "network/Section.h"
+#include "plans/FloorNav.h"
 #include "plans/IBackgroundPlan.h"
 #include "scene/SceneEntities.h"
 #include "scene/SceneRoot.h"
@@ -121,17 +123,35 @@ void readObservations(SceneSnapshot& scene)
     }
 }
 
+void read(View3d::IBackgroundPlan* plan, SceneSnapshot& scene, bool toConfirm, int floor)
+{
+    if (!plan)
+        return;
+    SceneSnapshot::Plan values;
+    values.kind = plan->renderableType();
+    values.file = plan->fullPath();
+    values.matrix = plan->transformMatrix();
+    values.anchor = plan->getAdditionalTranslationCorrect();
+    values.elevation = plan->placement()->translation().y();
+    values.locked = plan->followsCamera();
+    values.visible = plan->isEnabled();
+    values.toConfirm = toConfirm;
+    values.floor = floor;
+    scene.plans << values;
+}
+
 void readPlans(SceneSnapshot& scene)
 {
     const auto& entities = View3d::SceneEntities::instance();
-    View3d::IBackgroundPlan* const waiting = entities.getBackgroundPlanToConfirm();
-    for (View3d::IBackgroundPlan* plan : {entities.getBackgroundPlan(), waiting}) {
-        if (!plan)
-            continue;
-        scene.plans << SceneSnapshot::Plan {
-            plan->renderableType(), plan->fullPath(), plan->transformMatrix(), plan->getAdditionalTranslationCorrect(),
-            plan->position().y(),   plan->isLocked(), plan->isEnabled(),       plan == waiting};
-    }
+    read(entities.getBackgroundPlan(), scene, false, -1);
+    read(entities.getBackgroundPlanToConfirm(), scene, true, -1);
+    auto& floors = View3d::FloorNav::instance();
+    scene.floors.shown = floors.getCurrentFloorIndex();
+    const QVariantList heights = floors.floorValues();
+    for (const QVariant& height : heights)
+        scene.floors.heights << height.toDouble();
+    for (int floor = 0; floor < PlanWork::floorCount; ++floor)
+        read(floors.getFloorPlan(floor), scene, false, floor);
 }
 
 } // namespace

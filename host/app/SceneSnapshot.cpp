@@ -109,16 +109,28 @@ QJsonArray toJson(const QMatrix4x4& matrix)
 QJsonArray toJson(const QVector<SceneSnapshot::Plan>& plans)
 {
     QJsonArray array;
-    for (const SceneSnapshot::Plan& plan : plans)
-        array.append(QJsonObject {{QStringLiteral("kind"), plan.kind},
-                                  {QStringLiteral("file"), plan.file},
-                                  {QStringLiteral("matrix"), toJson(plan.matrix)},
-                                  {QStringLiteral("anchor"), toJson(plan.anchor)},
-                                  {QStringLiteral("elevation"), double(plan.elevation)},
-                                  {QStringLiteral("locked"), plan.locked},
-                                  {QStringLiteral("visible"), plan.visible},
-                                  {QStringLiteral("toConfirm"), plan.toConfirm}});
+    for (const SceneSnapshot::Plan& plan : plans) {
+        QJsonObject object {{QStringLiteral("kind"), plan.kind},
+                            {QStringLiteral("file"), plan.file},
+                            {QStringLiteral("matrix"), toJson(plan.matrix)},
+                            {QStringLiteral("anchor"), toJson(plan.anchor)},
+                            {QStringLiteral("elevation"), double(plan.elevation)},
+                            {QStringLiteral("locked"), plan.locked},
+                            {QStringLiteral("visible"), plan.visible},
+                            {QStringLiteral("toConfirm"), plan.toConfirm}};
+        if (plan.floor >= 0)
+            object.insert(QStringLiteral("floor"), plan.floor);
+        array.append(object);
+    }
     return array;
+}
+
+QJsonObject toJson(const SceneSnapshot::Floors& floors)
+{
+    QJsonArray heights;
+    for (const double height : floors.heights)
+        heights.append(height);
+    return {{QStringLiteral("shown"), floors.shown}, {QStringLiteral("heights"), heights}};
 }
 
 bool comesBefore(const SceneSnapshot::Observation& a, const SceneSnapshot::Observation& b)
@@ -175,7 +187,8 @@ QJsonObject toJson(const SceneSnapshot& snapshot)
             {QStringLiteral("sections"), sections},
             {QStringLiteral("observations"), toSortedJson(snapshot.observations)},
             {QStringLiteral("connections"), toSortedJson(snapshot.connections)},
-            {QStringLiteral("plans"), toJson(snapshot.plans)}};
+            {QStringLiteral("plans"), toJson(snapshot.plans)},
+            {QStringLiteral("floors"), toJson(snapshot.floors)}};
 }
 
 Bounds boundsOf(const SceneSnapshot::Node& node)

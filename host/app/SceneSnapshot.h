@@ -78,7 +78,7 @@ struct SceneSnapshot {
         QVector3D point;
     };
 
-    /** What lies under the network. */
+    /** What lies under the network, or on a floor. */
     struct Plan {
         /** "imagebackground", "pdfimagebackground" or "dxfbackground". */
         QString kind;
@@ -92,6 +92,16 @@ struct SceneSnapshot {
         bool visible = false;
         /** It waits for the user's confirmation, and the project does not hold it. */
         bool toConfirm = false;
+        /** -1 under the network. */
+        int floor = -1;
+    };
+
+    /** Of the building. */
+    struct Floors {
+        /** The one that is shown, or -1. */
+        int shown = -1;
+        /** In metres, each above the one below; empty before any were told. */
+        QVector<double> heights;
     };
 
     /** Scene = cartesian * scale - origin, cartesian = (-easting, height, northing). */
@@ -102,8 +112,9 @@ struct SceneSnapshot {
     QVector<Section> sections;
     QVector<Observation> observations;
     QVector<Connection> connections;
-    /** The project's own, and the one that waits for confirmation. */
+    /** The project's own, the one that waits for confirmation, and those of the floors from below. */
     QVector<Plan> plans;
+    Floors floors;
 };
 
 /** Sorted by key, then by guid; observations by their pipe, then along it; connections by their lateral. Numbers with

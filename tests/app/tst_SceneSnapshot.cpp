@@ -77,6 +77,7 @@ private slots:
     void anObservationTellsAllOfItself();
     void observationsFollowOneAnotherAlongThePipe();
     void aPlanTellsWhereItLies();
+    void floorsTellTheirHeightsAndPlans();
     void connectionsAreSortedByTheirLateral();
     void numbersReadBackAsTheSame();
     void theProjectorsScaleIsTakenOut();
@@ -182,6 +183,24 @@ void tst_SceneSnapshot::aPlanTellsWhereItLies()
     QCOMPARE(plan.value(QStringLiteral("locked")).toBool(), true);
     QCOMPARE(plan.value(QStringLiteral("visible")).toBool(), false);
     QCOMPARE(plan.value(QStringLiteral("toConfirm")).toBool(), true);
+    QVERIFY(!plan.contains(QStringLiteral("floor")));
+}
+
+void tst_SceneSnapshot::floorsTellTheirHeightsAndPlans()
+{
+    SceneSnapshot snapshot;
+    snapshot.plans = {{"imagebackground", "/p/one.png", {}, {}, 3, false, true, false, 1}};
+    snapshot.floors = {1, {0.0, 3.0, 3.5}};
+
+    const QJsonObject scene = toJson(snapshot);
+
+    QCOMPARE(scene.value(QStringLiteral("plans")).toArray().first().toObject().value(QStringLiteral("floor")).toInt(),
+             1);
+    const QJsonObject floors = scene.value(QStringLiteral("floors")).toObject();
+    QCOMPARE(floors.value(QStringLiteral("shown")).toInt(), 1);
+    QCOMPARE(floors.value(QStringLiteral("heights")).toArray(), (QJsonArray {0.0, 3.0, 3.5}));
+    QCOMPARE(toJson(SceneSnapshot()).value(QStringLiteral("floors")).toObject(),
+             (QJsonObject {{"shown", -1}, {"heights", QJsonArray()}}));
 }
 
 void tst_SceneSnapshot::connectionsAreSortedByTheirLateral()

@@ -1,3 +1,4 @@
+#include "host/app/SceneReader.h"
 #include "view/PlanTest.h"
 
 #include <QPageSize>
@@ -52,6 +53,14 @@ void tst_PlanFloors::aDrawingComesToItsFloor()
     QCOMPARE(FloorNav::instance().getFloorPlan(1)->transform()->translation().y(), 3.0F);
     m_screen->click("planLockButton");
     QVERIFY(m_screen->checked("planLockButton"));
+    const auto scene = Torvik::Viewer::SceneReader::snapshot();
+    QCOMPARE(scene.plans.size(), 2);
+    QCOMPARE(scene.plans.at(0).floor, -1);
+    QCOMPARE(scene.plans.at(1).floor, 1);
+    QVERIFY(scene.plans.at(1).locked);
+    QCOMPARE(scene.plans.at(1).elevation, 3.0F);
+    QCOMPARE(scene.floors.shown, 1);
+    QCOMPARE(scene.floors.heights, (QVector<double> {0.0, 3.0, 3.0, 3.0}));
     m_screen->click("planLockButton");
     m_screen->keep("plan-on-floor");
 }

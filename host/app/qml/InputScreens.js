@@ -84,8 +84,9 @@ function floorsScreen(args) {
     return {
         "caption": args.caption || qsTr("Heights of the floors"),
         "rows": args.model.map(function(row, floor) {
-            return { "labelText": qsTr("Floor %1: height above the floor below, in %2").arg(floor + 1).arg(unit),
-                     "inputText": shown[floor], "number": true }
+            const text = floor === 0 ? qsTr("Floor %1: height above the zero level of the view, in %2")
+                                     : qsTr("Floor %1: height above the floor below, in %2")
+            return { "labelText": text.arg(floor + 1).arg(unit), "inputText": shown[floor], "number": true }
         }),
         "check": function(texts) { return texts.map(function(text) { return withinError(text, -most, most) }) },
         "result": function(texts) {
