@@ -56,17 +56,34 @@ void ImageLabel::delayedInit()
     LabelBoard::instance().enter(this);
     connect(&LabelsPositionsLoader::instance(), &LabelsPositionsLoader::labelsPositionsReset, this,
             &ImageLabel::updateLabelsPositions);
-    if (Renderable* const parent = parentRenderable()) {
-        m_parentPosition = parent->position();
-        m_parentRotation = parent->rotation();
-        connect(parent->transform(), &Qt3DCore::QTransform::translationChanged, this, &ImageLabel::onParentTranslation);
-        connect(parent->transform(), &Qt3DCore::QTransform::rotationChanged, this, &ImageLabel::onParentRotation);
-        connect(parent, &Renderable::visibilityChanged, this, &ImageLabel::onParentVisibilityChanged);
-    }
+    followParent();
     // Also when the size of a pixel is known: a label moved before it was ever shown needs its own size.
     setScreenLineHeight(lineHeight());
     updateLabelsPositions();
     adjustSizeToText();
+}
+
+void ImageLabel::followParent()
+{
+    Renderable* const parent = parentRenderable();
+    if (!parent)
+        return;
+    m_parentPosition = parent->position();
+    m_parentRotation = parent->rotation();
+    connect(parent->transform(), &Qt3DCore::QTransform::translationChanged, this, &ImageLabel::onParentTranslation);
+    connect(parent->transform(), &Qt3DCore::QTransform::rotationChanged, this, &ImageLabel::onParentRotation);
+    connect(parent, &Renderable::visibilityChanged, this, &ImageLabel::onParentVisibilityChanged);
+}
+
+void ImageLabel::goOverTo(Renderable* object)
+{
+    if (Renderable* const before = parentRenderable()) {
+        disconnect(before->transform(), nullptr, this, nullptr);
+        disconnect(before, &Renderable::visibilityChanged, this, nullptr);
+    }
+    setParent(object);
+    Label::delayedInit();
+    followParent();
 }
 
 TouchControlBase* ImageLabel::createTouchControl()

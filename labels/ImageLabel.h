@@ -38,6 +38,8 @@ public:
     ~ImageLabel() override;
 
     void delayedInit() override;
+    /** To another object that stands for the same record. */
+    void goOverTo(Renderable* object);
     /** Those of the object. */
     QString guid() override;
     QQuaternion orientation() const override;
@@ -103,6 +105,7 @@ protected:
     void show(bool shown) override;
 
 private:
+    void followParent();
     void onParentTranslation(const QVector3D& translation);
     void onParentRotation(const QQuaternion& rotation);
     void apply(const LabelPlacement::View& view, const LabelPlacement::Placed& placed);

@@ -19,6 +19,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 namespace Torvik::View3d {
 
@@ -110,6 +111,14 @@ SceneRoot* LabelBoard::root() const
     return m_root;
 }
 
+bool LabelBoard::isInScene(const QObject* object) const
+{
+    const QObject* const scene = m_root;
+    while (object && object != scene)
+        object = object->parent();
+    return object;
+}
+
 std::optional<LabelPlacement::View> LabelBoard::view() const
 {
     if (!m_root || !m_camera)
@@ -158,6 +167,17 @@ void LabelBoard::remove(NameTag* tag)
     if (tagCount() == 0)
         closeGaps();
     // Others may have waited for its room.
+    schedule();
+}
+
+void LabelBoard::replace(NameTag* before, NameTag* tag)
+{
+    m_tags[tag->place] = nullptr;
+    ++m_gaps;
+    tag->place = std::exchange(before->place, -1);
+    m_tags[tag->place] = tag;
+    std::replace(m_drawn.begin(), m_drawn.end(), before, tag);
+    std::replace(m_waiting.begin(), m_waiting.end(), before, tag);
     schedule();
 }
 

@@ -46,6 +46,8 @@ public:
     /** The scene that labels stand in, when it gets its camera. */
     void watch(SceneRoot* root, Qt3DRender::QCamera* camera);
     SceneRoot* root() const;
+    /** Whether an object belongs to the scene that is watched. */
+    bool isInScene(const QObject* object) const;
     /** Nothing without a scene and its camera. */
     std::optional<LabelPlacement::View> view() const;
     /** Where faces stand, in metres before the camera. */
@@ -57,6 +59,8 @@ public:
 
     void add(NameTag* tag);
     void remove(NameTag* tag);
+    /** The second, which was added last, stands where the first one stood; that one is removed. */
+    void replace(NameTag* before, NameTag* tag);
     /** A label that hangs in the scene. */
     void enter(ImageLabel* label);
     /** It goes; takes back what it was lent. */

@@ -8,6 +8,8 @@
 #include "network/NodeInformationToggle.h"
 #include "scene/GlobalNav.h"
 
+#include <utility>
+
 namespace Torvik::View3d {
 
 NameTag::NameTag(Renderable& owner, Rank rank)
@@ -55,6 +57,13 @@ ImageLabel* NameTag::makeLabel()
     if (m_label)
         return m_label;
     m_label = ImageLabel::create(&m_owner, LabelBoard::instance().root(), m_text);
+    dressLabel();
+    return m_label;
+}
+
+void NameTag::dressLabel()
+{
+    m_label->setText(m_text);
     m_label->setMultiline(m_multiline);
     m_label->setFont(m_font);
     if (m_background.isValid())
@@ -65,7 +74,22 @@ ImageLabel* NameTag::makeLabel()
     m_label->setOffset(m_offset);
     m_label->onParentVisibilityChanged(m_ownerVisible);
     m_label->onSceneHeightChanged();
-    return m_label;
+}
+
+void NameTag::takeOver(NameTag& before)
+{
+    if (place < 0 || before.place < 0 || m_label)
+        return;
+    LabelBoard::instance().replace(&before, this);
+    QObject::disconnect(before.m_ownerMoves);
+    touched = before.touched;
+    lastDrawn = before.lastDrawn;
+    m_kept = before.m_kept;
+    m_label = std::exchange(before.m_label, nullptr);
+    if (!m_label)
+        return;
+    m_label->goOverTo(&m_owner);
+    dressLabel();
 }
 
 void NameTag::letLabelGo()
@@ -154,9 +178,9 @@ void NameTag::setOwnerVisible(bool visible)
 
 bool NameTag::wantsRoom() const
 {
-    // One that waits for its removal is disabled.
+    // One that waits for its removal is disabled; a scene that another has followed may still have its objects.
     return !m_blank && m_visible && m_ownerVisible && m_owner.isEnabled() &&
-           (!m_commonSwitch || GlobalNav::instance()->labelsVisible());
+           (!m_commonSwitch || GlobalNav::instance()->labelsVisible()) && LabelBoard::instance().isInScene(&m_owner);
 }
 
 bool NameTag::wasMoved() const

@@ -49,6 +49,9 @@ public:
     void leaveCommonSwitch() { m_commonSwitch = false; }
     /** As the label's height, which the next look at the screen sets anew. */
     void multiplyHeight(float factor);
+    /** This one's object, which has only just been named, stands in place of another's: that one's label is this one's
+     *  now, with its room and its order, and a finger that drags it keeps hold of it. */
+    void takeOver(NameTag& before);
 
     /** Makes the label if there is none, and keeps it from now on. */
     ImageLabel* label();
@@ -73,6 +76,7 @@ public:
 
 private:
     void enroll();
+    void dressLabel();
     QVector3D anchor() const;
     float aspect() const;
     bool isFarOff(const LabelPlacement::View& view, const QVector3D& anchorOnPlane) const;

@@ -235,7 +235,10 @@ Observation* Observation::replacement()
     // The record belongs to the other from here on, and the section speaks to that one alone.
     ObservationAdapter* const adapter = std::exchange(m_adapter, nullptr);
     disconnect(m_section, nullptr, this, nullptr);
-    return create(m_section, adapter, false);
+    Observation* const next = create(m_section, adapter, false);
+    // A finger may be on it: the view's own writing of the place makes each finding anew.
+    next->m_tag.takeOver(m_tag);
+    return next;
 }
 
 Observation* Observation::modify()

@@ -1,6 +1,7 @@
 #include "labels/LabelScene.h"
 
 #include "labels/LabelsPositionsLoader.h"
+#include "labels/PaintedTextureText.h"
 
 #include <algorithm>
 
@@ -24,6 +25,8 @@ private slots:
     void moreMovedLabelsThanAreDrawnAreAllKept();
     void aResetAndAFileReachLabelsThatAreOffTheScreen();
     void aMovedObservationLabelStaysThroughAChange();
+    void aLabelGoesOverToTheFindingThatIsMadeAnew();
+    void aFindingThatIsMadeAnewKeepsItsRoom();
     void underATurnedObjectItFacesTheViewer();
     void aTremblingObjectMovesNoLabel();
 };
@@ -217,6 +220,83 @@ void tst_LabelMoving::aMovedObservationLabelStaysThroughAChange()
     QVERIFY(anew);
     QVERIFY(anew->hasCustomPosition());
     QCOMPARE(anew->storedOffset(), offset);
+}
+
+void tst_LabelMoving::aLabelGoesOverToTheFindingThatIsMadeAnew()
+{
+    Observation* const found = m_scene->observation(m_scene->pipe({{-4, 0, 0}, {4, 0, 0}}), "BAB", 2.0);
+    const auto record = m_scene->recordOf(found);
+    rest();
+    ImageLabel* const label = LabelBoard::instance().labelAt(shown(found)->coverage().center());
+    QCOMPARE(label, shown(found));
+    const QPointer<TouchControlBase> grip = label->touchControl();
+    const LabelFace* const face = label->face();
+    drag(label, QVector3D(40, 60, 0));
+    const QPointF apart = label->coverage().center() - pixelOf(found->position());
+    const int paintings = PaintedTextureText::paintings();
+
+    record->updateValue("OBS_Distance", 5.0);
+    Observation* const other = found->modify();
+    QVERIFY(other != found);
+    delete found;
+    QVERIFY(grip);
+    QCOMPARE(shown(other), label);
+    QVERIFY(distance(label->coverage().center() - pixelOf(other->position()), apart) < 0.05);
+    drag(label, QVector3D(10, 0, 0));
+    rest();
+
+    QCOMPARE(shown(other), label);
+    QCOMPARE(label->face(), face);
+    QCOMPARE(label->parentRenderable(), other);
+    QVERIFY(distance(label->coverage().center() - pixelOf(other->position()), apart + QPointF(10, 0)) < 0.05);
+    QCOMPARE(PaintedTextureText::paintings(), paintings);
+
+    // What the record says now is what it says.
+    record->updateValue("OBS_Code", "BAC");
+    Observation* const third = other->modify();
+    delete other;
+    rest();
+    QCOMPARE(shown(third), label);
+    QCOMPARE(label->text(), QString("BAC"));
+    QCOMPARE(PaintedTextureText::paintings(), paintings + 1);
+    GlobalNav::instance()->setObsVisible(false);
+    QVERIFY(!shown(third));
+    GlobalNav::instance()->setObsVisible(true);
+    rest();
+    QCOMPARE(shown(third), label);
+    third->transform()->setTranslation(third->position() + QVector3D(1, 0, 0), 0);
+    QVERIFY(distance(label->coverage().center() - pixelOf(third->position()), apart + QPointF(10, 0)) < 0.05);
+
+    record->updateValue("OBS_Code", " ");
+    Observation* const nameless = third->modify();
+    delete third;
+    rest();
+    QVERIFY(!shown(nameless));
+}
+
+void tst_LabelMoving::aFindingThatIsMadeAnewKeepsItsRoom()
+{
+    Section* const pipe = m_scene->pipe({{-4, 0, 0}, {4, 0, 0}});
+    Observation* const first = m_scene->observation(pipe, "BAB", 2.0);
+    const Observation* const second = m_scene->observation(pipe, "BAC", 2.1);
+    rest();
+    QVERIFY(shown(first) && !shown(second));
+
+    Observation* const anew = first->modify();
+    delete first;
+    QVERIFY(shown(anew));
+    rest();
+    QVERIFY(shown(anew) && !shown(second));
+
+    // Also while it waits for a face.
+    GlobalNav::instance()->setObsVisible(false);
+    rest();
+    GlobalNav::instance()->setObsVisible(true);
+    LabelBoard::instance().arrange();
+    const Observation* const last = anew->modify();
+    delete anew;
+    rest();
+    QVERIFY(shown(last) && !shown(second));
 }
 
 void tst_LabelMoving::underATurnedObjectItFacesTheViewer()
