@@ -31,6 +31,7 @@ private slots:
     void roomThatBecomesFreeIsTaken();
     void anObjectMayGoBeforeItsLabelIsDrawn();
     void whatIsSwitchedOffAndOnIsNotPaintedAgain();
+    void linesThatAreSwitchedWhileTheViewMovesArePaintedOnceAtRest();
     void onlyTheScenesCameraHidesLabels();
     void aSecondSceneTakesOver();
     void aSecondSceneTakesOverFromALivingOne();
@@ -275,6 +276,37 @@ void tst_LabelBoard::whatIsSwitchedOffAndOnIsNotPaintedAgain()
     QCOMPARE(PaintedTextureText::paintings(), paintings);
 }
 
+void tst_LabelBoard::linesThatAreSwitchedWhileTheViewMovesArePaintedOnceAtRest()
+{
+    const std::array<Node*, 3> nodes {nodeAt("A", {-6, 0, 0}), nodeAt("B", {0, 0, 0}), nodeAt("C", {6, 0, 0})};
+    auto* const nav = GlobalNav::instance();
+    rest();
+    const int paintings = PaintedTextureText::paintings();
+
+    m_camera->setPosition({0, 340, 0});
+    nav->setManholeFullInfoVisible(true);
+    QTest::qWait(150);
+    m_camera->setPosition({0, 335, 0});
+    QTest::qWait(150);
+    QVERIFY(LabelBoard::instance().isHidden());
+    QCOMPARE(PaintedTextureText::paintings(), paintings);
+
+    rest();
+    for (const Node* const node : nodes) {
+        QVERIFY(shown(node));
+        QVERIFY(shown(node)->isMultiline());
+    }
+    QCOMPARE(PaintedTextureText::paintings(), paintings + 3);
+
+    // Off and on again in one move leaves them as they were painted.
+    m_camera->setPosition({0, 330, 0});
+    nav->setManholeFullInfoVisible(false);
+    QTest::qWait(150);
+    nav->setManholeFullInfoVisible(true);
+    rest();
+    QCOMPARE(PaintedTextureText::paintings(), paintings + 3);
+}
+
 void tst_LabelBoard::onlyTheScenesCameraHidesLabels()
 {
     nodeAt("A", {0, 0, 0});
@@ -319,6 +351,9 @@ void tst_LabelBoard::aSecondSceneTakesOverFromALivingOne()
         other.setSceneHeight(700.0);
         LabelBoard::instance().watch(&other, &camera);
         QVERIFY(!label->face());
+        // Its objects live on, in a scene that nobody sees.
+        rest();
+        QCOMPARE(LabelBoard::instance().drawnCount(), 0);
         // What the scene that was left does concerns nobody.
         LabelBoard::instance().watch(m_scene->root.get(), nullptr);
         QVERIFY(LabelBoard::instance().view());

@@ -1,4 +1,5 @@
 #include "common/SceneTest.h"
+#include "interaction/TouchControl.h"
 #include "view/LabelWindow.h"
 
 using namespace Torvik::View3d;
@@ -17,6 +18,7 @@ private slots:
     void aLabelIsReadAtEveryDistance();
     void thePointerRunsFromTheLabelToItsObject();
     void noPipeHidesALabel();
+    void noPipeHidesAHandle();
     void labelsAreGoneWhileTheViewMovesAndComeBack();
     void theSwitchTakesAllLabelsAway();
     void aFaceThatServesAnotherNameShowsThatName();
@@ -110,6 +112,39 @@ void tst_Labels::noPipeHidesALabel()
     const QRect drawn = drawnArea(picture, areaOf(label), background());
     QVERIFY(std::abs(drawn.height() - 24) <= 1 && std::abs(drawn.width() - 60) <= 3);
     QVERIFY(count(picture, drawn, Qt::white) > 60);
+}
+
+void tst_Labels::noPipeHidesAHandle()
+{
+    GlobalNav::instance()->setLabelsVisible(false);
+    Node* const manhole = node(m_a);
+    const QPoint object = m_view->pixelOf(manhole->position());
+    const QRect around(object - QPoint(40, 40), QSize(81, 81));
+    const QColor handle(0, 128, 0);
+    manhole->allowTouchControl(true);
+    manhole->touchControl()->setAxisArrowVisible(true);
+    m_view->frames(10);
+    const QImage open = m_view->grab();
+    m_view->keep("handle-open");
+    manhole->touchControl()->setAxisArrowVisible(false);
+
+    // Wider than the handle, and between it and the eye.
+    const auto bridge = m_project->addSection("BRIDGE", {}, {}, {{"OBJ_Size1", 8000}});
+    const QString above =
+        m_project->addInspection(bridge, "LINESTRING ZM(399990 5600000 110 64,400010 5600000 110 0)", 0)->id();
+    QTRY_VERIFY(SceneEntities::instance().getPipeEntities().getByInspectionId(above));
+    m_view->frames(10);
+    const QImage covered = m_view->grab();
+    manhole->touchControl()->setAxisArrowVisible(true);
+    m_view->frames(10);
+    const QImage both = m_view->grab();
+    m_view->keep("handle-under-pipe");
+
+    QVERIFY(differing(open.copy(around), covered.copy(around)) > around.width() * around.height() * 3 / 4);
+    const int green = count(open, around, handle, 12);
+    QVERIFY2(green > 100, qPrintable(QString::number(green)));
+    QCOMPARE(count(covered, around, handle, 12), 0);
+    QCOMPARE(count(both, around, handle, 12), green);
 }
 
 void tst_Labels::labelsAreGoneWhileTheViewMovesAndComeBack()
