@@ -39,7 +39,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     if (reading.outcome == PictureReader::Outcome::Read) {
         promise(!abandoned);
         promise(!reading.image.isNull() && reading.image.format() == QImage::Format_RGBA8888);
-        promise(PictureReader::checkSize(reading.image.size()).fits);
+        promise(PictureReader::validateImageSize(reading.image.size()).fits);
         // All of it is there to be read by the texture.
         unsigned sum = 0;
         for (int y = 0; y < reading.image.height(); ++y) {

@@ -92,7 +92,7 @@ QImage forTexture(QImage image)
 
 } // namespace
 
-SizeCheck checkSize(const QSize& size)
+SizeCheck validateImageSize(const QSize& size)
 {
     SizeCheck check;
     SizeInfo& info = check.info;
@@ -114,9 +114,9 @@ Reading read(const QString& path, const std::atomic_bool& abandoned)
     QImageReader reader(&file);
     // A decoder that is chosen by the file's ending takes any bytes for its own.
     reader.setDecideFormatFromContent(true);
-    SizeCheck before = checkSize(file.open(QIODevice::ReadOnly) ? gifExtent(file) : QSize());
+    SizeCheck before = validateImageSize(file.open(QIODevice::ReadOnly) ? gifExtent(file) : QSize());
     if (before.fits)
-        before = checkSize(toldSize(reader));
+        before = validateImageSize(toldSize(reader));
     Reading reading;
     reading.size = before.info;
     if (!before.fits) {
@@ -129,7 +129,7 @@ Reading read(const QString& path, const std::atomic_bool& abandoned)
         return reading;
     }
     // What a decoder tells beforehand need not be what it gives.
-    const SizeCheck after = checkSize(image.size());
+    const SizeCheck after = validateImageSize(image.size());
     reading.size = after.info;
     reading.outcome = after.fits ? Outcome::Read : Outcome::TooLarge;
     if (after.fits)

@@ -35,7 +35,7 @@ struct Reading {
 };
 
 /** A side below 0 means that the size is not known; that fits. */
-KXVIEW3D_EXPORT SizeCheck checkSize(const QSize& size);
+KXVIEW3D_EXPORT SizeCheck validateImageSize(const QSize& size);
 
 /** Decodes no picture that is too large. Holds at most twice the bytes of the result at any moment.
  *  @param abandoned  set from another thread, it ends the reading soon, without a picture */

@@ -46,7 +46,7 @@ QString whyNoPlan(const QString& file, const QString& project)
         return PlanMessages::fileTooLarge(file, limit);
     if (isPicture(suffix)) {
         // Before gigabytes of it are copied in vain.
-        const auto size = View3d::PictureReader::checkSize(QImageReader(file).size());
+        const auto size = View3d::PictureReader::validateImageSize(QImageReader(file).size());
         if (!size.fits)
             return PlanMessages::tooLarge(file, size.info);
     }

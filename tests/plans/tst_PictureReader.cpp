@@ -67,7 +67,7 @@ private slots:
     {
         QFETCH(QSize, size);
 
-        const PictureReader::SizeCheck check = PictureReader::checkSize(size);
+        const PictureReader::SizeCheck check = PictureReader::validateImageSize(size);
 
         QTEST(check.fits, "fits");
         QCOMPARE(check.info.currentWidth, size.width());
@@ -80,9 +80,9 @@ private slots:
 
     void theSizeIsToldInBytes()
     {
-        QCOMPARE(PictureReader::checkSize({4048, 4048}).info.currentSize, 65545216);
-        QCOMPARE(PictureReader::checkSize({4049, 1}).info.currentSize, 16196);
-        QCOMPARE(PictureReader::checkSize({}).info.currentSize, 4);
+        QCOMPARE(PictureReader::validateImageSize({4048, 4048}).info.currentSize, 65545216);
+        QCOMPARE(PictureReader::validateImageSize({4049, 1}).info.currentSize, 16196);
+        QCOMPARE(PictureReader::validateImageSize({}).info.currentSize, 4);
     }
 
     void picturesOfManyKindsAreRead_data()
@@ -230,9 +230,10 @@ private slots:
                 break;
             file.close();
             const Reading reading = read(path);
-            const bool sane = reading.outcome == Outcome::Read ? PictureReader::checkSize(reading.image.size()).fits &&
-                                                                     reading.image.format() == QImage::Format_RGBA8888
-                                                               : reading.image.isNull();
+            const bool sane = reading.outcome == Outcome::Read
+                                  ? PictureReader::validateImageSize(reading.image.size()).fits &&
+                                        reading.image.format() == QImage::Format_RGBA8888
+                                  : reading.image.isNull();
             QVERIFY2(sane, damaged.toHex().constData());
         }
         qInstallMessageHandler(before);
