@@ -28,7 +28,8 @@ Row {
     Item {
         objectName: "box"
         width: Math.min(1120, locationValidInfoPanel.space)
-        height: Math.max(40, message.implicitHeight + 6)
+        // Grows only where the text has to wrap.
+        height: width < 1120 ? Math.max(40, message.implicitHeight + 6) : 40
 
         Rectangle {
             anchors.fill: parent
