@@ -26,7 +26,7 @@ TestCase {
         TorvikGeo.GeoProjector.initFromMap(51, 10, 0)
         view = createTemporaryObject(windowComponent, frame)
         verify(view)
-        tryVerify(function() { return !!view.compass && !!view.scene3d }, 10000)
+        tryVerify(function() { return !!view.compass && !!view.scene3d && !!find(view, "floorButton3") }, 10000)
         scene = view.scene3d
         // The menu unfolds.
         tryCompare(child("view3dMenu"), "height", 129)
