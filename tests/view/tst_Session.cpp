@@ -129,6 +129,39 @@ private slots:
         QVERIFY(!m_viewer->inspections()->isActive());
     }
 
+    void aPictureShowsTheMapUnderTheNetwork()
+    {
+        // So far that the tiles, which are coarse, have a say.
+        const QVector3D centre = m_screen->camera()->viewCenter();
+        m_screen->camera()->setPosition(centre + QVector3D(0, 20000, 0));
+        m_screen->waitFrames(5);
+        auto* const photos = m_viewer->desk()->photos();
+        photos->setFolder(m_folder.filePath("pictures"));
+        photos->waitWhile([this] { return m_endpoints.busy(); });
+        m_screen->window()->requestActivate();
+        QVERIFY(QTest::qWaitForWindowActive(m_screen->window()));
+        QSignalSpy written(photos, &Torvik::Viewer::PhotoDesk::written);
+
+        QTest::keyClick(m_screen->window(), Qt::Key_F12);
+
+        QVERIFY(!written.isEmpty() || written.wait(30000));
+        m_screen->evaluate("MessageBox.answer(true)");
+        const QImage picture(written.first().first().toString());
+        QCOMPARE(picture.size(), m_screen->scene()->size().toSize());
+        m_screen->keep("session-photo-window");
+        const QString ground = QColor(200, 220, 200).name();
+        for (const QPoint& corner : {QPoint(3, 3), QPoint(picture.width() - 4, picture.height() - 4)})
+            QCOMPARE(picture.pixelColor(corner).name(), ground);
+        const QRect around = QRect(firstManhole().toPoint() - QPoint(2, 2), QSize(5, 5));
+        bool seen = false;
+        for (int i = 0; i < 25; ++i)
+            seen = seen || picture.pixelColor(around.topLeft() + QPoint(i % 5, i / 5)).name() != ground;
+        QVERIFY(seen);
+        photos->waitWhile({});
+        m_viewer->fit();
+        m_screen->settle();
+    }
+
     void aPlanIsLaid()
     {
         if (!m_screen->visible("planButton")) {
@@ -223,7 +256,7 @@ private slots:
 private:
     std::unique_ptr<TestProject> project(const QString& name, int east)
     {
-        auto made = std::make_unique<TestProject>();
+        auto made = std::make_unique<TestProject>("EPSG:25832");
         const auto place = [east](int metres) { return QString("POINT ZM(%1 5600000 100 16)").arg(east + metres); };
         const QVariantMap manhole {{"OBJ_DepthToInvert", 2.0}, {"OBJ_Type", "MH"}};
         const auto a = made->addNode(name + "1", place(0), manhole);
