@@ -41,7 +41,7 @@ public:
         QFile file(QStringLiteral("/proc/self/statm"));
         if (!file.open(QIODevice::ReadOnly) || getrlimit(RLIMIT_AS, &m_before) != 0)
             qFatal("the memory cannot be told");
-        rlimit now = m_before;
+        [[maybe_unused]] rlimit now = m_before;
         now.rlim_cur = rlim_t(file.readAll().split(' ').value(0).toLongLong() * sysconf(_SC_PAGESIZE)) + more;
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
         setrlimit(RLIMIT_AS, &now);
