@@ -218,7 +218,6 @@ void tst_LabelDrags::labelsOfPipesAndFindingsAreDraggedToo()
     auto& entities = SceneEntities::instance();
     const auto pipe = [&] { return labelOf(entities.getPipeEntities().getByInspectionId(inspected)); };
     const auto finding = [&] { return labelOf(entities.getObservations().value(found)); };
-    reopen();
     QTRY_VERIFY(entities.getObservations().value(found));
     lookDown(230.0F);
     QVERIFY(pipe() && finding());
