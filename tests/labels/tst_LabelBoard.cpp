@@ -352,6 +352,9 @@ void tst_LabelBoard::aSecondSceneTakesOverFromALivingOne()
         LabelBoard::instance().watch(&other, &camera);
         QVERIFY(!label->face());
         // Its objects live on, in a scene that nobody sees.
+        camera.setUpVector({0, 0, 1});
+        camera.setPosition({0, 350, 0});
+        camera.setViewCenter({0, 0, 0});
         rest();
         QCOMPARE(LabelBoard::instance().drawnCount(), 0);
         // What the scene that was left does concerns nobody.
