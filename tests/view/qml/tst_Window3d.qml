@@ -367,18 +367,24 @@ Item {
 
         function test_the_lateral_that_is_passed_goes_with_the_inspection() {
             const button = child("lateralQuickAccess")
+            // What else hides the button: a project that closes takes the camera away.
+            function lookFromNearby() {
+                scene.camera.viewType = Torvik3d.CameraController.View3d
+                scene.camera.setPose(Qt.vector3d(0, 150, 0), Qt.vector3d(0, 0, 0), Qt.vector3d(0, 0, 1))
+            }
             host.setActiveInspection(true)
-            scene.camera.viewType = Torvik3d.CameraController.View3d
-            scene.camera.setPose(Qt.vector3d(0, 150, 0), Qt.vector3d(0, 0, 0), Qt.vector3d(0, 0, 1))
+            lookFromNearby()
             GlobalNav.lateralInProximity(belmora.appStateData.activeInspection, null)
             verify(button.visible)
 
             host.setActiveInspection(false)
+            lookFromNearby()
             verify(!button.visible)
             // For the end of a video that is still to come.
             verify(!!button.selectedLateral)
 
             host.setActiveInspection(true)
+            lookFromNearby()
             verify(!button.visible)
             GlobalNav.lateralNotInProximity()
         }
