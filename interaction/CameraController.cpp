@@ -66,6 +66,15 @@ void CameraController::classBegin() {}
 void CameraController::abandonGesture()
 {
     m_pressed = false;
+    finishMapTranslation();
+}
+
+void CameraController::finishMapTranslation()
+{
+    if (m_controlPlanes == Map && m_mapTranslationActive) {
+        m_mapTranslationActive = false;
+        emit mapTranslationFinished();
+    }
 }
 
 void CameraController::componentComplete()
@@ -106,10 +115,7 @@ void CameraController::_onReleased(Qt3DInput::QMouseEvent* mouse)
             m_tapTimer.invalidate();
         }
     }
-    if (m_controlPlanes == Map && m_mapTranslationActive) {
-        m_mapTranslationActive = false;
-        emit mapTranslationFinished();
-    }
+    finishMapTranslation();
     m_pressed = false;
     if (m_mode == Translate) {
         emit translationFinished();

@@ -125,6 +125,7 @@ signals:
 
 private:
     void connectInput();
+    void finishMapTranslation();
     void findPointUnderFinger(double x, double y, QVector3D& target) const;
 
     Qt3DRender::QCamera* m_camera = nullptr;

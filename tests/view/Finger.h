@@ -44,6 +44,29 @@ public:
             moveTo(from + (to - from) * step / steps);
         release(to);
     }
+    /** One finger that drags; then, without its release, a second one comes 60 pixels beside and the two spread. */
+    void dragThenSpread(QPoint from, QPoint to, int by)
+    {
+        press(from);
+        for (int step = 1; step <= 4; ++step)
+            moveTo(from + (to - from) * step / 4);
+        QPoint first = to;
+        QPoint second = to + QPoint(60, 0);
+        QTest::touchEvent(m_view.window(), device()).move(0, m_view.inWindow(first)).press(1, m_view.inWindow(second));
+        m_view.frames(3);
+        for (int step = 1; step <= 4; ++step) {
+            first -= QPoint(by / 4, 0);
+            second += QPoint(by / 4, 0);
+            QTest::touchEvent(m_view.window(), device())
+                .move(0, m_view.inWindow(first))
+                .move(1, m_view.inWindow(second));
+            m_view.frames(3);
+        }
+        QTest::touchEvent(m_view.window(), device())
+            .release(0, m_view.inWindow(first))
+            .release(1, m_view.inWindow(second));
+        m_view.frames(4);
+    }
     /** Two fingers that begin there and spread sideways by so much each. */
     void spread(QPoint middle, int by)
     {

@@ -4,6 +4,7 @@
 #include "plans/IBackgroundPlan.h"
 #include "plans/PlanLoader.h"
 #include "scene/SceneEntities.h"
+#include "view/Finger.h"
 #include "view/MapView.h"
 #include "view/StandInGeocoder.h"
 
@@ -379,6 +380,92 @@ private slots:
         window().drag({300, 300}, {380, 260});
         QCOMPARE(tied.count(), 1);
         QVERIFY(std::abs(tiedAt().distanceTo(tiedBefore) - centre().distanceTo(start)) < 1);
+    }
+
+    void aDragOfTheMapThatASecondFingerTakesOverTiesTheScene_data()
+    {
+        QTest::addColumn<bool>("pinched");
+        QTest::newRow("by a second finger") << true;
+        QTest::newRow("by other planes") << false;
+    }
+    /** Its release is told to nobody. */
+    void aDragOfTheMapThatASecondFingerTakesOverTiesTheScene()
+    {
+        QFETCH(bool, pinched);
+        const QGeoCoordinate start = centre();
+        const QGeoCoordinate tiedBefore = tiedAt();
+        QSignalSpy tied(projector(), &GdalGeoProjector::geoLocationChanged);
+        window().controller()->setControlPlanes(View3d::CameraController::Map);
+
+        if (pinched) {
+            Finger(window()).dragThenSpread({300, 300}, {380, 260}, 60);
+        } else {
+            window().press({300, 300});
+            window().moveTo({380, 260});
+            window().controller()->setControlPlanes(View3d::CameraController::All);
+            window().release({380, 260});
+        }
+
+        QCOMPARE(tied.count(), 1);
+        const double way = tiedAt().distanceTo(tiedBefore);
+        QVERIFY(way > 10);
+        if (!pinched)
+            QVERIFY(std::abs(way - centre().distanceTo(start)) < 1);
+        // The next drag begins where the map is then.
+        window().controller()->setControlPlanes(View3d::CameraController::All);
+        lookAtGround({0, 0, 0}, 0, 0, 2000);
+        window().controller()->setControlPlanes(View3d::CameraController::Map);
+        const QGeoCoordinate tiedThen = tiedAt();
+        const QGeoCoordinate centreThen = centre();
+        window().drag({300, 300}, {380, 260});
+        QCOMPARE(tied.count(), 2);
+        QVERIFY(std::abs(tiedAt().distanceTo(tiedThen) - centre().distanceTo(centreThen)) < 1);
+    }
+
+    void afterAProjectIsClosedTheViewStaysWhereThatWas_data()
+    {
+        QTest::addColumn<bool>("shown");
+        QTest::newRow("map shown") << true;
+        QTest::newRow("map switched off") << false;
+    }
+    void afterAProjectIsClosedTheViewStaysWhereThatWas()
+    {
+        QFETCH(bool, shown);
+        window().area()->setProperty("mapVisible", shown);
+        openTown();
+        const QGeoCoordinate town = tiedAt();
+
+        m_project->close();
+        QTRY_VERIFY(projector()->initialized());
+        rest();
+        window().frames(5);
+
+        QVERIFY(tiedAt().distanceTo(town) < 1);
+        window().area()->setProperty("mapVisible", true);
+        QVERIFY2(centre().distanceTo(town) < 1000, qPrintable(centre().toString()));
+        const QGeoCoordinate there = placeBeside(300, 90);
+        call("gotoPosition", variant(there));
+        rest();
+        QVERIFY(seen().distanceTo(there) < 1);
+    }
+
+    void aProjectWithoutAPlaceLeavesTheMapAlone()
+    {
+        const QGeoCoordinate before = centre();
+        m_project = std::make_unique<TestProject>("EPSG:25832");
+
+        m_project->activate();
+        rest();
+        lookAtGround({100, 0, 50}, 0, 0, 2000);
+
+        // Its first object is to tie it.
+        QVERIFY(!projector()->initialized());
+        QVERIFY2(centre().distanceTo(before) < 1000, qPrintable(centre().toString()));
+        const QGeoCoordinate there = placeBeside(300, 90);
+        call("gotoPosition", variant(there));
+        rest();
+        QVERIFY(tiedAt().distanceTo(there) < 1);
+        QVERIFY(seen().distanceTo(there) < 1);
     }
 
     void theTieTakesTheAltitudeIfItIsOne_data()

@@ -31,6 +31,9 @@ Item {
 
     readonly property var endpoints: typeof mapEndpoints !== "undefined" && mapEndpoints ? mapEndpoints : ({})
     readonly property var camera: scene3d.camera
+    /** Where the scene was tied to the earth last. */
+    property var lastTie
+    readonly property var activeProject: belmora.appStateData.activeProject
 
     signal locationReceived(var location)
     signal geocodeModelStatusChanged(var geocodeModelStatus, var geocodeModelErrorCode)
@@ -38,6 +41,8 @@ Item {
     anchors.fill: parent
     clip: true
 
+    // Each change of the project unties the scene, before or after this is told.
+    onActiveProjectChanged: Qt.callLater(tieEmptyScene)
     onNavigationModeChanged: {
         if (navigationMode) {
             lastMapCenter = currentCenter()
@@ -60,6 +65,13 @@ Item {
         const place = coordinate || currentCenter()
         const height = altitude === undefined || Number.isNaN(altitude) ? 0.0 : altitude
         scene3d.sceneRoot.safeGeoProjectorInitFromMap(place.latitude, place.longitude, height)
+    }
+
+    /** After a project the scene stays where that one was; the next one ties it anew. */
+    function tieEmptyScene() {
+        if (!activeProject.valid && !GeoProjector.initialized) {
+            initGeoProjector(lastTie)
+        }
     }
 
     function resetGeoProjector(coordinate, altitude) {
@@ -128,7 +140,7 @@ Item {
     }
 
     function moveCameraToPosition(coordinate) {
-        if (!MapMath.isPlace(coordinate)) {
+        if (!MapMath.isPlace(coordinate) || !GeoProjector.initialized) {
             return
         }
         const target = GeoProjector.sceneCoordsFromGeoCoords(coordinate.latitude, coordinate.longitude)
@@ -205,7 +217,7 @@ Item {
     }
 
     function setupTranslation() {
-        if (!navigationMode && map.visible) {
+        if (!navigationMode && map.visible && GeoProjector.initialized) {
             map.center = viewedPlace()
         }
     }
@@ -383,6 +395,13 @@ Item {
             map.translateCenter(trans.z, -trans.x)
         }
         function onMapTranslationFinished() {
+            finish()
+        }
+        // The release of such a drag is told to nobody.
+        function onControlPlanesChanged() {
+            finish()
+        }
+        function finish() {
             const start = initialCenter
             if (start !== undefined && !navigationMode) {
                 GeoProjector.updateByMapTranslation(start.latitude, start.longitude, map.center.latitude,
@@ -395,6 +414,9 @@ Item {
     Connections {
         target: GeoProjector
 
+        function onGeoLocationChanged() {
+            lastTie = QtPositioning.coordinate(GeoProjector.latit, GeoProjector.longit)
+        }
         function onMapResetRequest() {
             resetPosition()
         }
