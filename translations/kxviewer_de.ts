@@ -2,6 +2,29 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE" sourcelanguage="en">
 <context>
+    <name>AddressService</name>
+    <message>
+        <source>Search for an address</source>
+        <translation>Nach einer Adresse suchen</translation>
+    </message>
+    <message>
+        <source>No service is chosen that finds addresses. MAPGEOCODING in the settings names one.</source>
+        <translation>Es ist kein Dienst gewählt, der Adressen findet. MAPGEOCODING in den Einstellungen nennt einen.</translation>
+    </message>
+    <message>
+        <source>The service at %1 cannot be reached, or answers with an error.</source>
+        <translation>Der Dienst unter %1 ist nicht erreichbar oder antwortet mit einem Fehler.</translation>
+    </message>
+    <message>
+        <source>The service at %1 gives no answer that can be read.</source>
+        <translation>Der Dienst unter %1 gibt keine lesbare Antwort.</translation>
+    </message>
+    <message>
+        <source>Nothing is found under this address.</source>
+        <translation>Unter dieser Adresse wurde nichts gefunden.</translation>
+    </message>
+</context>
+<context>
     <name>AppCards</name>
     <message>
         <source>Written</source>
@@ -219,6 +242,17 @@
     <message>
         <source>Play a recording</source>
         <translation>Aufzeichnung abspielen</translation>
+    </message>
+</context>
+<context>
+    <name>MapShift</name>
+    <message>
+        <source>Shift the map</source>
+        <translation>Karte verschieben</translation>
+    </message>
+    <message>
+        <source>A drag then moves the map under the network. All of the project gets the coordinates of its new place, and they are stored. Begin?</source>
+        <translation>Der Finger bewegt dann die Karte unter dem Netz. Alles im Projekt bekommt die Koordinaten seines neuen Ortes, und sie werden gespeichert. Beginnen?</translation>
     </message>
 </context>
 <context>
@@ -938,6 +972,10 @@
     <message>
         <source>Measure in 3D</source>
         <translation>In 3D messen</translation>
+    </message>
+    <message>
+        <source>Shift the map</source>
+        <translation>Karte verschieben</translation>
     </message>
 </context>
 <context>

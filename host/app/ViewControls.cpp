@@ -9,9 +9,9 @@ namespace Torvik::Viewer::ViewControls {
 
 namespace {
 
-const QStringList names {QStringLiteral("compassButton"), QStringLiteral("controlRow"),
-                         QStringLiteral("zoomInButton"),  QStringLiteral("zoomOutButton"),
-                         QStringLiteral("view3dMenu"),    QStringLiteral("gridScaleInfo")};
+const QStringList names {QStringLiteral("compassButton"), QStringLiteral("controlRow"), QStringLiteral("zoomInButton"),
+                         QStringLiteral("zoomOutButton"), QStringLiteral("view3dMenu"), QStringLiteral("mapNotice"),
+                         QStringLiteral("gridScaleInfo")};
 
 constexpr double widestScale = 160;
 

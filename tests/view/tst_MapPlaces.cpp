@@ -72,6 +72,7 @@ public:
         })
     {
         endpoints().geocodingHost = m_geocoder.host();
+        endpoints().copyright = "Surveyors of the town, from a map under a licence that wants to be named";
     }
 
 private slots:
@@ -583,6 +584,41 @@ private slots:
 
         QVERIFY(!latitude().isValid() && !longitude().isValid());
         QVERIFY(!call("isGpsWorking").toBool());
+    }
+
+    void whoMadeTheMapStandsOverTheSceneBesideTheControls()
+    {
+        auto* const area = window().area();
+        area->setProperty("controlsVisible", true);
+        auto* const notice = area->findChild<QQuickItem*>("mapNotice");
+        QVERIFY(notice);
+        for (const int width : {320, 400, 800}) {
+            window().window()->resize(width, 600);
+            QTRY_COMPARE(area->width(), double(width));
+            window().frames(4);
+            window().keep(QString("notice-%1").arg(width));
+
+            const auto placeOf = [area](QQuickItem* item) {
+                return item->mapRectToItem(area, {0, 0, item->width(), item->height()});
+            };
+            const QRectF place = placeOf(notice);
+            QVERIFY(notice->isVisible());
+            QVERIFY(QRectF(0, 0, width, 600).contains(place));
+            for (const char* name : {"gridScaleInfo", "zoomOutButton"}) {
+                auto* const other = area->findChild<QQuickItem*>(name);
+                QVERIFY2(other && other->isVisible() && !place.intersects(placeOf(other)), name);
+            }
+            const auto* const words = notice->findChild<QQuickItem*>("mapNoticeText");
+            QCOMPARE(words->property("text").toString(), QString::fromUtf8("\u00a9 ") + endpoints().copyright);
+            QVERIFY(!words->property("truncated").toBool() && words->height() <= notice->height());
+        }
+        // What the scene draws lies below it.
+        QCOMPARE(notice->parentItem(), area);
+        const auto children = area->childItems();
+        QVERIFY(children.indexOf(notice) > children.indexOf(area->property("sceneLoader").value<QQuickItem*>()));
+        window().area()->setProperty("mapVisible", false);
+        QVERIFY(!notice->isVisible());
+        area->setProperty("controlsVisible", false);
     }
 
     void thePlugInIsToldItsEndpoints()

@@ -1,5 +1,6 @@
 #include "common/SceneTest.h"
 #include "common/TestProject.h"
+#include "domain/boundary/BaseServices.h"
 #include "domain/boundary/CDatabaseLibrary.h"
 #include "host/app/InspectionDesk.h"
 #include "host/app/ViewerController.h"
@@ -60,6 +61,7 @@ private slots:
             }
         }
         QCOMPARE(m_endpoints.setTiles(m_folder.filePath("tiles")), QString());
+        Torvik::Base::CApplicationSettings::instance().setCustomSetting("MAPGEOCODING", "http://map.invalid");
         m_viewer = std::make_unique<ViewerController>();
         m_screen = std::make_unique<ViewerScreen>(*m_viewer, QSize(1000, 700), [this](QQmlContext& context) {
             context.setContextProperty("mapEndpoints", &m_endpoints);

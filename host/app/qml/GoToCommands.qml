@@ -69,14 +69,14 @@ Item {
             text: qsTr("The last address")
             icon: editAddress.icon.enabled
             enabled: address.enabled && goTo.addressKnown
-            onTriggered: address.trigger()
+            onTriggered: addresses.run(address)
         }
         BarCommand {
             name: "editAddressButton"
             text: qsTr("An address…")
             icon: editAddress.icon.enabled
             enabled: editAddress.enabled
-            onTriggered: editAddress.trigger()
+            onTriggered: addresses.run(editAddress)
         }
     }
 
@@ -98,6 +98,7 @@ Item {
     visible: false
     onMapChanged: takeLastAddress()
 
+    AddressService { id: addresses; map: goTo.map }
     View3d.GoToCamera { id: camera }
     View3d.GoToSection { id: section }
     View3d.GoToNodeUpStream { id: upstream }

@@ -170,6 +170,14 @@ QtObject {
             onTriggered: commands.area.mapVisible = !commands.area.mapVisible
         }
         BarCommand {
+            name: "shiftMapButton"
+            text: qsTr("Shift the map")
+            shown: !!commands.area && commands.area.hasTiles
+            on: commands.mapShift.on
+            enabled: commands.mapShift.possible
+            onTriggered: commands.mapShift.toggle()
+        }
+        BarCommand {
             name: "feetButton"
             text: qsTr("Lengths in feet")
             on: units.imperial
@@ -225,6 +233,10 @@ QtObject {
             switches: true
             onTriggered: viewer.vehicle.measuring = !viewer.vehicle.measuring
         }
+    }
+
+    readonly property MapShift mapShift: MapShift {
+        area: commands.area
     }
 
     property GoToCommands goTo: GoToCommands {

@@ -37,6 +37,8 @@ Item {
 
     signal locationReceived(var location)
     signal geocodeModelStatusChanged(var geocodeModelStatus, var geocodeModelErrorCode)
+    /** A search was answered, with no hit. */
+    signal nothingFound()
 
     anchors.fill: parent
     clip: true
@@ -310,15 +312,6 @@ Item {
         }
     }
 
-    // The notice shows itself even when there is nobody to name.
-    Loader {
-        active: !!endpoints.copyright && map.visible
-        anchors { left: parent.left; bottom: parent.bottom }
-        sourceComponent: MapCopyrightNotice {
-            mapSource: map
-        }
-    }
-
     Torvik3d.MapSheet {
         id: sheet
 
@@ -348,6 +341,7 @@ Item {
             }
             refresh()
         }
+        onFoundNothing: nothingFound()
         onStatusChanged: geocodeModelStatusChanged(status, error)
     }
 

@@ -10,6 +10,8 @@ GeocodeModel {
 
     /** The best hit. */
     signal found(var location)
+    /** A search that was answered, with no hit. */
+    signal foundNothing()
 
     function ask(addressOrPlace, goThere) {
         translateMap = goThere
@@ -21,6 +23,8 @@ GeocodeModel {
     onLocationsChanged: {
         if (count > 0) {
             found(get(0))
+        } else if (status === GeocodeModel.Ready) {
+            foundNothing()
         }
     }
 }

@@ -184,8 +184,18 @@ Item {
         opacity: window3d.screenshotPending ? 0 : 1
     }
 
+    MapNotice {
+        id: mapNotice
+
+        objectName: "mapNotice"
+        anchors { left: parent.left; bottom: parent.bottom }
+        map: window3d.map
+        space: parent.width - zoomOutButton.width
+    }
+
     GridScaleInfo {
         objectName: "gridScaleInfo"
+        anchors.bottomMargin: baseMargin + (mapNotice.visible ? mapNotice.height : 0)
         opacity: window3d.screenshotPending ? 0 : 1
         parentScene: window3d.scene3d
         gridSeaLevel: window3d.scene3d ? window3d.scene3d.sceneRoot.gridSeaLevel : 0
@@ -229,6 +239,8 @@ Item {
     }
 
     ZoomHandle {
+        id: zoomOutButton
+
         objectName: "zoomOutButton"
         anchors { bottom: parent.bottom; right: parent.right }
         zoomIn: false
