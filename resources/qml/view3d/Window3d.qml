@@ -140,14 +140,13 @@ Item {
         }
     }
 
-    Connections {
-        target: belmora.appStateData
-        ignoreUnknownSignals: true
+    QtObject {
+        // Bound, since the host names the signal.
+        readonly property string projectId: belmora.appStateData.activeProject.valid
+                                            ? belmora.appStateData.activeProject.id() : ""
 
         // What was to be connected went with its project.
-        function onActiveProjectChanged() {
-            window3d.connectedState = false
-        }
+        onProjectIdChanged: window3d.connectedState = false
     }
 
     QtObject {
