@@ -8,7 +8,7 @@ Rectangle {
     property var map
     /** It takes no more of the width. */
     property real space: 0
-    readonly property string maker: map ? map.endpoints.copyright || "" : ""
+    readonly property string maker: map && map.endpoints ? map.endpoints.copyright || "" : ""
     readonly property real edge: 4
 
     visible: maker !== "" && map.shown
