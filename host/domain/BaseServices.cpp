@@ -76,7 +76,9 @@ CApplicationSettings& CApplicationSettings::instance()
 
 QString CApplicationSettings::getCustomSetting(const QString& key, const QString& defaultValue) const
 {
-    return settingsStore()->value(customKey(key), defaultValue).toString();
+    const QVariant value = settingsStore()->value(customKey(key), defaultValue);
+    // A text with commas that was written by hand, without quotes, is read as a list.
+    return value.type() == QVariant::StringList ? value.toStringList().join(QStringLiteral(", ")) : value.toString();
 }
 
 void CApplicationSettings::setCustomSetting(const QString& key, const QString& value) const

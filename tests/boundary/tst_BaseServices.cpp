@@ -49,6 +49,20 @@ private slots:
         QCOMPARE(settings.getCustomSetting("KEY", "default"), QString());
     }
 
+    /** Whoever writes by hand sets no quotes. */
+    void aTextWithACommaNeedsNoQuotes()
+    {
+        QTemporaryDir dir;
+        QFile file(dir.filePath("settings.ini"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("[custom]\nMAPCOPYRIGHT=Surveyors of the town, 2026\n");
+        file.close();
+        Base::HostSettings::setSettingsFile(file.fileName());
+
+        QCOMPARE(Base::CApplicationSettings::instance().getCustomSetting("MAPCOPYRIGHT", ""),
+                 QString("Surveyors of the town, 2026"));
+    }
+
     void anErrorCodeIsAValueThatQmlReads()
     {
         QCOMPARE(Base::CErrorCode(), Base::CErrorCode(0U));
