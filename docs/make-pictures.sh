@@ -69,5 +69,5 @@ if [ -n "${NETWORK:-}" ]; then
     "$top/run.sh" import "$NETWORK" "$scratch/town" "${with[@]}"
     "$top/run.sh" "$scratch/town" --screenshot "$pictures/network-top.png" --view top --size 800x600
     "$top/run.sh" "$scratch/town" --screenshot "$pictures/network-close.png" --view 3d --size 800x600 \
-        ${CLOSE_TO:+--go-to "$CLOSE_TO"} --distance "${CLOSE_DISTANCE:-900}"
+        ${CLOSE_TO:+--go-to "$CLOSE_TO"} --distance "${CLOSE_DISTANCE:-1500}"
 fi
