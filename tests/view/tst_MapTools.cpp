@@ -66,8 +66,7 @@ private slots:
         m_geocoder.body = body;
         const QVector3D camera = m_screen->camera()->position();
 
-        m_screen->click("goToMenuButton");
-        m_screen->click("editAddressButton");
+        choose("goToMenuButton", "editAddressButton");
         QTRY_VERIFY(m_screen->visible("inputScreen"));
         m_screen->item("inputField0Input")->setProperty("text", "Main Street");
         m_screen->click("acceptButton");
@@ -85,8 +84,7 @@ private slots:
     {
         m_geocoder.body = "[" + StandInGeocoder::hit("47.7", "10.4", "Main Street") + "]";
 
-        m_screen->click("goToMenuButton");
-        m_screen->click("goToAddressButton");
+        choose("goToMenuButton", "goToAddressButton");
 
         QTRY_VERIFY(std::abs(GdalGeoProjector::instance()->latit() - 47.7) < 1e-4);
         m_screen->settle();
@@ -97,8 +95,7 @@ private slots:
     {
         m_endpoints.geocodingHost.clear();
 
-        m_screen->click("goToMenuButton");
-        m_screen->click("editAddressButton");
+        choose("goToMenuButton", "editAddressButton");
 
         QTRY_VERIFY(m_screen->visible("messageBox"));
         QVERIFY(m_screen->text("messageText").contains("MAPGEOCODING"));
@@ -174,10 +171,12 @@ private:
     {
         return {GdalGeoProjector::instance()->latit(), GdalGeoProjector::instance()->longit()};
     }
-    void shift()
+    void shift() { choose("viewMenuButton", "shiftMapButton"); }
+    void choose(const QString& menu, const QString& command)
     {
-        m_screen->click("viewMenuButton");
-        m_screen->click("shiftMapButton");
+        m_screen->click(menu);
+        m_screen->waitFrames(2);
+        m_screen->click(command);
         m_screen->waitFrames(2);
     }
 
