@@ -629,10 +629,6 @@
         <translation>%1 wird aus der Ansicht und aus dem Projekt genommen. Die Datei bleibt bei den Dokumenten des Projekts.</translation>
     </message>
     <message>
-        <source>%1 is taken off this floor. Its file stays where it is.</source>
-        <translation>%1 wird von diesem Stockwerk genommen. Die Datei bleibt, wo sie ist.</translation>
-    </message>
-    <message>
         <source>Remove the plan?</source>
         <translation>Den Plan entfernen?</translation>
     </message>
@@ -695,6 +691,10 @@
     <message>
         <source>%1, for a look</source>
         <translation>%1, nur zur Ansicht</translation>
+    </message>
+    <message>
+        <source>%1 is taken off this floor. Its file stays among the project&apos;s documents.</source>
+        <translation>%1 wird von diesem Stockwerk genommen. Die Datei bleibt bei den Dokumenten des Projekts.</translation>
     </message>
 </context>
 <context>
@@ -1165,6 +1165,56 @@ Der Plan %2 liegt in der Ansicht, aber vielleicht nicht dort, wo er lag: Richten
     </message>
 </context>
 <context>
+    <name>Torvik::Viewer::FloorFile</name>
+    <message>
+        <source>%1 names a plan of no floor, or a second one of the same; it is not laid.</source>
+        <translation>%1 nennt einen Plan ohne Stockwerk oder einen zweiten für dasselbe; er wird nicht gelegt.</translation>
+    </message>
+    <message>
+        <source>%1: the plan of floor %2 is no file of the project; it is not laid.</source>
+        <translation>%1: Der Plan von Stockwerk %2 ist keine Datei des Projekts; er wird nicht gelegt.</translation>
+    </message>
+    <message>
+        <source>%1 does not tell where %2 lies on floor %3: place it anew.</source>
+        <translation>%1 sagt nicht, wo %2 auf Stockwerk %3 liegt: Richten Sie den Plan neu aus.</translation>
+    </message>
+    <message>
+        <source>The plans of the floors cannot be read: %1: %2</source>
+        <translation>Die Pläne der Stockwerke sind nicht lesbar: %1: %2</translation>
+    </message>
+    <message>
+        <source>another program has written it, or a newer version of this one.</source>
+        <translation>Ein anderes Programm hat sie geschrieben oder eine neuere Version von diesem.</translation>
+    </message>
+    <message>
+        <source>%1: the heights of the floors cannot be read; set them anew.</source>
+        <translation>%1: Die Höhen der Stockwerke sind nicht lesbar; geben Sie sie neu ein.</translation>
+    </message>
+    <message>
+        <source>it cannot be opened.</source>
+        <translation>Die Datei lässt sich nicht öffnen.</translation>
+    </message>
+    <message>
+        <source>it is far too large.</source>
+        <translation>Die Datei ist viel zu groß.</translation>
+    </message>
+    <message>
+        <source>%1: the folder cannot be made</source>
+        <translation>%1: Der Ordner lässt sich nicht anlegen</translation>
+    </message>
+    <message>
+        <source>%1: it is damaged, and no copy of it can be made</source>
+        <translation>%1: Die Datei ist beschädigt, und es lässt sich keine Kopie von ihr anlegen</translation>
+    </message>
+</context>
+<context>
+    <name>Torvik::Viewer::FloorKeeper</name>
+    <message>
+        <source>Floor %1: %2</source>
+        <translation>Stockwerk %1: %2</translation>
+    </message>
+</context>
+<context>
     <name>Torvik::Viewer::GpsSimulation</name>
     <message numerus="yes">
         <source>%1: %n line(s) could not be read, the first of them line %2</source>
@@ -1416,6 +1466,14 @@ Der Plan %2 liegt in der Ansicht, aber vielleicht nicht dort, wo er lag: Richten
         <source>%1 has %2 pages; the first one is laid. Save another page as a file of its own to lay that.</source>
         <translation>%1 hat %2 Seiten; gelegt ist die erste. Speichern Sie eine andere Seite als eigene Datei, um diese zu legen.</translation>
     </message>
+    <message>
+        <source>%1: the plan lies on its floor, but will not when the project is opened again, since its file could not be brought into the project: %2</source>
+        <translation>%1: Der Plan liegt auf seinem Stockwerk, aber nicht mehr, wenn das Projekt wieder geöffnet wird; seine Datei ließ sich nicht ins Projekt bringen: %2</translation>
+    </message>
+    <message>
+        <source>The plans of the floors and their heights could not be stored in the project: %1. Is the disk full, or write-protected? Make room, and set the heights once more before you close the project.</source>
+        <translation>Die Pläne der Stockwerke und ihre Höhen konnten nicht im Projekt gespeichert werden: %1. Ist die Platte voll oder schreibgeschützt? Schaffen Sie Platz und geben Sie die Höhen noch einmal ein, bevor Sie das Projekt schließen.</translation>
+    </message>
 </context>
 <context>
     <name>Torvik::Viewer::PlanUnits</name>
@@ -1491,16 +1549,16 @@ Der Plan %2 liegt in der Ansicht, aber vielleicht nicht dort, wo er lag: Richten
         <translation>Das Projekt wird noch geöffnet, und sein eigener Plan kann noch kommen. Warten Sie, bis es da ist.</translation>
     </message>
     <message>
-        <source>%1 lies on this floor. When the new plan has been loaded, the old one goes.</source>
-        <translation>%1 liegt auf diesem Stockwerk. Sobald der neue Plan geladen ist, weicht der alte.</translation>
-    </message>
-    <message>
         <source>%1 lies under the network. When the new plan has been loaded, the old one goes, and its file in the project is deleted.</source>
         <translation>%1 liegt unter dem Netz. Sobald der neue Plan geladen ist, weicht der alte, und seine Datei im Projekt wird gelöscht.</translation>
     </message>
     <message>
         <source>%1 is the plan of this project, though it could not be laid this time. When the new plan has been loaded, it takes its place, and where the old one lay is forgotten.</source>
         <translation>%1 ist der Plan dieses Projekts, konnte aber diesmal nicht gelegt werden. Wenn der neue Plan geladen ist, tritt er an dessen Stelle, und wo der alte lag, ist vergessen.</translation>
+    </message>
+    <message>
+        <source>%1 lies on this floor. When the new plan has been loaded, the old one goes; its file stays among the project&apos;s documents.</source>
+        <translation>%1 liegt auf diesem Stockwerk. Sobald der neue Plan geladen ist, weicht der alte; seine Datei bleibt bei den Dokumenten des Projekts.</translation>
     </message>
 </context>
 <context>

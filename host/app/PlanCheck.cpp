@@ -31,7 +31,7 @@ bool isPlan(const QString& suffix)
 
 } // namespace
 
-QString whyNoPlan(const QString& file, const QString& project)
+QString whyNoPlan(const QString& file)
 {
     const QFileInfo info(file);
     const QString suffix = info.suffix().toLower();
@@ -50,6 +50,15 @@ QString whyNoPlan(const QString& file, const QString& project)
         if (!size.fits)
             return PlanMessages::tooLarge(file, size.info);
     }
+    return {};
+}
+
+QString whyNoPlan(const QString& file, const QString& project)
+{
+    const QString refused = whyNoPlan(file);
+    if (!refused.isEmpty())
+        return refused;
+    const QFileInfo info(file);
     const QStorageInfo disk(project);
     const bool fits = !disk.isValid() || disk.bytesAvailable() >= info.size() + spareBytes;
     return fits ? QString() : PlanMessages::noRoom(file, info.size() + spareBytes);

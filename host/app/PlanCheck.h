@@ -9,4 +9,7 @@ namespace Torvik::Viewer {
  *  @param project  path of the project, with its separator, to which the file would be copied */
 QString whyNoPlan(const QString& file, const QString& project);
 
+/** The same of a file that stays where it is. */
+QString whyNoPlan(const QString& file);
+
 } // namespace Torvik::Viewer

@@ -41,6 +41,18 @@ QString layUnderNetwork(IBackgroundPlan* plan, const QString& project, const QSt
     return {};
 }
 
+QString keepOnFloor(IBackgroundPlan* plan, const QString& project, const QString& source)
+{
+    const QString target = project + CFileSystemNames::documentationPathPart() + plan->fileName();
+    View3d::PlanSwap files({}, plan->fullPath(), target);
+    const QString hindered = files.begin();
+    if (!hindered.isEmpty())
+        return PlanMessages::notKept(source, hindered);
+    plan->setFullPath(target);
+    files.commit();
+    return {};
+}
+
 void removeWaiting()
 {
     auto& entities = SceneEntities::instance();

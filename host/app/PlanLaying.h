@@ -15,6 +15,11 @@ namespace Torvik::Viewer::PlanLaying {
  *  @returns why it was not done, for the user; the plan is still the caller's then */
 QString layUnderNetwork(View3d::IBackgroundPlan* plan, const QString& project, const QString& source);
 
+/** Brings the file of a plan that lies on a floor to the project's documents; until then it is gone when the project
+ *  closes.
+ *  @returns why it was not done, for the user */
+QString keepOnFloor(View3d::IBackgroundPlan* plan, const QString& project, const QString& source);
+
 /** Takes the plan for a look out of the scene, if there is one. */
 void removeWaiting();
 

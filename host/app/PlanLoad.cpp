@@ -86,7 +86,7 @@ QString PlanLoad::inUsersWords(QString text) const
 
 void PlanLoad::start()
 {
-    if (m_order.floor != underNetwork && !PlanCopy::needsCopy(m_order.source))
+    if (m_order.inProject)
         startLoader();
     else
         copy();

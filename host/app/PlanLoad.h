@@ -28,6 +28,8 @@ public:
         int floor = -1;
         /** File of the plan that lies there; empty without one. */
         QString oldPlan;
+        /** The source is one of the project's documents already, and is laid as it is. */
+        bool inProject = false;
     };
 
     explicit PlanLoad(Order order, QObject* parent = nullptr);

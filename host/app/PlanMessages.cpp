@@ -158,6 +158,20 @@ QString placeNotStored(const QString& file)
         .arg(file);
 }
 
+QString notKept(const QString& file, const QString& reason)
+{
+    return tr("%1: the plan lies on its floor, but will not when the project is opened again, since its file could not "
+              "be brought into the project: %2")
+        .arg(file, reason);
+}
+
+QString floorsNotStored(const QString& reason)
+{
+    return tr("The plans of the floors and their heights could not be stored in the project: %1. Is the disk full, or "
+              "write-protected? Make room, and set the heights once more before you close the project.")
+        .arg(reason);
+}
+
 QString notForgotten(const QString& planFile)
 {
     return tr("The plan is out of the view, but will be there again when the project is opened: %1 cannot be deleted. "

@@ -28,6 +28,10 @@ QString notLaid(const QString& file, const QString& reason);
 QString notStored(const QString& file);
 /** The plan lies in the view as the user has placed it, and plan.xml cannot be written. */
 QString placeNotStored(const QString& file);
+/** It lies on its floor, and its file could not be brought into the project. */
+QString notKept(const QString& file, const QString& reason);
+/** The floors are in the view as the user has made them, and their file cannot be written. */
+QString floorsNotStored(const QString& reason);
 /** The plan is out of the view, and plan.xml still names it. */
 QString notForgotten(const QString& planFile);
 /** Of what is copied into the project. */

@@ -2,6 +2,7 @@
 
 #include "domain/boundary/AppState.h"
 #include "host/app/PlanCheck.h"
+#include "host/app/PlanCopy.h"
 #include "host/app/PlanLaying.h"
 #include "host/app/PlanLoad.h"
 #include "host/app/PlanMessages.h"
@@ -13,6 +14,7 @@
 #include "scene/SceneEntities.h"
 #include "scene/SceneRoot.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -52,6 +54,8 @@ IBackgroundPlan* ownPlan()
 PlanWork::PlanWork(QObject* parent)
     : QObject(parent)
 {
+    connect(&m_keeper, &FloorKeeper::notStored, this, &PlanWork::notStored);
+    connect(&m_keeper, &FloorKeeper::trouble, this, &PlanWork::floorMissing);
 }
 
 PlanWork::~PlanWork()
@@ -120,6 +124,7 @@ void PlanWork::reset()
         m_told = false;
         finish();
     }
+    m_keeper.forget();
     auto& floors = FloorNav::instance();
     floors.setCurrentFloorIndex(underNetwork);
     // They lie where the project before has its place on earth, at the heights of its building.
@@ -160,6 +165,8 @@ void PlanWork::setLocked(bool locked)
 
 void PlanWork::store()
 {
+    if (m_floor != underNetwork)
+        m_keeper.saveSoon();
     if (m_floor != underNetwork || forALook())
         return;
     SceneEntities::instance().saveBackgroundPlan();
@@ -177,7 +184,7 @@ void PlanWork::tellUnlessStored()
 QVariantList PlanWork::heights() const
 {
     const QVariantList told = FloorNav::instance().floorValues();
-    return told.isEmpty() ? QVariantList {0.0, 3.0, 3.0, 3.0} : told;
+    return told.isEmpty() ? FloorKeeper::usualHeights() : told;
 }
 
 void PlanWork::setHeights(const QVariantList& heights)
@@ -194,28 +201,32 @@ QString PlanWork::refusal(const QUrl& file) const
         return tr("Another plan is still being loaded. Wait until it is there, or cancel it.");
     if (projectPath().isEmpty())
         return tr("There is no project that a plan could belong to. Open one first.");
-    if (m_filling || (m_floor == underNetwork && root && root->planLoader()->planLoading()))
+    if (m_filling || floorsComing() || (m_floor == underNetwork && root && root->planLoader()->planLoading()))
         return tr("The project is still being opened, and its own plan may come. Wait until it is there.");
     return whyNoPlan(path, projectPath());
 }
 
 QString PlanWork::questionBeforeLoad() const
 {
+    const auto inPlaceOfOneNotLaid = [](const QString& file) {
+        return file.isEmpty()
+                   ? QString()
+                   : tr("%1 is the plan of this project, though it could not be laid this time. When the new "
+                        "plan has been loaded, it takes its place, and where the old one lay is forgotten.")
+                         .arg(file);
+    };
     if (m_floor != underNetwork)
-        return hasPlan()
-                   ? tr("%1 lies on this floor. When the new plan has been loaded, the old one goes.").arg(planName())
-                   : QString();
+        return hasPlan() ? tr("%1 lies on this floor. When the new plan has been loaded, the old one goes; its file "
+                              "stays among the project's documents.")
+                               .arg(planName())
+                         : inPlaceOfOneNotLaid(m_keeper.notLaid(m_floor));
     if (const IBackgroundPlan* const own = ownPlan())
         return tr("%1 lies under the network. When the new plan has been loaded, the old one goes, and its file in the "
                   "project is deleted.")
             .arg(own->fileName());
     View3d::PlanSettingsIO stored;
     stored.tryToLoadPlanSettings(projectPath());
-    const QString lost = stored.getPathToPlanImage();
-    return lost.isEmpty() ? QString()
-                          : tr("%1 is the plan of this project, though it could not be laid this time. When the new "
-                               "plan has been loaded, it takes its place, and where the old one lay is forgotten.")
-                                .arg(QFileInfo(lost).fileName());
+    return inPlaceOfOneNotLaid(QFileInfo(stored.getPathToPlanImage()).fileName());
 }
 
 void PlanWork::load(const QUrl& file)
@@ -230,10 +241,20 @@ void PlanWork::load(const QUrl& file)
     m_loadPath = m_source;
     m_told = false;
     const IBackgroundPlan* const old = m_floor == underNetwork ? ownPlan() : nullptr;
-    m_load = new PlanLoad({m_source, projectPath(), m_floor, old ? old->fullPath() : QString()}, this);
+    m_load = new PlanLoad(
+        {m_source, projectPath(), m_floor, old ? old->fullPath() : QString(), canStayWhereItIs(m_source)}, this);
     hearLoad();
     emit changed();
     m_load->start();
+}
+
+bool PlanWork::canStayWhereItIs(const QString& file) const
+{
+    // The file of the plan under the network goes with that one.
+    const IBackgroundPlan* const own = ownPlan();
+    const QDir documents(projectPath() + CFileSystemNames::documentationPathPart());
+    return m_floor != underNetwork && !PlanCopy::needsCopy(file) && QFileInfo(file).dir() == documents &&
+           (!own || QFileInfo(own->fullPath()) != QFileInfo(file));
 }
 
 void PlanWork::hearLoad()
@@ -275,8 +296,7 @@ bool PlanWork::lay(IBackgroundPlan* plan)
 {
     const PlanLoad::Order& order = m_load->order();
     if (order.floor != underNetwork) {
-        // It stands as high as the others of the building.
-        setHeights(heights());
+        layOnFloor(plan);
         return true;
     }
     const bool otherProject = projectPath() != order.project;
@@ -292,6 +312,16 @@ bool PlanWork::lay(IBackgroundPlan* plan)
     m_toldNotStored = false;
     emit planLoadedChanged();
     return true;
+}
+
+void PlanWork::layOnFloor(IBackgroundPlan* plan)
+{
+    const QString problem = PlanLaying::keepOnFloor(plan, m_load->order().project, m_source);
+    // It stands as high as the others of the building.
+    setHeights(heights());
+    m_keeper.saveSoon();
+    if (!problem.isEmpty())
+        emit notStored(problem);
 }
 
 void PlanWork::finish()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "domain/boundary/BaseServices.h"
+#include "host/app/FloorKeeper.h"
 #include "plans/BackgroundController.h"
 #include "plans/IBackgroundPlan.h"
 #include "plans/SizeInfo.h"
@@ -36,7 +37,7 @@ class PlanWork : public QObject {
 
 public:
     static constexpr int underNetwork = -1;
-    static constexpr int floorCount = 4;
+    static constexpr int floorCount = FloorFile::floorCount;
 
     /** As in TwoSectionMode. */
     enum Way { TwoLines = 1, NorthLine = 2, LineAndLength = 4 };
@@ -47,6 +48,11 @@ public:
 
     /** The project is still on its way into the scene; its own plan comes after it. */
     void setProjectFilling(bool filling) { m_filling = filling; }
+    /** The project stands in the scene: the floors that it has come, one after the other. */
+    void layFloors(const QString& project) { m_keeper.open(project); }
+    bool floorsComing() const { return m_keeper.laying(); }
+    /** The project is about to close: what the user has done with its floors is stored. */
+    void storeFloors() { m_keeper.close(); }
     int floor() const { return m_floor; }
     /** A floor that is chosen is shown; with -1 no floor is. */
     void setFloor(int floor);
@@ -86,6 +92,8 @@ signals:
     void failed(const QString& text);
     /** What was done to a plan that lies in the view could not be stored. Told once, until it can be again. */
     void notStored(const QString& text);
+    /** A floor that the project has did not come with it. */
+    void floorMissing(const QString& text);
     /** It was done, and not all is well with it. */
     void noted(const QString& text);
 
@@ -104,11 +112,14 @@ private:
     void hearLoad();
     void onLoaded(View3d::IBackgroundPlan* plan);
     bool lay(View3d::IBackgroundPlan* plan);
+    void layOnFloor(View3d::IBackgroundPlan* plan);
+    bool canStayWhereItIs(const QString& file) const;
     void finish();
     void store();
     void tellUnlessStored();
 
     int m_floor = underNetwork;
+    FloorKeeper m_keeper;
     View3d::BackgroundController m_controller {nullptr};
     QPointer<View3d::IBackgroundPlan> m_watched;
     bool m_following = false;

@@ -91,6 +91,7 @@ ViewerController::ViewerController(QObject* parent)
     connect(&Base::ShownUnit::instance(), &Base::ShownUnit::changed, this, &ViewerController::writeAnew);
     connect(this, &ViewerController::currentIdChanged, this, &ViewerController::currentIdsChanged);
     connect(this, &ViewerController::projectChanged, &m_plans, &PlanWork::reset);
+    connect(&m_plans, &PlanWork::floorMissing, this, &ViewerController::addPlanTrouble);
     connect(&ProjectStore::instance(), &ProjectStore::writeFailed, this, &ViewerController::setError);
     auto& trouble = Database::StoreTrouble::instance();
     connect(&trouble, &Database::StoreTrouble::begun, this, &ViewerController::setTrouble);
@@ -158,6 +159,7 @@ void ViewerController::onSceneFilled()
     m_selection.follow();
     setProgress(1, {});
     setBusy(false);
+    m_plans.layFloors(projectFolder());
     takeOpeningView();
     emit opened();
 }
@@ -207,6 +209,7 @@ void ViewerController::closeProject()
 {
     if (m_busy || !m_project)
         return;
+    m_plans.storeFloors();
     ProjectStore::instance().close(m_project);
     m_project.clear();
     m_projectName.clear();
@@ -399,6 +402,11 @@ void ViewerController::setPlanTrouble(const QString& text)
         return;
     m_planText = text;
     emit errorTextChanged();
+}
+
+void ViewerController::addPlanTrouble(const QString& text)
+{
+    setPlanTrouble(m_planText.isEmpty() ? text : m_planText + QLatin1Char('\n') + text);
 }
 
 void ViewerController::setTrouble(const QString& text)

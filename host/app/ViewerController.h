@@ -154,6 +154,7 @@ private:
     void setProgress(double progress, const QString& text);
     void setError(const QString& text);
     void setPlanTrouble(const QString& text);
+    void addPlanTrouble(const QString& text);
     void setTrouble(const QString& text);
     void setCurrentId(const QString& id);
     void onSelectionChanged();

@@ -84,7 +84,7 @@ Rectangle {
         const text = plans.forALook
             ? qsTr("%1 is taken out of the view. Its file stays where it is.") : plans.floor < 0
             ? qsTr("%1 is taken out of the view and out of the project. Its file stays among the project's documents.")
-            : qsTr("%1 is taken off this floor. Its file stays where it is.")
+            : qsTr("%1 is taken off this floor. Its file stays among the project's documents.")
         MessageBox.question(qsTr("Remove the plan?"), text.arg(plans.planName), function(yes) {
             if (yes)
                 plans.remove()
