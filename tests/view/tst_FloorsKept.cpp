@@ -30,6 +30,7 @@ private slots:
     void aPlanThatIsRemovedStaysAway();
     void aPlanOfTheProjectsDocumentsIsNotCopied();
     void ofAPdfThePictureIsKept();
+    void aDrawingInNationalCoordinatesComesBack();
     void whatCannotBeStoredIsToldOnce();
     void aMissingFileIsToldAndNotForgotten();
     void aDamagedFileIsKept();
@@ -238,6 +239,29 @@ void tst_FloorsKept::ofAPdfThePictureIsKept()
     QCOMPARE(floors().getFloorPlan(2)->fullPath(), documents() + "page.png");
     QVERIFY(QFile::exists(page));
     plans().setFloor(2);
+    plans().remove();
+    plans().setFloor(PlanWork::underNetwork);
+    QTRY_COMPARE(stored().floors.plans.keys(), (QList<int> {0, 3}));
+}
+
+void tst_FloorsKept::aDrawingInNationalCoordinatesComesBack()
+{
+    using namespace Kx::Test::Dxf;
+    const QByteArray walls =
+        line(0x20, 400000, 5600000, 400012, 5600000) + line(0x21, 400012, 5600000, 400012, 5600008);
+    layOnFloor(2, file("national.dxf", head({}, {}, "AC1015", {}) + section("ENTITIES", walls) + pair(0, "EOF")));
+    QCOMPARE(plans().align(PlanWork::TwoLines, {0, 0, 0}, {4, 0, 1}, {30, 0, 3}, {34, 0, 9}), QString());
+    const QMatrix4x4 before = matrix(2);
+    const QMatrix4x4 origin = floors().getFloorPlan(2)->transform()->matrix();
+    // It is its middle that is moved.
+    QVERIFY(!isSame(before, origin));
+
+    reopen();
+
+    QVERIFY(floors().hasFloorPlan(2));
+    QVERIFY(isSame(matrix(2), before));
+    plans().setFloor(2);
+    m_screen->keep("national-floor-kept");
     plans().remove();
     plans().setFloor(PlanWork::underNetwork);
     QTRY_COMPARE(stored().floors.plans.keys(), (QList<int> {0, 3}));
