@@ -72,8 +72,11 @@ private:
     static QImage painted(QChar letter, const QSize& size, double shift, double pitch)
     {
         QFont font(QStringLiteral("DejaVu Sans Mono"));
-        font.setPixelSize(100);
-        font.setPixelSize(static_cast<int>(std::round(size.height() * 100 / QFontMetricsF(font).height())));
+        // A label's letters leave the last row free.
+        int pixels = size.height();
+        font.setPixelSize(pixels);
+        while (QFontMetricsF(font).height() > size.height() - 1)
+            font.setPixelSize(--pixels);
         QImage picture(size, QImage::Format_RGB32);
         picture.fill(Qt::black);
         QPainter painter(&picture);
@@ -82,7 +85,7 @@ private:
         painter.translate(shift, 0);
         const double advance = QFontMetricsF(font).horizontalAdvance(letter);
         painter.scale(pitch / advance, 1.0);
-        painter.drawText(QRectF(0, 0, advance, size.height()), Qt::AlignVCenter | Qt::TextDontClip, QString(letter));
+        painter.drawText(QRectF(0, 0, advance, size.height()), Qt::AlignTop | Qt::TextDontClip, QString(letter));
         return picture;
     }
     /** How much there is of a letter's white, apart from the background's blue: 0 to 255. */
