@@ -1,5 +1,7 @@
 #pragma once
 
+#include "common/SharedData.h"
+
 #include <QByteArray>
 #include <QFile>
 #include <QFileInfo>
@@ -73,16 +75,6 @@ inline QString written(const QTemporaryDir& folder, const QString& name, const Q
     if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size())
         qFatal("cannot write %s", qPrintable(path));
     return path;
-}
-
-/** A real drawing, or an empty path where the folder of real files is not there. */
-inline QString realDrawing(const QString& name)
-{
-    QString folder = qEnvironmentVariable("KX_SHARED_DATA");
-    if (folder.isEmpty())
-        folder = QStringLiteral(KX_SOURCE_DIR "/../shared/data");
-    const QString path = folder + QLatin1Char('/') + name;
-    return QFileInfo::exists(path) ? path : QString();
 }
 
 } // namespace Kx::Test

@@ -61,7 +61,7 @@ void tst_RealDrawings::whatCanBeReadIsDrawn()
     QFETCH(QString, format);
     QFETCH(int, fewestSegments);
     QFETCH(int, mostLost);
-    const QString path = realDrawing(name);
+    const QString path = realFile(name);
     if (path.isEmpty())
         QSKIP("the folder of real drawings is not there");
 
@@ -102,7 +102,7 @@ void tst_RealDrawings::whatCannotIsExplained()
     QFETCH(QString, name);
     QFETCH(int, problem);
     QFETCH(QString, says);
-    const QString path = realDrawing(name);
+    const QString path = realFile(name);
     if (path.isEmpty())
         QSKIP("the folder of real drawings is not there");
 
@@ -124,7 +124,7 @@ void tst_RealDrawings::cutAnywhereTheyNeverCrash_data()
 void tst_RealDrawings::cutAnywhereTheyNeverCrash()
 {
     QFETCH(QString, name);
-    const QString path = realDrawing(name);
+    const QString path = realFile(name);
     if (path.isEmpty())
         QSKIP("the folder of real drawings is not there");
     QFile file(path);

@@ -88,7 +88,7 @@ private slots:
 
     void aRealDrawingIsSeen()
     {
-        const QString path = realDrawing("dxf/floorplan_AC1018.dxf");
+        const QString path = realFile("dxf/floorplan_AC1018.dxf");
         if (path.isEmpty())
             QSKIP("the folder of real drawings is not there");
         QFile file(path);

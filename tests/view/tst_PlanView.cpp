@@ -120,7 +120,7 @@ private slots:
     void aDwgLiesUnderTheNetwork()
     {
         QFETCH(QString, name);
-        const QString real = realDrawing(name);
+        const QString real = realFile(name);
         if (real.isEmpty())
             QSKIP("the folder of real drawings is not there");
         const QString path = m_folder->filePath("plan.dwg");
