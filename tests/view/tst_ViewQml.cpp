@@ -37,7 +37,8 @@ private:
     {
         previous(type, context, text);
         // The render threads' words are left to the tests of pictures.
-        if ((type != QtWarningMsg && type != QtCriticalMsg) || QThread::currentThread() != qApp->thread())
+        if ((type != QtWarningMsg && type != QtCriticalMsg) ||
+            QThread::currentThread() != QCoreApplication::instance()->thread())
             return;
         // Qt's own words about tiles that a map no longer wants.
         if (text.startsWith("QNetworkReplyImplPrivate") || text.startsWith("QHttpNetworkConnectionPrivate"))
