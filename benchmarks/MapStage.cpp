@@ -1,8 +1,10 @@
 #include "benchmarks/MapStage.h"
 
+#include "benchmarks/Stopwatch.h"
 #include "domain/boundary/AppState.h"
 #include "geo/GdalGeoProjector.h"
 #include "geo/MapSheet.h"
+#include "host/app/DrawingCount.h"
 #include "host/domain/ProjectStore.h"
 #include "host/map/MapEndpoints.h"
 #include "host/modules/HostModules.h"
@@ -12,7 +14,6 @@
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QImage>
-#include <QLoggingCategory>
 #include <QPainter>
 #include <QQmlApplicationEngine>
 #include <QQmlContext>
@@ -22,9 +23,7 @@
 #include <Qt3DRender/QCamera>
 #include <QtMath>
 
-#include <atomic>
 #include <cmath>
-#include <ctime>
 
 namespace Torvik::Bench {
 
@@ -44,28 +43,6 @@ import "qrc:/viewer" as Viewer
 Window { property alias area: area; width: 800; height: 600; visible: true
          Viewer.SceneArea { id: area; anchors.fill: parent } }
 )";
-
-const char drawingCategory[] = "Qt3D.Renderer.OpenGL.Rendering";
-std::atomic<int> drawings {0};
-QtMessageHandler previousHandler = nullptr;
-
-void countDrawings(QtMsgType type, const QMessageLogContext& context, const QString& message)
-{
-    if (type == QtDebugMsg && qstrcmp(context.category, drawingCategory) == 0) {
-        if (message.contains(QLatin1String("Submission Completed")))
-            ++drawings;
-        return;
-    }
-    if (previousHandler)
-        previousHandler(type, context, message);
-}
-
-double processorMs()
-{
-    timespec time {};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
-}
 
 /** Streets and blocks, a different number of them on each tile. */
 QImage street(int x, int y)
@@ -211,14 +188,14 @@ void MapStage::waitFrames(int frames)
 MapStage::FrameTime MapStage::orbit(int frames)
 {
     constexpr float stepDeg = 2.0F;
-    const double before = processorMs();
+    const double before = processMs();
     QElapsedTimer clock;
     clock.start();
     for (int i = 0; i < frames; ++i) {
         m_camera->panAboutViewCenter(stepDeg, QVector3D(0.0F, 1.0F, 0.0F));
         waitFrames(1);
     }
-    return {static_cast<double>(clock.nsecsElapsed()) / 1e6 / frames, (processorMs() - before) / frames};
+    return {static_cast<double>(clock.nsecsElapsed()) / 1e6 / frames, (processMs() - before) / frames};
 }
 
 MapStage::Activity MapStage::watch(int ms)
@@ -231,15 +208,11 @@ MapStage::Activity MapStage::watch(int ms)
     auto* const sheet = m_area->property("map").value<QObject*>()->findChild<View3d::MapSheet*>();
     QObject::connect(sheet, &View3d::MapSheet::changed, &context, [&activity] { ++activity.mapMoves; });
     const int asked = tilesAsked();
-    drawings = 0;
-    previousHandler = qInstallMessageHandler(countDrawings);
-    QLoggingCategory::setFilterRules(QStringLiteral("%1.debug=true").arg(QLatin1String(drawingCategory)));
-    const double before = processorMs();
+    const Viewer::DrawingCount count;
+    const double before = processMs();
     wait(ms);
-    activity.processorMs = processorMs() - before;
-    QLoggingCategory::setFilterRules({});
-    qInstallMessageHandler(previousHandler);
-    activity.drawings = drawings;
+    activity.processorMs = processMs() - before;
+    activity.drawings = count.drawings();
     activity.tilesAsked = tilesAsked() - asked;
     return activity;
 }

@@ -18,7 +18,6 @@
 #include <Qt3DRender/QPickEvent>
 
 #include <algorithm>
-#include <ctime>
 #include <functional>
 
 namespace Torvik::Bench {
@@ -37,13 +36,6 @@ constexpr int secondMs = 1000;
 constexpr int betweenPressesMs = 500;
 constexpr int longestMs = 10000;
 constexpr float eyeM = 60.0F;
-
-double processMs()
-{
-    timespec time {};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
-}
 
 struct Idle {
     double processMs = 1e9;

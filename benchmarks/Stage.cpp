@@ -1,8 +1,9 @@
 #include "benchmarks/Stage.h"
 
+#include "host/app/DrawingCount.h"
+
 #include <QElapsedTimer>
 #include <QEventLoop>
-#include <QLoggingCategory>
 #include <QQmlComponent>
 #include <QQmlContext>
 #include <QQuickItem>
@@ -10,8 +11,6 @@
 #include <QTimer>
 #include <Qt3DCore/QEntity>
 #include <Qt3DRender/QCamera>
-
-#include <atomic>
 
 namespace Torvik::Bench {
 
@@ -45,22 +44,6 @@ Scene3D {
     }
 }
 )";
-
-/** The renderer reports every drawing when its log is on; nothing else tells a drawing from a frame of the window. */
-const char drawingCategory[] = "Qt3D.Renderer.OpenGL.Rendering";
-std::atomic<int> drawings {0};
-QtMessageHandler previousHandler = nullptr;
-
-void countDrawings(QtMsgType type, const QMessageLogContext& context, const QString& message)
-{
-    if (type == QtDebugMsg && qstrcmp(context.category, drawingCategory) == 0) {
-        if (message.contains(QLatin1String("Submission Completed")))
-            ++drawings;
-        return;
-    }
-    if (previousHandler)
-        previousHandler(type, context, message);
-}
 
 } // namespace
 
@@ -117,13 +100,9 @@ Stage::Activity Stage::watch(int ms) const
         return activity;
     QObject context;
     QObject::connect(m_view.get(), &QQuickWindow::frameSwapped, &context, [&activity] { ++activity.frames; });
-    drawings = 0;
-    previousHandler = qInstallMessageHandler(countDrawings);
-    QLoggingCategory::setFilterRules(QStringLiteral("%1.debug=true").arg(QLatin1String(drawingCategory)));
+    const Viewer::DrawingCount count;
     waitMs(ms);
-    QLoggingCategory::setFilterRules({});
-    qInstallMessageHandler(previousHandler);
-    activity.drawings = drawings;
+    activity.drawings = count.drawings();
     return activity;
 }
 

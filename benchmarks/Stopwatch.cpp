@@ -20,6 +20,11 @@ Span now()
 
 } // namespace
 
+double processMs()
+{
+    return readMs(CLOCK_PROCESS_CPUTIME_ID);
+}
+
 Stopwatch::Stopwatch()
     : m_start(now())
 {

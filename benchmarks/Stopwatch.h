@@ -12,6 +12,9 @@ struct Span {
     double processorMs = 0.0;
 };
 
+/** Processor time of all threads of the process until now, in milliseconds. */
+double processMs();
+
 /** Runs from its construction. */
 class Stopwatch {
 public:

@@ -15,11 +15,6 @@ constexpr float usualFar = 10000.0f;
 /** Beyond this distance the usual near plane costs more depth than a pipe's radius. */
 constexpr float narrowBeyond = 700.0f;
 
-double tangentOfHalfLens()
-{
-    return std::tan(lensAngleDeg * M_PI / 360.0);
-}
-
 /** From the point looked at towards the camera. */
 QVector3D backwards(StandardView view)
 {
@@ -48,6 +43,11 @@ QVector3D upwards(StandardView view)
 }
 
 } // namespace
+
+double tangentOfHalfLens()
+{
+    return std::tan(lensAngleDeg * M_PI / 360.0);
+}
 
 void Bounds::add(const QVector3D& center, float radius)
 {

@@ -8,6 +8,8 @@ namespace Torvik::Viewer {
 
 /** Opening of the view's lens from the lower to the upper edge, in degrees. */
 constexpr double lensAngleDeg = 3.0;
+/** Half of what is in view from a metre away, from the lower to the upper edge. */
+double tangentOfHalfLens();
 
 /** A box along the axes of the scene, in metres; starts empty. */
 class Bounds {

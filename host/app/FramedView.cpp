@@ -22,11 +22,6 @@ constexpr int lettersOfFullInfo = 14;
 /** Steeper than this the view can slide along the ground. */
 constexpr float slideable = 0.2F;
 
-double tangentOfHalfLens()
-{
-    return std::tan(lensAngleDeg * M_PI / 360.0);
-}
-
 QMarginsF nameOf(const QString& text, const NameLook& look, bool severalLines)
 {
     if (!look.visible || text.isEmpty())

@@ -1,41 +1,24 @@
 #include "host/app/StartClock.h"
 
+#include "host/app/DrawingCount.h"
 #include "host/app/ViewerController.h"
 
 #include <QDateTime>
 #include <QElapsedTimer>
-#include <QLoggingCategory>
 #include <QQuickWindow>
 #include <QTextStream>
 #include <QTimer>
-
-#include <atomic>
 
 namespace Torvik::Viewer {
 
 namespace {
 
-/** The renderer reports every drawing when its log is on; nothing else tells a drawing from a frame of the window. */
-const char drawingCategory[] = "Qt3D.Renderer.OpenGL.Rendering";
 /** A drawing may have begun before the last change it is to show. One that comes so much later is about something else.
  */
 constexpr int drawnAgainMs = 200;
 
 QElapsedTimer sinceMain;
 qint64 beforeMain = 0;
-std::atomic<int> drawings {0};
-QtMessageHandler previousHandler = nullptr;
-
-void countDrawings(QtMsgType type, const QMessageLogContext& context, const QString& message)
-{
-    if (type == QtDebugMsg && qstrcmp(context.category, drawingCategory) == 0) {
-        if (message.contains(QLatin1String("Submission Completed")))
-            ++drawings;
-        return;
-    }
-    if (previousHandler)
-        previousHandler(type, context, message);
-}
 
 } // namespace
 
@@ -47,6 +30,10 @@ void StartClock::begin()
     if (beforeMain > 0)
         instance().mark(QStringLiteral("the script, and loading the program"));
 }
+
+StartClock::StartClock() = default;
+
+StartClock::~StartClock() = default;
 
 StartClock& StartClock::instance()
 {
@@ -66,8 +53,12 @@ void StartClock::mark(const QString& name)
 
 void StartClock::watch(QQuickWindow& window, ViewerController& controller)
 {
-    previousHandler = qInstallMessageHandler(countDrawings);
-    QLoggingCategory::setFilterRules(QStringLiteral("%1.debug=true").arg(QLatin1String(drawingCategory)));
+    m_drawings = std::make_unique<DrawingCount>();
+    // The clock outlives the application, which the count must not.
+    connect(&window, &QObject::destroyed, this, [this] {
+        m_finished = true;
+        m_drawings.reset();
+    });
     connect(&window, &QQuickWindow::frameSwapped, this, &StartClock::onFrame, Qt::QueuedConnection);
     connect(&controller, &ViewerController::projectChanged, this, [this, &controller] {
         if (controller.projectOpen() && !m_opened && !m_finished)
@@ -77,7 +68,7 @@ void StartClock::watch(QQuickWindow& window, ViewerController& controller)
         if (m_opened || m_finished)
             return;
         mark(QStringLiteral("building the scene"));
-        drawings = 0;
+        m_drawings->restart();
         m_opened = true;
     });
 }
@@ -90,6 +81,7 @@ void StartClock::onFrame()
         m_shown = true;
         mark(QStringLiteral("the window's first frame"));
     }
+    const int drawings = m_drawings->drawings();
     if (!m_opened || drawings == 0)
         return;
     if (drawings > 1) {
@@ -106,8 +98,7 @@ void StartClock::finish(qint64 painted)
         return;
     m_finished = true;
     m_parts.append({QStringLiteral("painting the network"), painted});
-    QLoggingCategory::setFilterRules({});
-    qInstallMessageHandler(previousHandler);
+    m_drawings.reset();
     QTextStream(stderr) << account(m_parts);
     emit finished();
 }

@@ -4,10 +4,13 @@
 #include <QString>
 #include <QVector>
 
+#include <memory>
+
 class QQuickWindow;
 
 namespace Torvik::Viewer {
 
+class DrawingCount;
 class ViewerController;
 
 /** Times the way from the start of the program, or of the script that says in KX_STARTED_MS when it began (milliseconds
@@ -16,6 +19,8 @@ class StartClock : public QObject {
     Q_OBJECT
 
 public:
+    ~StartClock() override;
+
     /** Once, as the first thing that the program does. */
     static void begin();
     static StartClock& instance();
@@ -38,12 +43,14 @@ signals:
     void finished();
 
 private:
-    StartClock() = default;
+    StartClock();
     void onFrame();
     void finish(qint64 painted);
     qint64 now() const;
 
     QVector<Part> m_parts;
+    /** From watch() to the end of the way. */
+    std::unique_ptr<DrawingCount> m_drawings;
     bool m_shown = false;
     bool m_opened = false;
     bool m_finished = false;
