@@ -1,4 +1,4 @@
-#include "NetworkScene.h"
+#include "NodeScene.h"
 
 #include "common/LogCapture.h"
 #include "domain/boundary/BaseServices.h"
@@ -11,8 +11,6 @@ using namespace Torvik::View3d;
 
 namespace {
 
-const QString at = QStringLiteral("POINT ZM(-10 20 5 16)"); // (10, 5, 20) in the scene, from a GIS
-
 Geometry::ManholeGeometry* manhole(const Node* node)
 {
     return qobject_cast<Geometry::ManholeGeometry*>(node->geometry());
@@ -20,12 +18,12 @@ Geometry::ManholeGeometry* manhole(const Node* node)
 
 } // namespace
 
-class tst_Node : public QObject {
+class tst_Node : public QObject, private NodeScene {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void creationIsLogged();
     void aStoredPointPlacesTheNodeAndLeavesTheFlags();
@@ -57,29 +55,7 @@ private slots:
 
     void aDestroyedNodeLeavesTheRegistry();
     void qmlCanMakeANode();
-
-private:
-    Node* realNode(const QVariantMap& values = {}, const QString& shape = at)
-    {
-        return m_scene->node("N", shape, values);
-    }
-    Node* virtualNode(bool visible = false, const QString& type = "NOD")
-    {
-        return Node::createVirtual(m_scene->root.get(), visible, "V", type);
-    }
-
-    std::unique_ptr<NetworkScene> m_scene;
 };
-
-void tst_Node::init()
-{
-    m_scene = std::make_unique<NetworkScene>();
-}
-
-void tst_Node::cleanup()
-{
-    m_scene.reset();
-}
 
 void tst_Node::creationIsLogged()
 {
@@ -92,7 +68,7 @@ void tst_Node::creationIsLogged()
 
 void tst_Node::aStoredPointPlacesTheNodeAndLeavesTheFlags()
 {
-    const auto record = m_scene->project().addNode("N", at);
+    const auto record = m_scene->project().addNode("N", at());
     auto* const proxy = new Torvik::Database::CDomainObjectProxy(sharedNotificationMapper(), record, nullptr);
 
     const Node* const node = Node::create(m_scene->root.get(), new NodeAdapter(proxy, nullptr));

@@ -1,4 +1,4 @@
-#include "NetworkScene.h"
+#include "NodeScene.h"
 
 #include "common/LogCapture.h"
 
@@ -6,19 +6,13 @@
 
 using namespace Torvik::View3d;
 
-namespace {
-
-const QString at = QStringLiteral("POINT ZM(-10 20 5 16)"); // (10, 5, 20) in the scene, from a GIS
-
-} // namespace
-
 /** How a node follows the pipes at it, and where it goes by itself. */
-class tst_NodeMoves : public QObject {
+class tst_NodeMoves : public QObject, private NodeScene {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void movingToTheStartOfNothingIsLogged();
     void movingToTheStartRaisesByTheDepth();
@@ -43,29 +37,7 @@ private slots:
     void aMoveIsStored();
     void aDestroyedNodeLeavesItsSections();
     void aDestroyedSectionLetsItsFollowerGo();
-
-private:
-    Node* realNode(const QVariantMap& values = {}, const QString& shape = at)
-    {
-        return m_scene->node("N", shape, values);
-    }
-    Node* virtualNode(bool visible = false, const QString& type = "NOD")
-    {
-        return Node::createVirtual(m_scene->root.get(), visible, "V", type);
-    }
-
-    std::unique_ptr<NetworkScene> m_scene;
 };
-
-void tst_NodeMoves::init()
-{
-    m_scene = std::make_unique<NetworkScene>();
-}
-
-void tst_NodeMoves::cleanup()
-{
-    m_scene.reset();
-}
 
 void tst_NodeMoves::movingToTheStartOfNothingIsLogged()
 {

@@ -31,11 +31,35 @@ class tst_RealPlans : public QObject {
 
 private slots:
     void initTestCase() { SceneRoot::registerMetaTypes(); }
+    void init();
+    void cleanup();
     void everyFileBecomesAPlan_data();
     void everyFileBecomesAPlan();
     void cutInHalfItIsToldOnce_data() { everyFileBecomesAPlan_data(); }
     void cutInHalfItIsToldOnce();
+
+private:
+    std::unique_ptr<SceneRoot> m_root;
+    std::unique_ptr<Kx::Test::TestProject> m_project;
+    std::unique_ptr<QTemporaryDir> m_folder;
 };
+
+void tst_RealPlans::init()
+{
+    m_root = std::make_unique<SceneRoot>();
+    m_root->qmlOnCompleted();
+    m_project = std::make_unique<Kx::Test::TestProject>(QStringLiteral("EPSG:25832"));
+    m_project->activate();
+    m_folder = std::make_unique<QTemporaryDir>();
+    // Where a page's picture goes.
+    QVERIFY(QDir().mkpath(m_project->path() + Torvik::Base::CFileSystemNames::documentationPathPart()));
+}
+
+void tst_RealPlans::cleanup()
+{
+    m_project.reset();
+    m_root.reset();
+}
 
 void tst_RealPlans::everyFileBecomesAPlan_data()
 {
@@ -56,21 +80,15 @@ void tst_RealPlans::everyFileBecomesAPlan()
     const QString real = Kx::Test::realFile(name);
     if (real.isEmpty())
         QSKIP("The folder of real files is not there.");
-    SceneRoot root;
-    root.qmlOnCompleted();
-    Kx::Test::TestProject project(QStringLiteral("EPSG:25832"));
-    project.activate();
-    // Where a page's picture goes.
-    QVERIFY(QDir().mkpath(project.path() + Torvik::Base::CFileSystemNames::documentationPathPart()));
     // A PDF goes when its picture stands.
-    const QTemporaryDir folder;
-    const QString copy = folder.filePath(nameOfCopy(real));
+    const QString copy = m_folder->filePath(nameOfCopy(real));
     QVERIFY(QFile::copy(real, copy) && QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner));
-    Heard heard(root.planLoader());
+    PlanLoader& loader = *m_root->planLoader();
+    Heard heard(&loader);
 
-    root.planLoader()->loadPlan(copy);
+    loader.loadPlan(copy);
 
-    QTRY_VERIFY_WITH_TIMEOUT(!root.planLoader()->planLoading(), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(!loader.planLoading(), 30000);
     QVERIFY2(heard.lines.contains("loaded " + kind), qPrintable(heard.lines.join(", ")));
 }
 
@@ -80,23 +98,17 @@ void tst_RealPlans::cutInHalfItIsToldOnce()
     const QString real = Kx::Test::realFile(name);
     if (real.isEmpty())
         QSKIP("The folder of real files is not there.");
-    SceneRoot root;
-    root.qmlOnCompleted();
-    Kx::Test::TestProject project(QStringLiteral("EPSG:25832"));
-    project.activate();
-    // Where a page's picture goes.
-    QVERIFY(QDir().mkpath(project.path() + Torvik::Base::CFileSystemNames::documentationPathPart()));
-    const QTemporaryDir folder;
     QFile whole(real);
-    QFile half(folder.filePath(nameOfCopy(real)));
+    QFile half(m_folder->filePath(nameOfCopy(real)));
     QVERIFY(whole.open(QIODevice::ReadOnly) && half.open(QIODevice::WriteOnly));
     half.write(whole.read(whole.size() / 2));
     half.close();
-    Heard heard(root.planLoader());
+    PlanLoader& loader = *m_root->planLoader();
+    Heard heard(&loader);
 
-    root.planLoader()->loadPlan(half.fileName());
+    loader.loadPlan(half.fileName());
 
-    QTRY_VERIFY_WITH_TIMEOUT(!root.planLoader()->planLoading(), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(!loader.planLoading(), 30000);
     const int told = heard.lines.filter("corrupted").size() + heard.lines.filter("converter").size();
     const int loaded = heard.lines.filter("loaded ").size();
     // A page that the converter mends is a plan as well.
