@@ -1,4 +1,4 @@
-#include "common/PlainScene.h"
+#include "common/PlainView.h"
 #include "common/SceneTest.h"
 #include "labels/OnTopEffect.h"
 #include "labels/OnTopTextureEffect.h"
@@ -7,10 +7,6 @@
 
 #include <QOpenGLContext>
 #include <QPainter>
-#include <QQmlComponent>
-#include <QQmlEngine>
-#include <QQuickItem>
-#include <QQuickView>
 #include <Qt3DCore/QEntity>
 #include <Qt3DCore/QTransform>
 #include <Qt3DExtras/QCylinderMesh>
@@ -290,17 +286,8 @@ void tst_OnTop::show(const QSurfaceFormat& format, float height)
 {
     m_view = std::make_unique<QQuickView>();
     m_view->setFormat(format);
-    QQmlComponent component(m_view->engine());
-    component.setData(Kx::Test::plainSceneQml(3, double(height)), QUrl());
-    QVERIFY2(component.isReady(), qPrintable(component.errorString()));
-    auto* const item = qobject_cast<QQuickItem*>(component.create());
-    QVERIFY(item);
-    m_view->setContent(QUrl(), nullptr, item);
-    m_view->setResizeMode(QQuickView::SizeRootObjectToView);
-    m_view->resize(side, side);
-    m_root = item->property("sceneRoot").value<Qt3DCore::QEntity*>();
-    m_view->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
+    m_root = Kx::Test::showPlainScene(*m_view, side, double(height));
+    QVERIFY(m_root);
     const QSurfaceFormat given = m_view->openglContext()->format();
     if (format.renderableType() == QSurfaceFormat::OpenGLES && given.renderableType() != format.renderableType())
         m_root = nullptr;

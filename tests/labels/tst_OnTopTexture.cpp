@@ -1,13 +1,9 @@
-#include "common/PlainScene.h"
+#include "common/PlainView.h"
 #include "common/SceneTest.h"
 #include "labels/OnTopTextureEffect.h"
 #include "labels/OnTopUnlitTextureMaterial.h"
 
 #include <QPainter>
-#include <QQmlComponent>
-#include <QQmlEngine>
-#include <QQuickItem>
-#include <QQuickView>
 #include <Qt3DCore/QEntity>
 #include <Qt3DCore/QTransform>
 #include <Qt3DExtras/QPlaneMesh>
@@ -79,17 +75,8 @@ private:
 void tst_OnTopTexture::init()
 {
     m_view = std::make_unique<QQuickView>();
-    QQmlComponent component(m_view->engine());
-    component.setData(Kx::Test::plainSceneQml(3, double(height)), QUrl());
-    QVERIFY2(component.isReady(), qPrintable(component.errorString()));
-    auto* const item = qobject_cast<QQuickItem*>(component.create());
-    QVERIFY(item);
-    m_view->setContent(QUrl(), nullptr, item);
-    m_view->setResizeMode(QQuickView::SizeRootObjectToView);
-    m_view->resize(side, side);
-    m_root = item->property("sceneRoot").value<Qt3DCore::QEntity*>();
-    m_view->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
+    m_root = Kx::Test::showPlainScene(*m_view, side, double(height));
+    QVERIFY(m_root);
 }
 
 Square tst_OnTopTexture::add(const QVector3D& at, const QColor& left, const QColor& right)

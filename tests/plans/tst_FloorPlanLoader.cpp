@@ -1,3 +1,4 @@
+#include "common/DeferredDeletes.h"
 #include "common/TestProject.h"
 #include "geo/GdalGeoProjector.h"
 #include "plans/BackgroundImage.h"
@@ -18,6 +19,7 @@
 #include <memory>
 
 using namespace Torvik::View3d;
+using Kx::Test::deleteWhatIsToBeDeleted;
 using Kx::Test::FakeConverter;
 using Kx::Test::Heard;
 using Kx::Test::TestProject;
@@ -29,11 +31,6 @@ namespace {
 FloorNav& nav()
 {
     return FloorNav::instance();
-}
-
-void deleteWhatIsToBeDeleted()
-{
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 QStringList signalsOf(const QMetaObject& object)

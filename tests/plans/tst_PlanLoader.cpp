@@ -1,3 +1,4 @@
+#include "common/DeferredDeletes.h"
 #include "common/LogCapture.h"
 #include "common/TestProject.h"
 #include "geo/GdalGeoProjector.h"
@@ -23,6 +24,7 @@
 #include <sys/resource.h>
 
 using namespace Torvik::View3d;
+using Kx::Test::deleteWhatIsToBeDeleted;
 using Kx::Test::Heard;
 using Kx::Test::TestProject;
 using Torvik::AppState;
@@ -34,11 +36,6 @@ namespace {
 SceneEntities& entities()
 {
     return SceneEntities::instance();
-}
-
-void deleteWhatIsToBeDeleted()
-{
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 /** A loader whose plans do what the test has them do. */

@@ -1,3 +1,4 @@
+#include "common/DeferredDeletes.h"
 #include "common/TestProject.h"
 #include "geo/GdalGeoProjector.h"
 #include "network/LowestManholeTracker.h"
@@ -13,6 +14,7 @@
 #include <memory>
 
 using namespace Torvik::View3d;
+using Kx::Test::deleteWhatIsToBeDeleted;
 using Kx::Test::TestProject;
 using Torvik::AppState;
 using Torvik::Base::CFileSystemNames;
@@ -22,11 +24,6 @@ namespace {
 SceneEntities& entities()
 {
     return SceneEntities::instance();
-}
-
-void deleteWhatIsToBeDeleted()
-{
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 QString storedPlan(const QString& projectPath)
