@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/SharedData.h"
 #include "host/import/ImportReport.h"
 #include "host/import/IsybauReader.h"
 #include "host/import/NetworkAssembler.h"
@@ -15,18 +16,6 @@ namespace ImportFixtures {
 inline QString own(const QString& name)
 {
     return QStringLiteral(KX_SOURCE_DIR "/tests/host_import/data/") + name;
-}
-
-/** Path of a real file, empty when the folder of real data is not there. */
-inline QString shared(const QString& name)
-{
-    QString folder = qEnvironmentVariable("KX_SHARED_DATA");
-    if (folder.isEmpty())
-        folder = QStringLiteral(KX_SOURCE_DIR "/../shared/data");
-    const QString path = folder + QLatin1Char('/') + name;
-    if (QFileInfo::exists(path))
-        return path;
-    return {};
 }
 
 struct Imported {

@@ -408,7 +408,7 @@ void tst_Findings::clocksTellNeighboursApart()
 }
 
 #define NEEDS_REAL(variable, name)                                                                                     \
-    const QString variable = shared(QStringLiteral(name));                                                             \
+    const QString variable = Kx::Test::realFile(QStringLiteral(name));                                                 \
     if (variable.isEmpty())                                                                                            \
     QSKIP("the folder of real data is not there")
 

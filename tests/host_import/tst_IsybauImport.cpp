@@ -7,7 +7,7 @@ using namespace Torvik::Import;
 using ImportFixtures::Imported;
 using ImportFixtures::isybau;
 using ImportFixtures::own;
-using ImportFixtures::shared;
+using Kx::Test::realFile;
 
 class tst_IsybauImport : public QObject {
     Q_OBJECT
@@ -228,8 +228,8 @@ void tst_IsybauImport::whatIsReadIsTakenOrLeftOut_data()
     for (const char* name :
          {"networks/ISYBAU_XML-2013-Stammdaten.xml", "networks/ISYBAU_XML-2013_Modellnetz_Einzelregen.xml",
           "inspections/ISYBAU_XML-2013-Zustandsdaten_DIN_EN_13508-2_AH_Abwasser.xml"}) {
-        if (!shared(name).isEmpty())
-            QTest::newRow(name) << shared(name);
+        if (!realFile(name).isEmpty())
+            QTest::newRow(name) << realFile(name);
     }
 }
 
@@ -294,7 +294,7 @@ void tst_IsybauImport::namesOfCoordinateSystems()
 }
 
 #define NEEDS_REAL(variable, name)                                                                                     \
-    const QString variable = shared(QStringLiteral(name));                                                             \
+    const QString variable = realFile(QStringLiteral(name));                                                           \
     if (variable.isEmpty())                                                                                            \
     QSKIP("the folder of real data is not there")
 

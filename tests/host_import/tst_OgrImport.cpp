@@ -10,7 +10,7 @@
 using namespace Torvik::Import;
 using ImportFixtures::Imported;
 using ImportFixtures::own;
-using ImportFixtures::shared;
+using Kx::Test::realFile;
 
 namespace {
 
@@ -297,7 +297,7 @@ void tst_OgrImport::otherXmlHasNoInterlisColumns()
 
 void tst_OgrImport::theRealGeoPackageHasItsCounts()
 {
-    const QString path = shared(QStringLiteral("networks/derived_isybau2013_network_epsg25832.gpkg"));
+    const QString path = realFile(QStringLiteral("networks/derived_isybau2013_network_epsg25832.gpkg"));
     if (path.isEmpty())
         QSKIP("the folder of real data is not there");
 
@@ -313,7 +313,7 @@ void tst_OgrImport::theRealGeoPackageHasItsCounts()
 
 void tst_OgrImport::theRealInterlisTransferHasItsCounts()
 {
-    const QString path = shared(QStringLiteral("networks/test-dataset-DSS.xtf"));
+    const QString path = realFile(QStringLiteral("networks/test-dataset-DSS.xtf"));
     if (path.isEmpty())
         QSKIP("the folder of real data is not there");
 

@@ -8,7 +8,7 @@
 using namespace Torvik::Import;
 using ImportFixtures::Imported;
 using ImportFixtures::own;
-using ImportFixtures::shared;
+using Kx::Test::realFile;
 
 namespace {
 
@@ -249,10 +249,10 @@ void tst_SwmmImport::realNetworksHaveTheirCounts_data()
 void tst_SwmmImport::realNetworksHaveTheirCounts()
 {
     QFETCH(QString, file);
-    if (shared(file).isEmpty())
+    if (realFile(file).isEmpty())
         QSKIP("the folder of real data is not there");
 
-    const Imported net = swmm(shared(file));
+    const Imported net = swmm(realFile(file));
 
     QVERIFY(net.report.isBalanced());
     QTEST(net.report.count(Kinds::Nodes).taken, "nodes");
@@ -270,7 +270,7 @@ void tst_SwmmImport::realNetworksHaveTheirCounts()
 
 void tst_SwmmImport::theLargeNetworkTakesSeconds()
 {
-    const QString path = shared(QStringLiteral("networks/large_moreton_qld.inp"));
+    const QString path = realFile(QStringLiteral("networks/large_moreton_qld.inp"));
     if (path.isEmpty())
         QSKIP("the folder of real data is not there");
     QElapsedTimer timer;
@@ -285,7 +285,7 @@ void tst_SwmmImport::theLargeNetworkTakesSeconds()
 
 void tst_SwmmImport::theRealFileWithoutCoordinatesIsTold()
 {
-    const QString path = shared(QStringLiteral("networks/broken_nodes_without_coordinates.inp"));
+    const QString path = realFile(QStringLiteral("networks/broken_nodes_without_coordinates.inp"));
     if (path.isEmpty())
         QSKIP("the folder of real data is not there");
 

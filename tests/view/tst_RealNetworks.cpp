@@ -1,3 +1,4 @@
+#include "common/SharedData.h"
 #include "common/TestProject.h"
 #include "domain/boundary/AppState.h"
 #include "domain/boundary/WktPoint.h"
@@ -21,12 +22,6 @@ namespace {
 
 /** Metres by which a chain's whole centimetres and the scene's floats may move a point. */
 constexpr double tolerance = 0.006;
-
-QString sharedData()
-{
-    const QString fromEnvironment = qEnvironmentVariable("KX_SHARED_DATA");
-    return fromEnvironment.isEmpty() ? QStringLiteral(KX_SOURCE_DIR "/../shared/data") : fromEnvironment;
-}
 
 QVector<WktPoint> storedCourse(const CDomainObjectPointer& inspection)
 {
@@ -196,15 +191,15 @@ private:
         QString error;
         if (source.isEmpty())
             return Torvik::Import::ensureSampleProject(folder.filePath(QStringLiteral("sample")), &error);
-        const QString file = sharedData() + QLatin1Char('/') + source;
-        if (!QFile::exists(file))
+        const QString file = Kx::Test::realFile(source);
+        if (file.isEmpty())
             return {};
         Torvik::Import::ImportOptions options;
         options.source = file;
         options.project = folder.filePath(QStringLiteral("project"));
         options.crs = crs;
         if (!findings.isEmpty())
-            options.with << sharedData() + QLatin1Char('/') + findings;
+            options.with << Kx::Test::realFile(findings);
         QString text;
         QTextStream out(&text);
         return Torvik::Import::runImport(options, out, out) == 0 ? options.project : QString();
